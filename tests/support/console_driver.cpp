@@ -1,0 +1,65 @@
+#include "support/console_driver.h"
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+namespace testing_support {
+
+std::string ConsoleRun::text() const {
+    std::string out;
+    for (const std::string& l : lines) out += l + "\n";
+    return out;
+}
+
+namespace {
+std::string shell_quote(const std::string& s) {
+    std::string q = "'";
+    for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+}
+}  // namespace
+
+ConsoleRun run_console(const std::string& script, const std::string& extra_args) {
+    TempDir dir;
+    const std::string input = dir.write("input.txt", script);
+    const std::string command = shell_quote(KESTRONE_HOST_BIN) + " console " + extra_args + " < " +
+                                shell_quote(input) + " 2>/dev/null";
+    ConsoleRun run;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (!pipe) return run;
+    std::string line;
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) {
+        if (c == '\n') {
+            run.lines.push_back(line);
+            line.clear();
+        } else {
+            line.push_back(static_cast<char>(c));
+        }
+    }
+    if (!line.empty()) run.lines.push_back(line);
+    const int status = ::pclose(pipe);
+    run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+ComponentFolder::ComponentFolder(const std::string& code_file, const std::string& name, bool help) {
+    module_ = dir_.copy(KESTRONE_MODULE, name + ".so");
+    if (!code_file.empty()) dir_.write(name + ".c", code_file);
+    if (help) dir_.write("help/" + name + ".chm", "ITSF");
+}
+
+ConsoleRun ComponentFolder::run(const std::string& script, const std::string& extra_args) const {
+    return run_console(script, "--module " + shell_quote(module_) + " " + extra_args);
+}
+
+std::string shipped_code_file() {
+    std::ifstream in(KESTRONE_CODE_FILE, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+}  // namespace testing_support
