@@ -470,6 +470,14 @@ static void rov_motor(unsigned char side, int speed)
     }
 }
 
+/* A signed 16-bit number from its two bytes, without relying on how int wraps. */
+static int rov_signed_pair(unsigned char high, unsigned char low)
+{
+    if (high & 0x80)
+        return ((int)high - 256) * 256 + low;
+    return (int)high * 256 + low;
+}
+
 static void rov_drive(int left, int right)
 {
     rov_motor(ROV_LEFT, left);
@@ -640,9 +648,8 @@ void SetMotors(char LeftHigh, char LeftLow, char RightHigh, char RightLow)
 {
 /*Macro_SetMotors_Start*/
     /* Each motor takes a signed 16-bit speed as high and low byte; rov_motor limits it. */
-    int left = (int)(((unsigned int)(unsigned char)LeftHigh << 8) | (unsigned char)LeftLow);
-    int right = (int)(((unsigned int)(unsigned char)RightHigh << 8) | (unsigned char)RightLow);
-    rov_drive(left, right);
+    rov_drive(rov_signed_pair((unsigned char)LeftHigh, (unsigned char)LeftLow),
+              rov_signed_pair((unsigned char)RightHigh, (unsigned char)RightLow));
 /*Macro_SetMotors_End*/
 }
 
