@@ -1,0 +1,261 @@
+#include "console_session.h"
+
+#include <charconv>
+#include <istream>
+#include <ostream>
+
+#include "error_text.h"
+#include "value_syntax.h"
+
+namespace console {
+
+using kestrone::HRESULT;
+using kestrone::Variant;
+
+void Output::notice(const std::string& line) {
+    out_ << line << '\n' << std::flush;
+}
+
+void Output::ok(const std::string& rest) {
+    out_ << (rest.empty() ? "ok" : "ok " + rest) << '\n' << std::flush;
+}
+
+void Output::error(HRESULT status) {
+    const int number = kestrone::basic_error_number(status);
+    if (number != 0)
+        out_ << "error " << number << ' ' << error_text(number) << '\n' << std::flush;
+    else
+        fail("the component answered with status " + status_text(status));
+}
+
+void Output::fail(const std::string& why) {
+    out_ << "fail " << why << '\n' << std::flush;
+}
+
+void ConsoleServices::ShowMessage(const std::string& text) noexcept {
+    out_.notice("message " + quote(text));
+}
+
+void ConsoleServices::PlayTone(std::int32_t hertz, std::int32_t milliseconds) noexcept {
+    out_.notice("tone " + std::to_string(hertz) + " " + std::to_string(milliseconds));
+}
+
+ConsoleSession::ConsoleSession(const host::ModuleHost* module, std::string load_error,
+                               std::ostream& out)
+    : module_(module), load_error_(std::move(load_error)), out_(out), services_(out_) {}
+
+ConsoleSession::~ConsoleSession() {
+    // Release the interfaces before the services they were lent.
+    inspect_.reset();
+    dispatch_.reset();
+    object_.reset();
+}
+
+const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::commands() {
+    static const std::map<std::string_view, Handler> table{
+        {"new", &ConsoleSession::cmd_new},
+        {"quit", &ConsoleSession::cmd_quit},
+        {"field", &ConsoleSession::cmd_field},
+    };
+    return table;
+}
+
+void ConsoleSession::create_object() {
+    inspect_.reset();
+    dispatch_.reset();
+    object_.reset();
+    if (!module_) {
+        out_.fail(load_error_);
+        return;
+    }
+    kestrone::ComPtr<kestrone::IUnknown> object;
+    const HRESULT hr = module_->create(&services_, object);
+    if (kestrone::failed(hr)) {
+        out_.error(hr);
+        return;
+    }
+    object_ = object;
+    dispatch_ = object.query<kestrone::IKestroneDispatch>(kestrone::IID_IKestroneDispatch);
+    inspect_ = object.query<kestrone::IKestroneInspection>(kestrone::IID_IKestroneInspection);
+    out_.ok();
+}
+
+void ConsoleSession::start() {
+    create_object();
+}
+
+bool ConsoleSession::have_object() {
+    if (object_) return true;
+    out_.fail(module_ ? "there is no object: its creation failed (try new)" : load_error_);
+    return false;
+}
+
+bool ConsoleSession::execute(std::string_view line) {
+    if (is_skipped_line(line)) return true;
+    std::string error;
+    const auto command = split_command(line, &error);
+    if (!command) {
+        out_.fail(error);
+        return true;
+    }
+    const auto& table = commands();
+    const auto it = table.find(command->words.front());
+    if (it != table.end())
+        (this->*(it->second))(*command);
+    else
+        cmd_operation(*command);
+    return !quit_;
+}
+
+void ConsoleSession::run(std::istream& in) {
+    std::string line;
+    while (!quit_ && std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        execute(line);
+    }
+}
+
+void ConsoleSession::cmd_new(const CommandLine& c) {
+    if (c.words.size() != 1) return out_.fail("new takes no arguments");
+    create_object();
+}
+
+void ConsoleSession::cmd_quit(const CommandLine& c) {
+    if (c.words.size() != 1) return out_.fail("quit takes no arguments");
+    quit_ = true;
+}
+
+namespace {
+// NAME, NAME(I) or NAME(I).MEMBER.
+struct FieldPath {
+    std::string name;
+    bool has_index = false;
+    std::int32_t index = 0;
+    std::string member;
+};
+
+std::optional<FieldPath> parse_field_path(std::string_view text) {
+    FieldPath p;
+    const std::size_t open = text.find('(');
+    if (open == std::string_view::npos) {
+        if (text.find_first_of(").") != std::string_view::npos) return std::nullopt;
+        p.name = text;
+        return p.name.empty() ? std::nullopt : std::optional(p);
+    }
+    const std::size_t close = text.find(')', open);
+    if (close == std::string_view::npos || open == 0) return std::nullopt;
+    p.name = text.substr(0, open);
+    std::string_view number = text.substr(open + 1, close - open - 1);
+    if (!number.empty() && number.front() == '+') number.remove_prefix(1);
+    const auto res = std::from_chars(number.data(), number.data() + number.size(), p.index);
+    if (number.empty() || res.ec != std::errc() || res.ptr != number.data() + number.size())
+        return std::nullopt;
+    p.has_index = true;
+    std::string_view rest = text.substr(close + 1);
+    if (!rest.empty()) {
+        if (rest.front() != '.' || rest.size() < 2) return std::nullopt;
+        p.member = rest.substr(1);
+    }
+    return p;
+}
+}  // namespace
+
+void ConsoleSession::cmd_field(const CommandLine& c) {
+    if (c.words.size() != 2)
+        return out_.fail("field takes one name: field NAME, NAME(I) or NAME(I).MEMBER");
+    const auto path = parse_field_path(c.words[1]);
+    if (!path) return out_.fail("not a field: " + c.words[1]);
+    if (!have_object()) return;
+    if (!inspect_) return out_.fail("the component offers no inspection");
+    Variant value;
+    const HRESULT hr = inspect_->GetField(path->name, path->has_index ? &path->index : nullptr,
+                                          path->member, &value);
+    if (hr == kestrone::DISP_E_UNKNOWNNAME)
+        return out_.fail("the component has no field " + c.words[1]);
+    if (kestrone::failed(hr)) return out_.error(hr);
+    out_.ok(format_value(value));
+}
+
+namespace {
+struct FoundMember {
+    kestrone::Interface iface;
+    std::int32_t number;
+    kestrone::MemberInfo info;
+};
+
+// The member of that name and kind: the host's interface first, then the control's own members
+// and its settings. A query or call when there is no "=", a write when there is.
+std::optional<FoundMember> find_member(std::string_view name, bool write) {
+    using kestrone::InvokeKind;
+    auto fits = [write](const kestrone::MemberInfo& m) {
+        return (m.kind == InvokeKind::Set) == write;
+    };
+    for (std::size_t i = 0; i < kestrone::kComponentV5Members.size(); ++i) {
+        const auto& m = kestrone::kComponentV5Members[i];
+        if (m.name == name && fits(m))
+            return FoundMember{kestrone::Interface::ComponentV5, static_cast<std::int32_t>(i), m};
+    }
+    for (std::size_t i = 0; i < kestrone::kRovantaMembers.size(); ++i) {
+        const auto& m = kestrone::kRovantaMembers[i];
+        if (m.name == name && fits(m))
+            return FoundMember{kestrone::Interface::Rovanta, static_cast<std::int32_t>(i), m};
+    }
+    const std::int32_t own = static_cast<std::int32_t>(kestrone::kRovantaMembers.size());
+    for (std::size_t s = 0; s < kestrone::kSettingNames.size(); ++s) {
+        if (kestrone::kSettingNames[s] != name) continue;
+        const auto kind = write ? InvokeKind::Set : InvokeKind::Query;
+        return FoundMember{kestrone::Interface::Rovanta,
+                           own + 2 * static_cast<std::int32_t>(s) + (write ? 1 : 0),
+                           kestrone::setting_member(static_cast<int>(s), kind)};
+    }
+    return std::nullopt;
+}
+
+bool has_member_named(std::string_view name) {
+    return find_member(name, false) || find_member(name, true);
+}
+}  // namespace
+
+void ConsoleSession::cmd_operation(const CommandLine& c) {
+    const std::string& name = c.words.front();
+    const bool write = c.equals.has_value();
+    if (write && *c.equals + 2 != c.words.size()) return out_.fail("one value must follow '='");
+    const auto member = find_member(name, write);
+    if (!member) {
+        if (has_member_named(name))
+            return out_.fail(name + (write ? " can't be written"
+                                           : " can only be written: " + name + " ... = VALUE"));
+        return out_.fail("unknown command or operation: " + name);
+    }
+    // The arguments, then the written value.
+    std::vector<std::string> texts(c.words.begin() + 1, c.words.end());
+    if (write) texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(*c.equals - 1));
+    if (texts.size() != member->info.param_count)
+        return out_.fail(name + " takes " +
+                         std::to_string(member->info.param_count - (write ? 1 : 0)) +
+                         " argument(s)" + (write ? " and a value" : ""));
+    std::vector<Variant> args;
+    for (const std::string& t : texts) {
+        std::string error;
+        auto v = parse_value(t, &error);
+        if (!v) return out_.fail("cannot read the value " + t + ": " + error);
+        args.push_back(std::move(*v));
+    }
+    if (!have_object()) return;
+    if (!dispatch_) return out_.fail("the component offers no calls by name");
+    Variant result;
+    const HRESULT hr = dispatch_->Invoke(member->iface, member->number, args.data(),
+                                         static_cast<std::int32_t>(args.size()), &result);
+    if (kestrone::failed(hr)) return out_.error(hr);
+    std::string answer;
+    if (member->info.result != kestrone::VarType::Empty) answer = format_value(result);
+    for (std::size_t i = 0; i < member->info.param_count; ++i) {
+        const auto& p = member->info.params[i];
+        if (!p.by_ref) continue;
+        if (!answer.empty()) answer += ' ';
+        answer += std::string(p.name) + "=" + format_value(args[i]);
+    }
+    out_.ok(answer);
+}
+
+}  // namespace console

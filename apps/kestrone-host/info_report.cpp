@@ -1,0 +1,117 @@
+#include "info_report.h"
+
+#include <iomanip>
+#include <ostream>
+#include <vector>
+
+#include "error_text.h"
+#include "kestrone/component_v5.h"
+#include "value_syntax.h"
+
+namespace host {
+
+using kestrone::ComPtr;
+using kestrone::HRESULT;
+using kestrone::Variant;
+
+namespace {
+// Messages of the component, kept to be listed with the report.
+class CollectingServices : public kestrone::IHostServices {
+  public:
+    virtual ~CollectingServices() = default;
+    void ShowMessage(const std::string& text) noexcept override { messages.push_back(text); }
+    void PlayTone(std::int32_t, std::int32_t) noexcept override {}
+    std::vector<std::string> messages;
+};
+
+// The middle part of a "name|name|type" text, and its type.
+std::pair<std::string, std::string> split_three(const std::string& text) {
+    const std::size_t a = text.find('|');
+    const std::size_t b = a == std::string::npos ? a : text.find('|', a + 1);
+    if (b == std::string::npos) return {text, ""};
+    return {text.substr(a + 1, b - a - 1), text.substr(b + 1)};
+}
+
+std::string number_or_status(HRESULT hr, std::int32_t value) {
+    if (kestrone::failed(hr)) {
+        const int n = kestrone::basic_error_number(hr);
+        return n ? "(error " + std::to_string(n) + ")" : "(" + console::status_text(hr) + ")";
+    }
+    return std::to_string(value);
+}
+}  // namespace
+
+int write_info(const ModuleHost& module, std::ostream& out) {
+    CollectingServices services;
+    ComPtr<kestrone::IUnknown> object;
+    HRESULT hr = module.create(&services, object);
+    out << "Component module: " << module.path() << "\n";
+    for (const std::string& m : services.messages)
+        out << "Message at creation: " << console::quote(m) << "\n";
+    if (kestrone::failed(hr)) {
+        out << "The object could not be created: status " << console::status_text(hr) << "\n";
+        return 1;
+    }
+    auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
+    if (!c) {
+        out << "The object does not offer the host interface.\n";
+        return 1;
+    }
+    std::string text;
+    std::int32_t n = 0;
+    c->get_Description(&text);
+    out << "Description: " << text << "\n";
+    c->get_ComponentVersion(&n);
+    out << "Component version: " << (n >> 8) << "." << (n & 0xFF) << "\n";
+    c->get_CodeFilename(&text);
+    out << "Code file: " << text << "\n";
+
+    // The host tells its version first: that builds the macro table.
+    services.messages.clear();
+    c->put_KestroneVersion(0x501);
+    for (const std::string& m : services.messages)
+        out << "Message while loading macros: " << console::quote(m) << "\n";
+    Variant names;
+    c->get_MacroNames(&names);
+    const auto* list = names.is_array() ? &names.as_array() : nullptr;
+    out << "\nMacros (" << (list ? list->items.size() : 0) << "):\n";
+    for (std::int32_t id = list ? list->lower : 0; list && id <= list->upper(); ++id) {
+        const auto [name, returns] =
+            split_three(list->items[static_cast<std::size_t>(id - list->lower)].as_string());
+        Variant params;
+        std::int32_t is_private = 0;
+        c->get_MacroParameters(id, &params);
+        c->get_MacroIsPrivate(id, &is_private);
+        std::string signature;
+        if (params.is_array())
+            for (const Variant& p : params.as_array().items) {
+                const auto [pname, ptype] =
+                    split_three(p.is_array() ? std::string() : p.as_string());
+                signature += (signature.empty() ? "" : ", ") + ptype + " " + pname;
+            }
+        out << "  " << std::setw(2) << id << "  " << returns << " " << name << "(" << signature
+            << ")" << (is_private ? "  [private]" : "") << "\n";
+    }
+
+    c->get_PinCount(&n);
+    out << "\nPins (" << n << "):\n";
+    for (std::int32_t id = 0; id < std::max(n, 1); ++id) {
+        c->get_PinName(id, &text);
+        std::int32_t port = 0, bit = 0, direction = 0;
+        const HRESULT hp = c->get_Port(id, &port);
+        const HRESULT hb = c->get_Bit(id, &bit);
+        const HRESULT hd = c->get_Direction(id, &direction);
+        out << "  " << std::setw(2) << id << "  " << std::left << std::setw(20) << text
+            << std::right << " port " << number_or_status(hp, port) << "  bit "
+            << number_or_status(hb, bit) << "  direction " << number_or_status(hd, direction)
+            << "\n";
+    }
+    std::int32_t has = 0;
+    c->get_HasInitialisation(&has);
+    out << "\nInitialisation code: " << (has ? "yes" : "no");
+    c->get_HasInterrupts(&has);
+    out << ", interrupt code: " << (has ? "yes" : "no") << "\n";
+    return 0;
+}
+
+}  // namespace host

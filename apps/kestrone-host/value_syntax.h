@@ -1,0 +1,23 @@
+// The console's written form of tagged values, in commands and answers alike.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "kestrone/variant.h"
+
+namespace console {
+
+// Parses one value; nullopt with `error` set when the text is no value.
+std::optional<kestrone::Variant> parse_value(std::string_view text, std::string* error = nullptr);
+
+// Writes a value: 5%, 1281&, 75!, 0.5#, True, "a\"b", Long[0 to 2](0, 1, 2), Empty.
+std::string format_value(const kestrone::Variant& v);
+
+// A string in double quotes, every byte below 32 and from 127 up escaped.
+std::string quote(std::string_view text);
+
+std::string_view type_name(kestrone::VarType type);
+
+}  // namespace console
