@@ -30,7 +30,7 @@ struct SafeArray {
     std::int32_t lower = 0;
     std::vector<Variant> items;
 
-    std::int32_t upper() const { return lower + static_cast<std::int32_t>(items.size()) - 1; }
+    std::int32_t upper() const;
     bool operator==(const SafeArray&) const;
 };
 
@@ -98,6 +98,8 @@ inline VarType Variant::type() const {
             return VarType::Empty;
     }
 }
+
+inline std::int32_t SafeArray::upper() const { return lower + static_cast<std::int32_t>(items.size()) - 1; }
 
 inline bool SafeArray::operator==(const SafeArray& o) const {
     return element == o.element && lower == o.lower && items == o.items;

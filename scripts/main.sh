@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Sets up, builds and installs Rovanta and kestrone-host, then runs a short headless demonstration.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+
+cmake --preset release -DKESTRONE_TESTS=OFF -DKESTRONE_BENCH=OFF >/dev/null
+cmake --build --preset release
+prefix="$PWD/build/install"
+cmake --install build/release --prefix "$prefix" >/dev/null
+echo "Installed into $prefix"
+host="$prefix/bin/kestrone-host"
+
+echo
+echo "=== kestrone-host info: the macros and pins as the host sees them"
+"$host" info
+
+echo
+echo "=== kestrone-host console: a short session (commands and answers)"
+# Show each command with its answer lines.
+"$host" console < scripts/demo.console | awk '
+  BEGIN { while ((getline l < "scripts/demo.console") > 0) if (l !~ /^[ \t]*(#|$)/) cmds[n++] = l; i = -1 }
+  { if (i < 0) { print "(start-up) " $0; if ($0 ~ /^(ok|error|fail)/) i = 0; next }
+    if (!shown[i]) { print "> " cmds[i]; shown[i] = 1 }
+    print "  " $0
+    if ($0 ~ /^(ok|error|fail)/) i++ }'

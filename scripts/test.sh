@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Sets up and runs the whole test suite: a release build, the same under AddressSanitizer and
+# UndefinedBehaviorSanitizer, and a short run of each fuzzer when clang is present.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+
+jobs=$(nproc)
+echo "=== release build and tests"
+cmake --preset release >/dev/null
+cmake --build --preset release -j "$jobs"
+ctest --preset release -j "$jobs"
+
+echo "=== asan build and tests"
+cmake --preset asan >/dev/null
+cmake --build --preset asan -j "$jobs"
+ctest --preset asan -j "$jobs"
+
+if command -v clang++ >/dev/null; then
+  echo "=== fuzzers (short runs)"
+  cmake --preset fuzz >/dev/null
+  cmake --build --preset fuzz -j "$jobs"
+  for f in build/fuzz/bin/fuzz_*; do
+    name=$(basename "$f")
+    # New inputs go to a scratch folder; the seeds in the repository stay as they are.
+    mkdir -p "build/fuzz/corpus-$name"
+    "$f" -runs=20000 -max_len=4096 "build/fuzz/corpus-$name" "fuzz/corpus/${name#fuzz_}" >/dev/null 2>"build/fuzz/$name.log" \
+      || { tail -30 "build/fuzz/$name.log"; exit 1; }
+    echo "$name: 20000 runs, no crash"
+  done
+fi
