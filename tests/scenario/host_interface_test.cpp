@@ -1,0 +1,115 @@
+// The host interface's own operations, the module's boundary and the console's robustness.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <set>
+
+#include "support/console_driver.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::StartsWith;
+using testing_support::ComponentFolder;
+using testing_support::run_console;
+using testing_support::shipped_code_file;
+
+TEST(HostInterface, AnswersItsOwnOperations) {
+    ComponentFolder robot(shipped_code_file());
+    const auto run = robot.run(
+        "ComponentVersion\nKestroneVersion = 1282\nComponentVersion\nfield "
+        "iVersionMinor\nMultipleAllowed\n"
+        "IsAnalogue\nSupportsKeys\nHasExclusiveInts\nExclusiveInterrupts\nGeneralGet 2\nGeneralGet "
+        "99\n"
+        "GeneralGet 1\nGeneralMethod 5 \"keep\"\nGeneralPut 5 = [1, 2]\nVNodeCount\nVNodeProtocol "
+        "3\nVNodeName 3\n"
+        "VNodeMsgRead 7 99&\nVNodeMsgWrite 1 2 = \"m\"\nReadCustomImages 4\nWriteCustomImages 3 = "
+        "\"abc\"\n"
+        "KeyDown 65\nKeyUp 65\nClockSpeed = 20000000\nTargetController = \"PIC16F877A\"\nfield "
+        "TargetController\n"
+        "IKestroneComponentV5_VNodeMsgRead 1 5&\n");
+    EXPECT_THAT(run.lines,
+                ElementsAre("ok", "ok 1280&", "ok", "ok 1280&", "ok 2%", "ok 0&", "ok 0&", "ok 0&",
+                            "ok 0&", "ok Long[0 to -1]()", "ok 0%", "ok 0%", "ok False",
+                            "ok pVal=\"keep\"", "ok RHS=Variant[0 to 1](1%, 2%)", "ok 0&", "ok 0&",
+                            "ok \"\"", "ok Byte[0 to 0](0) lSize=0&", "ok msg=\"m\"", "ok \"\"",
+                            "message \"id=3  and filename = \\r\\nabc\"", "ok", "ok", "ok", "ok",
+                            "ok", "ok \"PIC16F877A\"", "ok Byte[0 to 0](0) lSize=0&"))
+        << run.text();
+}
+
+TEST(HostInterface, TurnsWrongKindsIntoStatusesNeverCrashes) {
+    ComponentFolder robot(shipped_code_file());
+    const auto run = robot.run(
+        "KestroneVersion = 1281\nMacroIsFunction \"abc\"\nMacroIsFunction [1, 2]\nMacroIsFunction "
+        "1e12\n"
+        "MacroCode 2147483647\nMacroCode -2147483648\niThreshL = 40000\niThreshL = "
+        "\"12.5\"\niThreshL\n"
+        "sDummyString1 = [1]\nsDummyString1 = 1.5!\nsDummyString1\nKestroneVersion = "
+        "\"x\"\nPinName True\n"
+        "GetIniKeyValue Empty Empty Empty\nsetupAPin 99 \"x\" 0 False 0 0 False 0 False\n"
+        "MacroCodeOverride Long[0 to 0](1)\n");
+    EXPECT_THAT(run.lines,
+                ElementsAre("ok", "ok", "error 13 Type mismatch", "error 13 Type mismatch",
+                            "error 6 Overflow", "ok \"\"", "ok \"\"", "error 6 Overflow", "ok",
+                            "ok 12%", "error 13 Type mismatch", "ok", "ok \"1.5\"",
+                            "error 13 Type mismatch", "ok \"\"", "ok \"\"",
+                            "error 9 Subscript out of range", "error 13 Type mismatch"))
+        << run.text();
+}
+
+TEST(Console, AnswersEveryLineAndKeepsGoing) {
+    ComponentFolder robot(shipped_code_file());
+    const auto run = robot.run(
+        "\n   \n# a comment\nnosuch 1 2\nMacroIsFunction\nMacroIsFunction 1 2\nMacroIsFunction "
+        "\"open\n"
+        "MacroIsFunction 32768%\nMacroNames = 1\nKestroneVersion\nfield\nfield Nope\nfield "
+        "lADCVal(9)\n"
+        "field lADCVal(x)\nfield iMotorSpeed(1)\nfield Macros(0).MacroName\nKestroneVersion = 1281 "
+        "2\n"
+        "new extra\nnew\nComponentVersion\nquit\nComponentVersion\n");
+    ASSERT_EQ(run.lines.size(), 18u) << run.text();
+    EXPECT_EQ(run.lines[0], "ok");
+    for (int i : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 14, 15})
+        EXPECT_THAT(run.lines[i], StartsWith("fail ")) << i;
+    EXPECT_EQ(run.lines[10], "error 9 Subscript out of range");
+    EXPECT_EQ(run.lines[12], "ok 0%");
+    EXPECT_EQ(run.lines[13], "error 9 Subscript out of range") << "no macro table yet";
+    EXPECT_EQ(run.lines[16], "ok");
+    EXPECT_EQ(run.lines[17], "ok 1280&");
+    EXPECT_EQ(run.exit_code, 0);
+}
+
+TEST(Console, ReportsAModuleThatCannotBeLoaded) {
+    const auto run = run_console("ComponentVersion\nquit\n", "--module /nonexistent/Robo.so");
+    ASSERT_EQ(run.lines.size(), 2u);
+    EXPECT_THAT(run.lines[0], StartsWith("fail cannot load the module /nonexistent/Robo.so"));
+    EXPECT_THAT(run.lines[1], StartsWith("fail cannot load the module"));
+}
+
+TEST(Module, ExportsExactlyItsFourEntryPoints) {
+    FILE* pipe = ::popen("nm -D --defined-only '" KESTRONE_MODULE "'", "r");
+    ASSERT_NE(pipe, nullptr);
+    std::set<std::string> exported;
+    char line[512];
+    while (std::fgets(line, sizeof line, pipe)) {
+        char kind = 0;
+        char name[400];
+        if (std::sscanf(line, "%*s %c %399s", &kind, name) == 2 &&
+            (kind == 'T' || kind == 'D' || kind == 'B'))
+            exported.insert(name);
+    }
+    ::pclose(pipe);
+    EXPECT_EQ(exported, (std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject",
+                                               "DllRegisterServer", "DllUnregisterServer"}));
+}
+
+TEST(Module, ReadsTheCodeFileNamedAfterItsOwnFileName) {
+    ComponentFolder robot(shipped_code_file(), "Other");
+    EXPECT_THAT(robot.run("field sCodeFile\nCodeFilename\nfield HelpFile\n").lines,
+                ElementsAre("ok", "ok \"Other.c\"", "ok \"" + robot.dir() + "/Other.c\"",
+                            "ok \"" + robot.dir() + "/help/Other.chm\""));
+}
+
+}  // namespace

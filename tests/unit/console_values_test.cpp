@@ -1,0 +1,94 @@
+// The console's written values and its splitting of a line into words.
+#include <gtest/gtest.h>
+
+#include "command_line.h"
+#include "value_syntax.h"
+
+namespace {
+
+using console::format_value;
+using console::parse_value;
+using kestrone::Variant;
+using kestrone::VarType;
+
+TEST(ValueSyntax, ReadsEveryKind) {
+    const std::pair<const char*, Variant> cases[] = {
+        {"Empty", Variant()},
+        {"5%", Variant::integer(5)},
+        {"-32768%", Variant::integer(-32768)},
+        {"5", Variant::integer(5)},
+        {"40000", Variant::long_(40000)},
+        {"1281&", Variant::long_(1281)},
+        {"-1&", Variant::long_(-1)},
+        {"3000000000", Variant::double_(3e9)},
+        {"0.5", Variant::double_(0.5)},
+        {"1E3", Variant::double_(1000)},
+        {"75!", Variant::single(75.0f)},
+        {"1263.9409!", Variant::single(1263.9409f)},
+        {"0.5#", Variant::double_(0.5)},
+        {"True", Variant::boolean(true)},
+        {"\"a\\\"b\"", Variant::string("a\"b")},
+        {"\"line\\r\\n\\t\\x00\\xFF\\\\\"", Variant::string(std::string("line\r\n\t\0\xFF\\", 10))},
+        {"Long[0 to 2](0, 1, 2)",
+         Variant::array(VarType::Long, 0,
+                        {Variant::long_(0), Variant::long_(1), Variant::long_(2)})},
+        {"Variant[0 to -1]()", Variant::array(VarType::Variant, 0, {})},
+        {"Byte[0 to 0](0)", Variant::array(VarType::Byte, 0, {Variant::byte(0)})},
+        {"Single[1 to 1](1.5)", Variant::array(VarType::Single, 1, {Variant::single(1.5f)})},
+        {"[0, \"a\", 1.5!]",
+         Variant::array(VarType::Variant, 0,
+                        {Variant::integer(0), Variant::string("a"), Variant::single(1.5f)})},
+    };
+    for (const auto& [text, expected] : cases) {
+        const auto v = parse_value(text);
+        ASSERT_TRUE(v.has_value()) << text;
+        EXPECT_EQ(*v, expected) << text;
+    }
+}
+
+TEST(ValueSyntax, RefusesWhatIsNoValue) {
+    for (const char* text :
+         {"", "abc", "32768%", "2147483648&", "1.5%", "\"open", "\"\\q\"", "\"\\x4\"",
+          "Long[0 to 1](1)", "Integer[0 to 0](70000)", "Byte[0 to 0](256)", "Long[0 to 0](\"a\")",
+          "[1, 2", "[1,]", "1e", "5 6", "Long[a to b]()", "Boolean[0 to 0](1)", "1e999!"})
+        EXPECT_FALSE(parse_value(text).has_value()) << text;
+}
+
+TEST(ValueSyntax, WritesTheShortestFormThatReadsBack) {
+    EXPECT_EQ(format_value(Variant::single(1263.9409f)), "1263.9409!");
+    EXPECT_EQ(format_value(Variant::single(75.0f)), "75!");
+    EXPECT_EQ(format_value(Variant::double_(0.1)), "0.1#");
+    EXPECT_EQ(format_value(Variant::long_(-1)), "-1&");
+    EXPECT_EQ(format_value(Variant::string("a\"b\\\r\x01\x7F")), "\"a\\\"b\\\\\\r\\x01\\x7F\"");
+    EXPECT_EQ(format_value(Variant::array(VarType::Byte, 0, {Variant::byte(0)})),
+              "Byte[0 to 0](0)");
+    EXPECT_EQ(format_value(Variant::array(VarType::Variant, 0, {Variant::integer(1), Variant()})),
+              "Variant[0 to 1](1%, Empty)");
+    for (float f : {0.1f, 1.0f / 3, 1e-30f, 3.4e38f, -0.0f}) {
+        const auto back = parse_value(format_value(Variant::single(f)));
+        ASSERT_TRUE(back) << f;
+        EXPECT_EQ(back->as_single(), f);
+    }
+}
+
+TEST(CommandLine, KeepsStringsAndArraysAsOneWord) {
+    const auto c = console::split_command("SimMacroCall 9 [0, 200, 255, 56] 0& Empty 0&");
+    ASSERT_TRUE(c);
+    EXPECT_EQ(c->words, (std::vector<std::string>{"SimMacroCall", "9", "[0, 200, 255, 56]", "0&",
+                                                  "Empty", "0&"}));
+    EXPECT_FALSE(c->equals);
+    const auto w = console::split_command("Port 0 = 5");
+    ASSERT_TRUE(w && w->equals);
+    EXPECT_EQ(*w->equals, 2u);
+    const auto s = console::split_command("x \"a = [b\" Long[0 to 1](1, 2)");
+    ASSERT_TRUE(s);
+    EXPECT_EQ(s->words, (std::vector<std::string>{"x", "\"a = [b\"", "Long[0 to 1](1, 2)"}));
+    EXPECT_FALSE(console::split_command("x \"open"));
+    EXPECT_FALSE(console::split_command("x [1, 2"));
+    EXPECT_FALSE(console::split_command("x ]"));
+    EXPECT_TRUE(console::is_skipped_line("   # note"));
+    EXPECT_TRUE(console::is_skipped_line(" \t"));
+    EXPECT_FALSE(console::is_skipped_line("quit"));
+}
+
+}  // namespace
