@@ -10,6 +10,7 @@
 #include "core/kt_pin.h"
 #include "core/settings.h"
 #include "core/vb_array.h"
+#include "kestrone/store.h"
 #include "kestrone/variant.h"
 #include "platform/module_facts.h"
 #include "platform/services.h"
@@ -83,6 +84,29 @@ class Rovanta {
     Variant GeneralGet(Long lID);
     void WriteCustomImages(Long lID, const std::string& RHS);
     Variant VNodeMsgRead(Long lIdx, Long& lSize) const;
+
+    // --- pin negotiation and simulated port access (host/pin_negotiation.cpp). The guarded
+    // queries answer 0 for an id outside Pins; DesiredPort alone fails with error 9.
+    Long DesiredPort(Long PinID) const;
+    Long Direction(Long PinID) const;
+    Long PortMandatory(Long PinID) const;
+    Long SamePortAsID(Long PinID) const;
+    Long DesiredBit(Long PinID) const;
+    Long BitMandatory(Long PinID) const;
+    Long Port(Long PinID) const;
+    void LetPort(Long PinID, Long RHS);
+    Long Bit(Long PinID) const;
+    void LetBit(Long PinID, Long RHS);
+    Long ConnectedOK() const;
+    Long SimIODirection(Long PinID) const { return Direction(PinID); }
+    const std::string& Description() const { return sDescription; }
+    void SimReadPins(Variant& pVal);
+    void SimWritePins(const Variant& NewVal);
+
+    // --- stored settings (host/stored_settings.cpp): both walks go key by key and stop at
+    // the first failure, raised as a Basic error or as StoreFailure for the store's own.
+    void UserControl_WriteProperties(kestrone::IKestroneStore& PropBag);
+    void UserControl_ReadProperties(kestrone::IKestroneStore& PropBag);
 
     // --- the object's state, in the order of declaration
     Integer iVersionMajor = 0;

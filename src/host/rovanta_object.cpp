@@ -2,6 +2,8 @@
 
 #include "core/field_table.h"
 #include "host/guarded_call.h"
+#include "host/property_page.h"
+#include "host/stored_settings.h"
 
 namespace rovanta {
 
@@ -41,6 +43,10 @@ HRESULT RovantaObject::QueryInterface(const Guid& iid, void** ppv) noexcept {
         *ppv = static_cast<kestrone::IKestroneDispatch*>(this);
     else if (iid == kestrone::IID_IKestroneInspection)
         *ppv = static_cast<kestrone::IKestroneInspection*>(this);
+    else if (iid == kestrone::IID_IKestronePersist)
+        *ppv = static_cast<kestrone::IKestronePersist*>(this);
+    else if (iid == kestrone::IID_IKestronePropertyPages)
+        *ppv = static_cast<kestrone::IKestronePropertyPages*>(this);
     else
         return kestrone::E_NOINTERFACE;
     AddRef();
@@ -108,41 +114,41 @@ HRESULT RovantaObject::get_ExclusiveInterrupts(Variant* pVal) noexcept {
 HRESULT RovantaObject::get_PinName(std::int32_t PinID, std::string* pVal) noexcept {
     return guarded_call([&] { *pVal = core_->PinName(PinID); });
 }
-HRESULT RovantaObject::get_DesiredPort(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_DesiredPort(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->DesiredPort(PinID); });
 }
-HRESULT RovantaObject::get_Direction(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_Direction(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->Direction(PinID); });
 }
-HRESULT RovantaObject::get_PortMandatory(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_PortMandatory(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->PortMandatory(PinID); });
 }
-HRESULT RovantaObject::get_SamePortAsID(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_SamePortAsID(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->SamePortAsID(PinID); });
 }
-HRESULT RovantaObject::get_Description(std::string*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_Description(std::string* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->Description(); });
 }
-HRESULT RovantaObject::get_DesiredBit(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_DesiredBit(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->DesiredBit(PinID); });
 }
-HRESULT RovantaObject::get_BitMandatory(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_BitMandatory(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->BitMandatory(PinID); });
 }
-HRESULT RovantaObject::get_Port(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_Port(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->Port(PinID); });
 }
-HRESULT RovantaObject::put_Port(std::int32_t, std::int32_t) noexcept {
-    return not_wired();
+HRESULT RovantaObject::put_Port(std::int32_t PinID, std::int32_t RHS) noexcept {
+    return guarded_call([&] { core_->LetPort(PinID, RHS); });
 }
-HRESULT RovantaObject::get_Bit(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_Bit(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->Bit(PinID); });
 }
-HRESULT RovantaObject::put_Bit(std::int32_t, std::int32_t) noexcept {
-    return not_wired();
+HRESULT RovantaObject::put_Bit(std::int32_t PinID, std::int32_t RHS) noexcept {
+    return guarded_call([&] { core_->LetBit(PinID, RHS); });
 }
-HRESULT RovantaObject::get_ConnectedOK(std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_ConnectedOK(std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->ConnectedOK(); });
 }
 HRESULT RovantaObject::StartSimulation() noexcept {
     return not_wired();
@@ -150,14 +156,14 @@ HRESULT RovantaObject::StartSimulation() noexcept {
 HRESULT RovantaObject::StopSimulation() noexcept {
     return not_wired();
 }
-HRESULT RovantaObject::get_SimIODirection(std::int32_t, std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_SimIODirection(std::int32_t PinID, std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->SimIODirection(PinID); });
 }
-HRESULT RovantaObject::SimReadPins(Variant*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::SimReadPins(Variant* pVal) noexcept {
+    return guarded_call([&] { core_->SimReadPins(*pVal); });
 }
-HRESULT RovantaObject::SimWritePins(const Variant&) noexcept {
-    return not_wired();
+HRESULT RovantaObject::SimWritePins(const Variant& NewVal) noexcept {
+    return guarded_call([&] { core_->SimWritePins(NewVal); });
 }
 HRESULT RovantaObject::SimMacroCall(std::int32_t, const Variant&, std::int32_t*, Variant*,
                                     std::int32_t*) noexcept {
@@ -353,6 +359,41 @@ HRESULT RovantaObject::GetField(const std::string& name, const std::int32_t* ind
         guarded_call([&] { found = read_field(*core_, name, index, member, *value); });
     if (kestrone::failed(hr)) return hr;
     return found == FieldLookup::Found ? S_OK : kestrone::DISP_E_UNKNOWNNAME;
+}
+
+// ---- IKestronePersist
+
+namespace {
+// A walk over the host's store: a value that does not convert is a Basic error, a failure of
+// the store comes back as the store gave it.
+template <class Walk>
+HRESULT store_walk(kestrone::IKestroneStore* store, Walk walk) noexcept {
+    if (!store) return kestrone::E_POINTER;
+    HRESULT store_status = S_OK;
+    const HRESULT hr = guarded_call([&] {
+        try {
+            walk(*store);
+        } catch (const StoreFailure& e) {
+            store_status = e.status();
+        }
+    });
+    return kestrone::failed(hr) ? hr : store_status;
+}
+}  // namespace
+
+HRESULT RovantaObject::WriteProperties(kestrone::IKestroneStore* store) noexcept {
+    return store_walk(store,
+                      [&](kestrone::IKestroneStore& s) { core_->UserControl_WriteProperties(s); });
+}
+HRESULT RovantaObject::ReadProperties(kestrone::IKestroneStore* store) noexcept {
+    return store_walk(store,
+                      [&](kestrone::IKestroneStore& s) { core_->UserControl_ReadProperties(s); });
+}
+
+// ---- IKestronePropertyPages
+
+HRESULT RovantaObject::CreatePropertyPage(kestrone::IKestronePropertyPage** page) noexcept {
+    return PropertyPageObject::create(core_->App, page);
 }
 
 }  // namespace rovanta

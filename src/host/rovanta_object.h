@@ -9,7 +9,9 @@
 #include "core/rovanta.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/inspect.h"
+#include "kestrone/property_page.h"
 #include "kestrone/rovanta.h"
+#include "kestrone/store.h"
 #include "kestrone/typelib.h"
 
 namespace rovanta {
@@ -20,7 +22,9 @@ std::atomic<long>& module_lock_count();
 class RovantaObject final : public kestrone::IKestroneComponentV5,
                             public kestrone::IRovanta,
                             public kestrone::IKestroneDispatch,
-                            public kestrone::IKestroneInspection {
+                            public kestrone::IKestroneInspection,
+                            public kestrone::IKestronePersist,
+                            public kestrone::IKestronePropertyPages {
   public:
     // Creates the object; the messages of creation go to `host` (none: answered at once). A
     // failure of creation comes back as its status, with no object.
@@ -144,6 +148,13 @@ class RovantaObject final : public kestrone::IKestroneComponentV5,
     // IKestroneInspection
     kestrone::HRESULT GetField(const std::string& name, const std::int32_t* index,
                                const std::string& member, Variant* value) noexcept override;
+
+    // IKestronePersist: UserControl_WriteProperties and UserControl_ReadProperties
+    kestrone::HRESULT WriteProperties(kestrone::IKestroneStore* store) noexcept override;
+    kestrone::HRESULT ReadProperties(kestrone::IKestroneStore* store) noexcept override;
+
+    // IKestronePropertyPages: PropertyPage2
+    kestrone::HRESULT CreatePropertyPage(kestrone::IKestronePropertyPage** page) noexcept override;
 
   private:
     RovantaObject(const platform::ModuleFacts& app, kestrone::IHostServices* host);
