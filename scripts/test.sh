@@ -7,12 +7,12 @@ scripts/setup.sh
 
 jobs=$(nproc)
 echo "=== release build and tests"
-cmake --preset release >/dev/null
+cmake --preset release -DKESTRONE_TESTS=ON -DKESTRONE_BENCH=ON -DKESTRONE_HOST=ON >/dev/null
 cmake --build --preset release -j "$jobs"
 ctest --preset release -j "$jobs"
 
 echo "=== asan build and tests"
-cmake --preset asan >/dev/null
+cmake --preset asan -DKESTRONE_TESTS=ON -DKESTRONE_HOST=ON >/dev/null
 cmake --build --preset asan -j "$jobs"
 ctest --preset asan -j "$jobs"
 
