@@ -1,4 +1,5 @@
 // The C text of the code file's marked blocks, and the settings tokens in it.
+#include <algorithm>
 #include <new>
 
 #include "core/rovanta.h"
@@ -93,7 +94,9 @@ void Rovanta::ReplaceSettingTokens(std::string& text) const {
         for (std::size_t at = place_of(t.token, 0); at != std::string::npos;
              at = place_of(t.token, from)) {
             text.replace(at, t.token.size(), value);
-            from = holds_itself ? at + value.size() : 0;
+            // No occurrence can start before at - 1 that the search from the start would not
+            // have found already, so searching from there finds the same first place.
+            from = holds_itself ? at + value.size() : at - std::min(at, t.token.size() - 1);
         }
     }
 }
