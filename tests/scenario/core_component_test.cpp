@@ -229,12 +229,13 @@ TEST(CodeText, FillsTheSettingsIntoATextPassedThrough) {
         "\"<%n>\"\n"
         "sDummyString2 = \"%b\"\nMacroCodeOverride \"%m\"\nsDummyString1 = "
         "\"%m!\"\nMacroCodeOverride \"%m %m\"\n"
-        "sDummyString2 = \"%n%n\"\nMacroCodeOverride \"%n\"\nMacroCodeOverride \"no tokens\"\n");
-    EXPECT_THAT(
-        run.lines,
-        ElementsAre("ok", "ok pVal=\"128 0200 %x 100%\"", "ok", "ok pVal=\"20/0\"", "ok",
-                    "ok pVal=\"0/20\"", "ok", "ok pVal=\"0/0\"", "ok", "ok", "ok pVal=\"<%b>\"",
-                    "ok", "ok pVal=\"%m! %m!\"", "ok", "ok pVal=\"%n%n\"", "ok pVal=\"no tokens\""))
+        "sDummyString2 = \"%n%n\"\nMacroCodeOverride \"%n\"\nMacroCodeOverride \"no tokens\"\n"
+        "sDummyString2 = \"n\"\nMacroCodeOverride \"%%%n\"\n");
+    EXPECT_THAT(run.lines,
+                ElementsAre("ok", "ok pVal=\"128 0200 %x 100%\"", "ok", "ok pVal=\"20/0\"", "ok",
+                            "ok pVal=\"0/20\"", "ok", "ok pVal=\"0/0\"", "ok", "ok",
+                            "ok pVal=\"<%b>\"", "ok", "ok pVal=\"%m! %m!\"", "ok",
+                            "ok pVal=\"%n%n\"", "ok pVal=\"no tokens\"", "ok", "ok pVal=\"n\""))
         << run.text();
 }
 
