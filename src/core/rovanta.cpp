@@ -6,6 +6,7 @@ namespace rovanta {
 
 Rovanta::Rovanta(platform::ModuleFacts app, const platform::Services& services)
     : App(std::move(app)), services_(services) {
+    panel.set_sink(this);
     UserControl_Initialize();
 }
 
@@ -35,11 +36,19 @@ void Rovanta::UserControl_Initialize() {
     settings.sDummyString2.clear();
     iADCMax = 255;
 
-    // The sensor bars and the wheels are laid out by their own subsystems.
-    for (int i = 0; i < 5; ++i)
+    // The sensor bars and the wheels are laid out by their own subsystems. SetSliderValue reads
+    // iADCMax, so the settings stand first.
+    for (Integer i = 0; i < 5; ++i) {
+        LayoutSlider(i);
         lADCVal[static_cast<std::size_t>(i)] = 0;
+        InitSlider(i);
+        SetSliderValue(i, lADCVal[static_cast<std::size_t>(i)]);
+    }
     iWheelPhase = {0, 0};
     iMotorSpeed = {0, 0};
+    InitWheel(0);
+    InitWheel(1);
+    UpdateDirection();
 
     bSimulating = false;
 }

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/kt_macro.h"
 #include "core/kt_pin.h"
@@ -12,6 +14,7 @@
 #include "core/vb_array.h"
 #include "kestrone/store.h"
 #include "kestrone/variant.h"
+#include "panel/panel.h"
 #include "platform/module_facts.h"
 #include "platform/services.h"
 #include "platform/text_file.h"
@@ -33,7 +36,7 @@ struct TargetFacts {
     Long PICAnalogueBits = 0;
 };
 
-class Rovanta {
+class Rovanta : private panel::PanelEvents {
   public:
     // Runs UserControl_Initialize, with its messages through `services`.
     Rovanta(platform::ModuleFacts app, const platform::Services& services);
@@ -108,6 +111,72 @@ class Rovanta {
     void UserControl_WriteProperties(kestrone::IKestroneStore& PropBag);
     void UserControl_ReadProperties(kestrone::IKestroneStore& PropBag);
 
+    // --- simulation (simulation/*.cpp). Handlers get the caller's vParams as a const view,
+    // which serves as their private copy: they can't change it.
+    void SimMacroCall(Long lMacroID, const Variant& vParams, Long& pRetVal, Variant& pvAffected,
+                      Long& pCycles);
+    void SimMacroCall2(Long lMacroID, const Variant& vParams, Variant& pRetVal,
+                       Variant& pvAffected, Long& pCycles);
+    Long IsSimulating() const { return bSimulating ? -1 : 0; }
+    void StartSimulation();
+    void StopSimulation();
+    void Refresh();
+    void UserControl_Paint();
+    // the handlers of macros 4 to 20; `slot` is the result of those that give one
+    void SimDriveForwards(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimDriveBackwards(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimDriveStop(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimSpinLeft(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimSpinRight(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimSetMotors(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimWriteLeds(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimLedOn(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimLedOff(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimReadSwitch(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimWaitSwitch(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimPlayTone(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimReadMic(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimReadLdr(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimTestSideSensor(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimReadSideSensor(const Variant& vParams, Variant& pvAffected, Long& slot);
+    void SimReadLine(const Variant& vParams, Variant& pvAffected, Long& slot);
+    // wheels, heading, LEDs, inputs
+    void InitWheel(Integer Index);
+    void DrawWheel(Integer Index, Integer Phase);
+    void Timer1_Timer(Integer Index);
+    void UpdateDirection();
+    void DrawLeds();
+    void chkSwitchLeft_Click();
+    void chkSwitchRight_Click();
+    void chkLineLeft_Click();
+    void chkLineRight_Click();
+
+    // --- sensors (sensors/*.cpp)
+    void LayoutSlider(Integer Index);
+    void InitSlider(Integer Index);
+    void SetSliderValue(Integer Index, Long Value);
+    void ShowSliderValue(Integer Index);
+    void updownADC_Change(Integer& Index);
+    void SliderMouseEvent(Integer Index, float X, float Y);
+    void frameADC_MouseDown(Integer& Index, Integer& Button, Integer& Shift, float& X, float& Y);
+    void frameADC_MouseMove(Integer& Index, Integer& Button, Integer& Shift, float& X, float& Y);
+    void imSlideBar_MouseDown(Integer& Index, Integer& Button, Integer& Shift, float& X, float& Y);
+    void imSlideBar_MouseMove(Integer& Index, Integer& Button, Integer& Shift, float& X, float& Y);
+    void imSlideBase_MouseDown(Integer& Index, Integer& Button, Integer& Shift, float& X,
+                               float& Y);
+    void imSlideBase_MouseMove(Integer& Index, Integer& Button, Integer& Shift, float& X,
+                               float& Y);
+
+    // --- the panel's own events, and any handler raised by name (simulation/panel_events.cpp)
+    void UserControl_Resize();
+    enum class EventLookup { Found, Unknown, BadCount };
+    // Runs the handler NAME with `args`, converted as the event passes them.
+    EventLookup RaiseEvent(std::string_view handler, std::vector<Variant>& args);
+    // The container sites the panel: its first sizing.
+    void SitePanel();
+    // A message box or a tone holds the thread: timer ticks wait.
+    bool HoldingThread() const { return services_.holding(); }
+
     // --- the object's state, in the order of declaration
     Integer iVersionMajor = 0;
     Integer iVersionMinor = 0;
@@ -144,11 +213,17 @@ class Rovanta {
     std::string sCodeFile;
     std::string sKtxFile;
     bool bPinsChanged = false;
+    // the panel and its elements (panel/)
+    panel::Panel panel;
 
     // The platform: the module's facts, the message box and tone, file number 1.
     platform::ModuleFacts App;
 
   private:
+    // What the panel's elements raise, to their handlers (simulation/panel_events.cpp).
+    void panel_event(const panel::Element* element, panel::Event event,
+                     const panel::MouseArgs* mouse) override;
+
     void MsgBox(const std::string& text) const { services_.message_box(text); }
     void SeekHelpFile();
     void BuildPinTable();

@@ -2,6 +2,7 @@
 
 #include "core/field_table.h"
 #include "host/guarded_call.h"
+#include "host/panel_facet.h"
 #include "host/property_page.h"
 #include "host/stored_settings.h"
 
@@ -18,6 +19,7 @@ std::atomic<long>& module_lock_count() {
 
 RovantaObject::RovantaObject(const platform::ModuleFacts& app, kestrone::IHostServices* host)
     : services_(host), core_(std::make_unique<Rovanta>(app, services_)) {
+    core_->SitePanel();
     ++module_lock_count();
 }
 
@@ -47,6 +49,9 @@ HRESULT RovantaObject::QueryInterface(const Guid& iid, void** ppv) noexcept {
         *ppv = static_cast<kestrone::IKestronePersist*>(this);
     else if (iid == kestrone::IID_IKestronePropertyPages)
         *ppv = static_cast<kestrone::IKestronePropertyPages*>(this);
+    else if (iid == kestrone::IID_IKestronePanel || iid == kestrone::IID_IKestronePanelInspection)
+        return PanelFacet::create(static_cast<kestrone::IKestroneComponentV5*>(this), *core_, iid,
+                                  ppv);
     else
         return kestrone::E_NOINTERFACE;
     AddRef();
@@ -62,13 +67,6 @@ std::uint32_t RovantaObject::Release() noexcept {
     if (left == 0) delete this;
     return left;
 }
-
-namespace {
-// Operations whose subsystem is not part of this build answer "doesn't support".
-HRESULT not_wired() {
-    return kestrone::basic_error_status(vb::kNoSuchMember);
-}
-}  // namespace
 
 // ---- IKestroneComponentV5
 
@@ -87,8 +85,8 @@ HRESULT RovantaObject::get_MacroParameters(std::int32_t lMacroID, Variant* pVal)
 HRESULT RovantaObject::get_MacroCode(std::int32_t lMacroID, std::string* pVal) noexcept {
     return guarded_call([&] { *pVal = core_->MacroCode(lMacroID); });
 }
-HRESULT RovantaObject::get_IsSimulating(std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::get_IsSimulating(std::int32_t* pVal) noexcept {
+    return guarded_call([&] { *pVal = core_->IsSimulating(); });
 }
 HRESULT RovantaObject::get_PinCount(std::int32_t* pVal) noexcept {
     return guarded_call([&] { *pVal = core_->PinCount(); });
@@ -151,10 +149,10 @@ HRESULT RovantaObject::get_ConnectedOK(std::int32_t* pVal) noexcept {
     return guarded_call([&] { *pVal = core_->ConnectedOK(); });
 }
 HRESULT RovantaObject::StartSimulation() noexcept {
-    return not_wired();
+    return guarded_call([&] { core_->StartSimulation(); });
 }
 HRESULT RovantaObject::StopSimulation() noexcept {
-    return not_wired();
+    return guarded_call([&] { core_->StopSimulation(); });
 }
 HRESULT RovantaObject::get_SimIODirection(std::int32_t PinID, std::int32_t* pVal) noexcept {
     return guarded_call([&] { *pVal = core_->SimIODirection(PinID); });
@@ -165,9 +163,12 @@ HRESULT RovantaObject::SimReadPins(Variant* pVal) noexcept {
 HRESULT RovantaObject::SimWritePins(const Variant& NewVal) noexcept {
     return guarded_call([&] { core_->SimWritePins(NewVal); });
 }
-HRESULT RovantaObject::SimMacroCall(std::int32_t, const Variant&, std::int32_t*, Variant*,
-                                    std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::SimMacroCall(std::int32_t lMacroID, const Variant& vParams,
+                                    std::int32_t* pRetVal, Variant* pvAffected,
+                                    std::int32_t* pCycles) noexcept {
+    if (!pRetVal || !pvAffected || !pCycles) return kestrone::E_POINTER;
+    return guarded_call(
+        [&] { core_->SimMacroCall(lMacroID, vParams, *pRetVal, *pvAffected, *pCycles); });
 }
 HRESULT RovantaObject::KeyDown(std::int32_t) noexcept {
     return S_OK;
@@ -255,12 +256,15 @@ HRESULT RovantaObject::get_ReadCustomImages(std::int32_t, std::string* pVal) noe
 HRESULT RovantaObject::put_WriteCustomImages(std::int32_t lID, const std::string& RHS) noexcept {
     return guarded_call([&] { core_->WriteCustomImages(lID, RHS); });
 }
-HRESULT RovantaObject::SimMacroCall2(std::int32_t, const Variant&, Variant*, Variant*,
-                                     std::int32_t*) noexcept {
-    return not_wired();
+HRESULT RovantaObject::SimMacroCall2(std::int32_t lMacroID, const Variant& vParams,
+                                     Variant* pRetVal, Variant* pvAffected,
+                                     std::int32_t* pCycles) noexcept {
+    if (!pRetVal || !pvAffected || !pCycles) return kestrone::E_POINTER;
+    return guarded_call(
+        [&] { core_->SimMacroCall2(lMacroID, vParams, *pRetVal, *pvAffected, *pCycles); });
 }
 HRESULT RovantaObject::Refresh() noexcept {
-    return not_wired();
+    return guarded_call([&] { core_->Refresh(); });
 }
 
 // ---- IRovanta

@@ -7,7 +7,7 @@
 namespace vb {
 
 namespace {
-constexpr std::array<std::pair<int, std::string_view>, 19> kDescriptions{{
+constexpr std::array<std::pair<int, std::string_view>, 21> kDescriptions{{
     {kInvalidCall, "Invalid procedure call or argument"},
     {kOverflow, "Overflow"},
     {kOutOfMemory, "Out of memory"},
@@ -22,7 +22,9 @@ constexpr std::array<std::pair<int, std::string_view>, 19> kDescriptions{{
     {kPathFileAccessError, "Path/File access error"},
     {kPathNotFound, "Path not found"},
     {kObjectNotSet, "Object variable or With block variable not set"},
+    {kControlArrayElementMissing, "Control array element doesn't exist"},
     {kInvalidPropertyValue, "Invalid property value"},
+    {kPropertyReadOnly, "Property is read-only"},
     {kObjectRequired, "Object required"},
     {kNoSuchMember, "Object doesn't support this property or method"},
     {51, "Internal error"},

@@ -22,7 +22,9 @@ enum ErrorNumber : int {
     kPathFileAccessError = 75,
     kPathNotFound = 76,
     kObjectNotSet = 91,
+    kControlArrayElementMissing = 340,
     kInvalidPropertyValue = 380,
+    kPropertyReadOnly = 383,
     kObjectRequired = 424,
     kNoSuchMember = 438,
 };

@@ -17,15 +17,28 @@ class Services {
 
     // Modal: returns when the user has closed it.
     void message_box(const std::string& text) const {
+        Hold hold(*this);
         if (host_) host_->ShowMessage(text);
     }
     // Beep: returns when the tone has ended; its result is ignored.
     void beep(std::int32_t hertz, std::int32_t milliseconds) const {
+        Hold hold(*this);
         if (host_) host_->PlayTone(hertz, milliseconds);
     }
+    // True while a message box or a tone holds the thread: a timer tick that a host's event
+    // loop delivers meanwhile has to wait.
+    bool holding() const { return holds_ > 0; }
 
   private:
+    struct Hold {
+        explicit Hold(const Services& s) : s_(s) { ++s_.holds_; }
+        ~Hold() { --s_.holds_; }
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+        const Services& s_;
+    };
     kestrone::IHostServices* host_;
+    mutable int holds_ = 0;
 };
 
 // Records every message and tone, for the tests.

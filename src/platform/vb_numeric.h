@@ -42,6 +42,20 @@ Long add(Long a, Long b);
 Long sub(Long a, Long b);
 Long mul(Long a, Long b);
 
+// Single arithmetic: computed in float, error 6 when the result leaves the float range,
+// error 11 for a division by zero.
+Single fadd(Single a, Single b);
+Single fsub(Single a, Single b);
+Single fmul(Single a, Single b);
+Single fdiv(Single a, Single b);
+
+// Arithmetic on tagged values, as the runtime widens it: Byte, Integer, Long go to the next
+// wider kind instead of overflowing, and at last to Double; Single widens to Double, and a
+// Single with a Long is a Double; text is read as a Double; Empty is 0. Only a Double that leaves its range overflows (error 6).
+kestrone::Variant var_add(const kestrone::Variant& a, const kestrone::Variant& b);
+kestrone::Variant var_sub(const kestrone::Variant& a, const kestrone::Variant& b);
+kestrone::Variant var_mul(const kestrone::Variant& a, const kestrone::Variant& b);
+
 // Text to number: blanks around, a sign, a decimal point and an exponent; the whole text must be
 // the number (error 13). A fraction rounds on the digits as written, ties to even.
 Integer text_to_integer(std::string_view text);

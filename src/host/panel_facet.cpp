@@ -1,0 +1,239 @@
+#include "host/panel_facet.h"
+
+#include <limits>
+
+#include "host/guarded_call.h"
+#include "panel/properties.h"
+
+namespace rovanta {
+
+using kestrone::HRESULT;
+using kestrone::S_OK;
+
+PanelFacet::PanelFacet(kestrone::IUnknown* owner, Rovanta& core) : owner_(owner), core_(core) {
+    owner_->AddRef();
+}
+
+PanelFacet::~PanelFacet() {
+    owner_->Release();
+}
+
+HRESULT PanelFacet::create(kestrone::IUnknown* owner, Rovanta& core, const kestrone::Guid& iid,
+                           void** ppv) noexcept {
+    if (!ppv) return kestrone::E_POINTER;
+    *ppv = nullptr;
+    PanelFacet* facet = new (std::nothrow) PanelFacet(owner, core);
+    if (!facet) return kestrone::E_OUTOFMEMORY;
+    const HRESULT hr = facet->QueryInterface(iid, ppv);
+    facet->Release();
+    return hr;
+}
+
+HRESULT PanelFacet::QueryInterface(const kestrone::Guid& iid, void** ppv) noexcept {
+    if (!ppv) return kestrone::E_POINTER;
+    *ppv = nullptr;
+    if (iid == kestrone::IID_IKestronePanel)
+        *ppv = static_cast<kestrone::IKestronePanel*>(this);
+    else if (iid == kestrone::IID_IKestronePanelInspection)
+        *ppv = static_cast<kestrone::IKestronePanelInspection*>(this);
+    else
+        return owner_->QueryInterface(iid, ppv);
+    AddRef();
+    return S_OK;
+}
+
+std::uint32_t PanelFacet::AddRef() noexcept {
+    return ++refs_;
+}
+
+std::uint32_t PanelFacet::Release() noexcept {
+    const std::uint32_t left = --refs_;
+    if (left == 0) delete this;
+    return left;
+}
+
+// ---- IKestronePanel
+
+HRESULT PanelFacet::GetElementCount(std::int32_t* count) noexcept {
+    if (!count) return kestrone::E_POINTER;
+    *count = core_.panel.count();
+    return S_OK;
+}
+
+HRESULT PanelFacet::GetElement(std::int32_t id, kestrone::ElementInfo* info) noexcept {
+    if (!info) return kestrone::E_POINTER;
+    if (id < 0 || id >= core_.panel.count()) return kestrone::E_INVALIDARG;
+    return guarded_call([&] { *info = core_.panel.at(id); });
+}
+
+HRESULT PanelFacet::GetRevision(std::uint64_t* revision) noexcept {
+    if (!revision) return kestrone::E_POINTER;
+    *revision = core_.panel.revision();
+    return S_OK;
+}
+
+HRESULT PanelFacet::GetChangedElements(std::uint64_t since, std::vector<std::int32_t>* ids,
+                                       std::uint64_t* now) noexcept {
+    if (!ids || !now) return kestrone::E_POINTER;
+    return guarded_call([&] {
+        core_.panel.changed_since(since, *ids);
+        *now = core_.panel.revision();
+    });
+}
+
+HRESULT PanelFacet::GetSize(float* width_twips, float* height_twips) noexcept {
+    if (!width_twips || !height_twips) return kestrone::E_POINTER;
+    *width_twips = core_.panel.width_twips();
+    *height_twips = core_.panel.height_twips();
+    return S_OK;
+}
+
+HRESULT PanelFacet::GetTwipsPerPixel(float* twips) noexcept {
+    if (!twips) return kestrone::E_POINTER;
+    *twips = core_.panel.twips_per_pixel();
+    return S_OK;
+}
+
+HRESULT PanelFacet::SetSize(float width_twips, float height_twips) noexcept {
+    return guarded_call([&] {
+        core_.panel.set_width_twips(width_twips);
+        core_.panel.set_height_twips(height_twips);
+    });
+}
+
+HRESULT PanelFacet::Paint() noexcept {
+    return guarded_call([&] { core_.panel.paint(); });
+}
+
+HRESULT PanelFacet::Pointer(kestrone::PointerAction action, std::int32_t buttons,
+                            std::int32_t shift, float x, float y) noexcept {
+    if (action != kestrone::PointerAction::Down && action != kestrone::PointerAction::Move &&
+        action != kestrone::PointerAction::Up)
+        return kestrone::E_INVALIDARG;
+    return guarded_call([&] { core_.panel.pointer(action, buttons, shift, x, y); });
+}
+
+HRESULT PanelFacet::Click(std::int32_t id) noexcept {
+    if (id < 0 || id >= core_.panel.count()) return kestrone::E_INVALIDARG;
+    return guarded_call([&] { core_.panel.click(id); });
+}
+
+HRESULT PanelFacet::Arrow(std::int32_t id, bool up) noexcept {
+    if (id < 0 || id >= core_.panel.count()) return kestrone::E_INVALIDARG;
+    return guarded_call([&] { core_.panel.arrow(id, up); });
+}
+
+HRESULT PanelFacet::GetClock(std::int64_t* now_ms) noexcept {
+    if (!now_ms) return kestrone::E_POINTER;
+    *now_ms = core_.panel.now();
+    return S_OK;
+}
+
+HRESULT PanelFacet::NextTick(std::int64_t* due_ms, std::int32_t* timer) noexcept {
+    if (!due_ms || !timer) return kestrone::E_POINTER;
+    int t = -1;
+    std::int64_t due = 0;
+    if (core_.panel.has_deferred()) {
+        due = core_.panel.now();  // a tick that waited is due at once
+        t = 0;
+    } else if (!core_.panel.next_tick(&due, &t)) {
+        t = -1;
+    }
+    *due_ms = due;
+    *timer = t;
+    return S_OK;
+}
+
+HRESULT PanelFacet::Tick(std::int32_t timer) noexcept {
+    if (timer < 0 || timer >= core_.panel.timer_count())
+        return kestrone::basic_error_status(vb::kControlArrayElementMissing);
+    // Ticks never run inside a message box or a tone: this one waits for the thread.
+    if (core_.HoldingThread()) {
+        core_.panel.defer_tick(timer);
+        return kestrone::S_FALSE;
+    }
+    return guarded_call([&] {
+        core_.panel.deliver_deferred();
+        core_.panel.tick(timer);
+    });
+}
+
+HRESULT PanelFacet::Advance(std::int64_t ms, std::int32_t* ticks) noexcept {
+    if (!ticks) return kestrone::E_POINTER;
+    std::int64_t count = 0;
+    const HRESULT hr = guarded_call([&] { count = core_.panel.advance(ms); });
+    *ticks = static_cast<std::int32_t>(
+        std::min<std::int64_t>(count, std::numeric_limits<std::int32_t>::max()));
+    return hr;
+}
+
+// ---- IKestronePanelInspection
+
+HRESULT PanelFacet::lookup(const std::string& element, const std::int32_t* index, int* id) {
+    const panel::Panel& p = core_.panel;
+    *id = p.find(element, index ? *index : -1);
+    if (*id >= 0) return S_OK;
+    // A control array asked for an index it lacks; anything else is no such element.
+    if (index && p.is_control_array(element))
+        return kestrone::basic_error_status(vb::kControlArrayElementMissing);
+    return kestrone::DISP_E_UNKNOWNNAME;
+}
+
+HRESULT PanelFacet::GetProperty(const std::string& element, const std::int32_t* index,
+                                const std::string& property, kestrone::Variant* value) noexcept {
+    if (!value) return kestrone::E_POINTER;
+    panel::PropertyLookup found = panel::PropertyLookup::Found;
+    HRESULT hr;
+    if (element == "UserControl" && !index) {
+        hr = guarded_call([&] { found = get_panel_property(core_.panel, property, *value); });
+    } else {
+        int id = -1;
+        hr = lookup(element, index, &id);
+        if (kestrone::failed(hr)) return hr;
+        hr = guarded_call([&] { found = get_property(core_.panel, id, property, *value); });
+    }
+    if (kestrone::failed(hr)) return hr;
+    return found == panel::PropertyLookup::Found ? S_OK : kestrone::DISP_E_UNKNOWNNAME;
+}
+
+HRESULT PanelFacet::PutProperty(const std::string& element, const std::int32_t* index,
+                                const std::string& property,
+                                const kestrone::Variant& value) noexcept {
+    panel::PropertyLookup found = panel::PropertyLookup::Found;
+    HRESULT hr;
+    if (element == "UserControl" && !index) {
+        hr = guarded_call([&] { found = put_panel_property(core_.panel, property, value); });
+    } else {
+        int id = -1;
+        hr = lookup(element, index, &id);
+        if (kestrone::failed(hr)) return hr;
+        hr = guarded_call([&] { found = put_property(core_.panel, id, property, value); });
+    }
+    if (kestrone::failed(hr)) return hr;
+    return found == panel::PropertyLookup::Found ? S_OK : kestrone::DISP_E_UNKNOWNNAME;
+}
+
+HRESULT PanelFacet::FindElement(const std::string& element, const std::int32_t* index,
+                                std::int32_t* id) noexcept {
+    if (!id) return kestrone::E_POINTER;
+    int found = -1;
+    const HRESULT hr = lookup(element, index, &found);
+    *id = found;
+    return hr;
+}
+
+HRESULT PanelFacet::RaiseEvent(const std::string& handler, kestrone::Variant* args,
+                               std::int32_t argc) noexcept {
+    if (argc < 0 || (argc > 0 && !args)) return kestrone::E_INVALIDARG;
+    Rovanta::EventLookup found = Rovanta::EventLookup::Found;
+    std::vector<kestrone::Variant> list(args, args + argc);
+    const HRESULT hr = guarded_call([&] { found = core_.RaiseEvent(handler, list); });
+    if (kestrone::failed(hr)) return hr;
+    if (found == Rovanta::EventLookup::Unknown) return kestrone::DISP_E_UNKNOWNNAME;
+    if (found == Rovanta::EventLookup::BadCount) return kestrone::DISP_E_BADPARAMCOUNT;
+    // By-reference arguments come back as the handler left them.
+    std::copy(list.begin(), list.end(), args);
+    return S_OK;
+}
+
+}  // namespace rovanta
