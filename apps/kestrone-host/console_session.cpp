@@ -46,6 +46,8 @@ ConsoleSession::ConsoleSession(const host::ModuleHost* module, std::string load_
 
 ConsoleSession::~ConsoleSession() {
     // Release the interfaces before the services they were lent.
+    panel_inspect_.reset();
+    panel_.reset();
     inspect_.reset();
     dispatch_.reset();
     object_.reset();
@@ -56,11 +58,21 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"new", &ConsoleSession::cmd_new},
         {"quit", &ConsoleSession::cmd_quit},
         {"field", &ConsoleSession::cmd_field},
+        {"get", &ConsoleSession::cmd_get},
+        {"put", &ConsoleSession::cmd_put},
+        {"click", &ConsoleSession::cmd_click},
+        {"arrow", &ConsoleSession::cmd_arrow},
+        {"mouse", &ConsoleSession::cmd_mouse},
+        {"event", &ConsoleSession::cmd_event},
+        {"tick", &ConsoleSession::cmd_tick},
+        {"advance", &ConsoleSession::cmd_advance},
     };
     return table;
 }
 
 void ConsoleSession::create_object() {
+    panel_inspect_.reset();
+    panel_.reset();
     inspect_.reset();
     dispatch_.reset();
     object_.reset();
@@ -77,6 +89,9 @@ void ConsoleSession::create_object() {
     object_ = object;
     dispatch_ = object.query<kestrone::IKestroneDispatch>(kestrone::IID_IKestroneDispatch);
     inspect_ = object.query<kestrone::IKestroneInspection>(kestrone::IID_IKestroneInspection);
+    panel_ = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
+    panel_inspect_ =
+        object.query<kestrone::IKestronePanelInspection>(kestrone::IID_IKestronePanelInspection);
     out_.ok();
 }
 

@@ -9,6 +9,7 @@
 #include "command_line.h"
 #include "kestrone/com.h"
 #include "kestrone/inspect.h"
+#include "kestrone/panel.h"
 #include "kestrone/services.h"
 #include "kestrone/typelib.h"
 #include "module_host.h"
@@ -66,6 +67,19 @@ class ConsoleSession {
     void cmd_field(const CommandLine&);
     void cmd_operation(const CommandLine&);
 
+    // the panel (console_panel.cpp)
+    bool have_panel();
+    bool find_element(const std::string& text, std::int32_t* id);
+    void answer_element_status(kestrone::HRESULT hr, const std::string& what);
+    void cmd_get(const CommandLine&);
+    void cmd_put(const CommandLine&);
+    void cmd_click(const CommandLine&);
+    void cmd_arrow(const CommandLine&);
+    void cmd_mouse(const CommandLine&);
+    void cmd_event(const CommandLine&);
+    void cmd_tick(const CommandLine&);
+    void cmd_advance(const CommandLine&);
+
     const host::ModuleHost* module_;
     std::string load_error_;
     Output out_;
@@ -73,6 +87,8 @@ class ConsoleSession {
     kestrone::ComPtr<kestrone::IUnknown> object_;
     kestrone::ComPtr<kestrone::IKestroneDispatch> dispatch_;
     kestrone::ComPtr<kestrone::IKestroneInspection> inspect_;
+    kestrone::ComPtr<kestrone::IKestronePanel> panel_;
+    kestrone::ComPtr<kestrone::IKestronePanelInspection> panel_inspect_;
     bool quit_ = false;
 };
 

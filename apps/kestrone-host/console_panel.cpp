@@ -1,0 +1,226 @@
+// The console's panel commands: element properties, the user's clicks, arrows and pointer, events
+// raised by name, and the timers on the console's clock.
+#include <algorithm>
+#include <cfloat>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+#include "console_session.h"
+#include "value_syntax.h"
+
+namespace console {
+
+using kestrone::HRESULT;
+using kestrone::Variant;
+
+namespace {
+
+// ELEMENT or ELEMENT(I), then .PROPERTY when `with_property`.
+struct ElementPath {
+    std::string element;
+    bool has_index = false;
+    std::int32_t index = 0;
+    std::string property;
+};
+
+std::optional<ElementPath> parse_element_path(std::string_view text, bool with_property) {
+    ElementPath p;
+    std::string_view rest;
+    const std::size_t open = text.find('(');
+    if (open != std::string_view::npos) {
+        const std::size_t close = text.find(')', open);
+        if (close == std::string_view::npos || open == 0) return std::nullopt;
+        p.element = text.substr(0, open);
+        std::string_view number = text.substr(open + 1, close - open - 1);
+        if (!number.empty() && number.front() == '+') number.remove_prefix(1);
+        const auto res = std::from_chars(number.data(), number.data() + number.size(), p.index);
+        if (number.empty() || res.ec != std::errc() || res.ptr != number.data() + number.size())
+            return std::nullopt;
+        p.has_index = true;
+        rest = text.substr(close + 1);
+    } else {
+        const std::size_t dot = text.find('.');
+        p.element = text.substr(0, dot);
+        rest = dot == std::string_view::npos ? std::string_view{} : text.substr(dot);
+    }
+    if (p.element.empty()) return std::nullopt;
+    if (!with_property) return rest.empty() ? std::optional(p) : std::nullopt;
+    if (rest.size() < 2 || rest.front() != '.') return std::nullopt;
+    p.property = rest.substr(1);
+    if (p.property.find_first_of(".()") != std::string::npos) return std::nullopt;
+    return p;
+}
+
+std::string element_text(const ElementPath& p) {
+    return p.has_index ? p.element + "(" + std::to_string(p.index) + ")" : p.element;
+}
+
+// A number as written in the console: any numeric kind.
+std::optional<double> number_of(std::string_view text) {
+    const auto v = parse_value(text);
+    if (!v || v->is_array()) return std::nullopt;
+    switch (v->type()) {
+        case kestrone::VarType::Integer:
+            return v->as_integer();
+        case kestrone::VarType::Long:
+            return v->as_long();
+        case kestrone::VarType::Single:
+            return v->as_single();
+        case kestrone::VarType::Double:
+            return v->as_double();
+        case kestrone::VarType::Byte:
+            return v->as_byte();
+        default:
+            return std::nullopt;
+    }
+}
+
+std::optional<std::int32_t> whole_number(std::string_view text) {
+    const auto d = number_of(text);
+    if (!d || *d != std::floor(*d) || *d < INT32_MIN || *d > INT32_MAX) return std::nullopt;
+    return static_cast<std::int32_t>(*d);
+}
+
+// A pointer coordinate: as far out as a float reaches.
+float coordinate(double d) {
+    return static_cast<float>(
+        std::clamp(d, -static_cast<double>(FLT_MAX), static_cast<double>(FLT_MAX)));
+}
+
+}  // namespace
+
+bool ConsoleSession::have_panel() {
+    if (!have_object()) return false;
+    if (!panel_ || !panel_inspect_) {
+        out_.fail("the component offers no panel");
+        return false;
+    }
+    return true;
+}
+
+void ConsoleSession::answer_element_status(HRESULT hr, const std::string& what) {
+    if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the panel has no " + what);
+    if (kestrone::failed(hr)) return out_.error(hr);
+    out_.ok();
+}
+
+void ConsoleSession::cmd_get(const CommandLine& c) {
+    if (c.words.size() != 2 || c.equals) return out_.fail("get takes ELEMENT.PROPERTY");
+    const auto path = parse_element_path(c.words[1], true);
+    if (!path) return out_.fail("not an element's property: " + c.words[1]);
+    if (!have_panel()) return;
+    Variant value;
+    const HRESULT hr = panel_inspect_->GetProperty(
+        path->element, path->has_index ? &path->index : nullptr, path->property, &value);
+    if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the panel has no " + c.words[1]);
+    if (kestrone::failed(hr)) return out_.error(hr);
+    out_.ok(format_value(value));
+}
+
+void ConsoleSession::cmd_put(const CommandLine& c) {
+    if (c.words.size() != 4 || c.equals != std::size_t{2})
+        return out_.fail("put takes ELEMENT.PROPERTY = VALUE");
+    const auto path = parse_element_path(c.words[1], true);
+    if (!path) return out_.fail("not an element's property: " + c.words[1]);
+    std::string error;
+    const auto value = parse_value(c.words[3], &error);
+    if (!value) return out_.fail("cannot read the value " + c.words[3] + ": " + error);
+    if (!have_panel()) return;
+    const HRESULT hr = panel_inspect_->PutProperty(
+        path->element, path->has_index ? &path->index : nullptr, path->property, *value);
+    answer_element_status(hr, c.words[1]);
+}
+
+bool ConsoleSession::find_element(const std::string& text, std::int32_t* id) {
+    const auto path = parse_element_path(text, false);
+    if (!path) {
+        out_.fail("not an element: " + text);
+        return false;
+    }
+    if (!have_panel()) return false;
+    const HRESULT hr =
+        panel_inspect_->FindElement(path->element, path->has_index ? &path->index : nullptr, id);
+    if (kestrone::failed(hr)) {
+        answer_element_status(hr, "element " + element_text(*path));
+        return false;
+    }
+    return true;
+}
+
+void ConsoleSession::cmd_click(const CommandLine& c) {
+    if (c.words.size() != 2 || c.equals) return out_.fail("click takes ELEMENT");
+    std::int32_t id = -1;
+    if (!find_element(c.words[1], &id)) return;
+    answer_element_status(panel_->Click(id), c.words[1]);
+}
+
+void ConsoleSession::cmd_arrow(const CommandLine& c) {
+    if (c.words.size() != 3 || c.equals || (c.words[2] != "up" && c.words[2] != "down"))
+        return out_.fail("arrow takes ELEMENT up or ELEMENT down");
+    std::int32_t id = -1;
+    if (!find_element(c.words[1], &id)) return;
+    answer_element_status(panel_->Arrow(id, c.words[2] == "up"), c.words[1]);
+}
+
+void ConsoleSession::cmd_mouse(const CommandLine& c) {
+    using kestrone::PointerAction;
+    if (c.words.size() != 5 || c.equals) return out_.fail("mouse takes down|move|up B X Y");
+    std::optional<PointerAction> action;
+    if (c.words[1] == "down") action = PointerAction::Down;
+    if (c.words[1] == "move") action = PointerAction::Move;
+    if (c.words[1] == "up") action = PointerAction::Up;
+    if (!action) return out_.fail("mouse takes down, move or up, not " + c.words[1]);
+    const auto buttons = whole_number(c.words[2]);
+    const auto x = number_of(c.words[3]), y = number_of(c.words[4]);
+    if (!buttons) return out_.fail("not a button number: " + c.words[2]);
+    if (!x || !y) return out_.fail("mouse takes X and Y as numbers");
+    if (!have_panel()) return;
+    answer_element_status(panel_->Pointer(*action, *buttons, 0, coordinate(*x), coordinate(*y)),
+                          "such element");
+}
+
+void ConsoleSession::cmd_event(const CommandLine& c) {
+    if (c.words.size() < 2 || c.equals) return out_.fail("event takes HANDLER ARG ...");
+    std::vector<Variant> args;
+    for (std::size_t i = 2; i < c.words.size(); ++i) {
+        std::string error;
+        auto v = parse_value(c.words[i], &error);
+        if (!v) return out_.fail("cannot read the value " + c.words[i] + ": " + error);
+        args.push_back(std::move(*v));
+    }
+    if (!have_panel()) return;
+    const HRESULT hr =
+        panel_inspect_->RaiseEvent(c.words[1], args.data(), static_cast<std::int32_t>(args.size()));
+    if (hr == kestrone::DISP_E_UNKNOWNNAME)
+        return out_.fail("the panel has no event handler " + c.words[1]);
+    if (hr == kestrone::DISP_E_BADPARAMCOUNT)
+        return out_.fail(c.words[1] + " does not take " + std::to_string(args.size()) +
+                         " argument(s)");
+    if (kestrone::failed(hr)) return out_.error(hr);
+    out_.ok();
+}
+
+void ConsoleSession::cmd_tick(const CommandLine& c) {
+    if (c.words.size() != 2 || c.equals) return out_.fail("tick takes the timer's index");
+    const auto index = whole_number(c.words[1]);
+    if (!index) return out_.fail("not a timer index: " + c.words[1]);
+    if (!have_panel()) return;
+    const HRESULT hr = panel_->Tick(*index);
+    if (kestrone::failed(hr)) return out_.error(hr);
+    out_.ok();
+}
+
+void ConsoleSession::cmd_advance(const CommandLine& c) {
+    if (c.words.size() != 2 || c.equals) return out_.fail("advance takes MS");
+    const auto ms = number_of(c.words[1]);
+    if (!ms || *ms != std::floor(*ms) || *ms < 0 || *ms > 9.2e18)
+        return out_.fail("advance takes a whole number of milliseconds, 0 or more");
+    if (!have_panel()) return;
+    std::int32_t ticks = 0;
+    const HRESULT hr = panel_->Advance(static_cast<std::int64_t>(*ms), &ticks);
+    if (kestrone::failed(hr)) return out_.error(hr);
+    out_.ok(format_value(Variant::long_(ticks)));
+}
+
+}  // namespace console
