@@ -17,7 +17,12 @@ void Rovanta::LetSetting(const SettingInfo& setting, const Variant& value) {
     }
     const Integer v = vb::to_integer(value);
     settings.*setting.integer = v;
-    if (setting.integer == &Settings::bReturnInt) iADCMax = v != 0 ? Integer{1023} : Integer{255};
+    if (setting.integer == &Settings::bReturnInt) {
+        iADCMax = v != 0 ? Integer{1023} : Integer{255};
+        // The bars stay; every value is worked out afresh from its bar's place.
+        for (Integer i = 0; i <= 4; ++i)
+            ShowSliderValue(i);
+    }
 }
 
 }  // namespace rovanta
