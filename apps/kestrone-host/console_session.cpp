@@ -46,6 +46,9 @@ ConsoleSession::ConsoleSession(const host::ModuleHost* module, std::string load_
 
 ConsoleSession::~ConsoleSession() {
     // Release the interfaces before the services they were lent.
+    page_.reset();
+    pages_.reset();
+    persist_.reset();
     panel_inspect_.reset();
     panel_.reset();
     inspect_.reset();
@@ -58,6 +61,10 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"new", &ConsoleSession::cmd_new},
         {"quit", &ConsoleSession::cmd_quit},
         {"field", &ConsoleSession::cmd_field},
+        {"store", &ConsoleSession::cmd_store},
+        {"writeprops", &ConsoleSession::cmd_writeprops},
+        {"readprops", &ConsoleSession::cmd_readprops},
+        {"page", &ConsoleSession::cmd_page},
         {"get", &ConsoleSession::cmd_get},
         {"put", &ConsoleSession::cmd_put},
         {"click", &ConsoleSession::cmd_click},
@@ -71,6 +78,9 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
 }
 
 void ConsoleSession::create_object() {
+    page_.reset();
+    pages_.reset();
+    persist_.reset();
     panel_inspect_.reset();
     panel_.reset();
     inspect_.reset();
@@ -89,6 +99,8 @@ void ConsoleSession::create_object() {
     object_ = object;
     dispatch_ = object.query<kestrone::IKestroneDispatch>(kestrone::IID_IKestroneDispatch);
     inspect_ = object.query<kestrone::IKestroneInspection>(kestrone::IID_IKestroneInspection);
+    persist_ = object.query<kestrone::IKestronePersist>(kestrone::IID_IKestronePersist);
+    pages_ = object.query<kestrone::IKestronePropertyPages>(kestrone::IID_IKestronePropertyPages);
     panel_ = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
     panel_inspect_ =
         object.query<kestrone::IKestronePanelInspection>(kestrone::IID_IKestronePanelInspection);

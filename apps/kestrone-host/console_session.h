@@ -1,14 +1,19 @@
 // The console: reads commands line by line and answers each with its notices and one final line.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "command_line.h"
 #include "kestrone/com.h"
 #include "kestrone/inspect.h"
+#include "kestrone/memory_store.h"
+#include "kestrone/property_page.h"
+#include "kestrone/store.h"
 #include "kestrone/panel.h"
 #include "kestrone/services.h"
 #include "kestrone/typelib.h"
@@ -55,6 +60,16 @@ class ConsoleSession {
     // Reads and runs lines until the end of input or `quit`.
     void run(std::istream& in);
 
+    // The host's store for the object, and where `store save` and `store load` keep it.
+    using StoreEntries = std::vector<kestrone::MemoryStore::Entry>;
+    struct ProjectFiles {
+        std::function<bool(const std::string& path, StoreEntries& out, std::string& error)> load;
+        std::function<bool(const std::string& path, const StoreEntries& in, std::string& error)>
+            save;
+    };
+    void set_store(StoreEntries entries);
+    void set_project_files(ProjectFiles files) { project_files_ = std::move(files); }
+
   private:
     using Handler = void (ConsoleSession::*)(const CommandLine&);
     static const std::map<std::string_view, Handler>& commands();
@@ -66,6 +81,13 @@ class ConsoleSession {
     void cmd_quit(const CommandLine&);
     void cmd_field(const CommandLine&);
     void cmd_operation(const CommandLine&);
+
+    // the store and the property page (console_store.cpp)
+    void cmd_store(const CommandLine&);
+    void cmd_writeprops(const CommandLine&);
+    void cmd_readprops(const CommandLine&);
+    void run_store_walk(bool save);
+    void cmd_page(const CommandLine&);
 
     // the panel (console_panel.cpp)
     bool have_panel();
@@ -87,6 +109,11 @@ class ConsoleSession {
     kestrone::ComPtr<kestrone::IUnknown> object_;
     kestrone::ComPtr<kestrone::IKestroneDispatch> dispatch_;
     kestrone::ComPtr<kestrone::IKestroneInspection> inspect_;
+    kestrone::ComPtr<kestrone::IKestronePersist> persist_;
+    kestrone::ComPtr<kestrone::IKestronePropertyPages> pages_;
+    kestrone::ComPtr<kestrone::IKestronePropertyPage> page_;
+    kestrone::MemoryStore store_;
+    ProjectFiles project_files_;
     kestrone::ComPtr<kestrone::IKestronePanel> panel_;
     kestrone::ComPtr<kestrone::IKestronePanelInspection> panel_inspect_;
     bool quit_ = false;

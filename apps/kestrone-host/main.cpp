@@ -3,20 +3,87 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <unistd.h>
+
+#include <cstdint>
 #include <iostream>
 
+#include "component_registry.h"
 #include "console_session.h"
 #include "info_report.h"
 #include "module_host.h"
+#include "project_file.h"
 
 namespace {
 
-int run_console(const std::string& module_path) {
+console::ConsoleSession::ProjectFiles project_files() {
+    console::ConsoleSession::ProjectFiles files;
+    files.load = [](const std::string& path, host::StoreEntries& out, std::string& error) {
+        auto entries = host::load_project(path, &error);
+        if (entries) out = std::move(*entries);
+        return entries.has_value();
+    };
+    files.save = [](const std::string& path, const host::StoreEntries& in, std::string& error) {
+        return host::save_project(path, in, &error);
+    };
+    return files;
+}
+
+int run_console(const std::string& module_path, const std::string& store_file) {
+    // A project that can't be read stops the console before anything runs: its store would
+    // otherwise start empty, unlike what was asked for.
+    host::StoreEntries store;
+    if (!store_file.empty()) {
+        std::string error;
+        auto entries = host::load_project(store_file, &error);
+        if (!entries) {
+            std::cout << "fail " << error << std::endl;
+            return 1;
+        }
+        store = std::move(*entries);
+    }
     std::string error;
     auto module = host::ModuleHost::load(module_path, error);
     console::ConsoleSession session(module.get(), error, std::cout);
+    session.set_store(std::move(store));
+    session.set_project_files(project_files());
     session.start();
     session.run(std::cin);
+    return 0;
+}
+
+int run_components() {
+    std::vector<std::string> problems;
+    const auto records = host::list_components(&problems);
+    std::cout << "components registered in " << host::component_folder() << ":\n";
+    for (const auto& r : records) {
+        const bool present = ::access(r.module.c_str(), R_OK) == 0;
+        std::cout << "  " << r.name << " " << r.version << " " << r.class_id << " " << r.module
+                  << (present ? "" : " (module missing)") << "\n";
+    }
+    if (records.empty()) std::cout << "  (none)\n";
+    for (const auto& p : problems)
+        std::cerr << "kestrone-host: " << p << "\n";
+    return 0;
+}
+
+// Runs the module's own DllRegisterServer or DllUnregisterServer, as regsvr32 would.
+int run_registration(const std::string& module_path, bool unregister) {
+    std::string error;
+    auto module = host::ModuleHost::load(module_path, error);
+    if (!module) {
+        std::cerr << "kestrone-host: " << error << "\n";
+        return 2;
+    }
+    const kestrone::HRESULT hr =
+        unregister ? module->unregister_server() : module->register_server();
+    if (kestrone::failed(hr)) {
+        std::cerr << "kestrone-host: " << (unregister ? "unregistering " : "registering ")
+                  << module_path << " failed with status 0x" << std::hex
+                  << static_cast<std::uint32_t>(hr) << "\n";
+        return 1;
+    }
+    std::cout << (unregister ? "unregistered " : "registered ") << module_path << "\n";
     return 0;
 }
 
@@ -42,7 +109,9 @@ int main(int argc, char** argv) {
         "The host stand-in for Kestrone components.\n\n"
         "Commands:\n"
         "  console   drive the component line by line (commands on standard input)\n"
-        "  info      list the component's macros and pins as the host sees them");
+        "  info      list the component's macros and pins as the host sees them\n"
+        "  components  list the components registered with this host\n"
+        "  register, unregister  run the module's own registration");
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption module_option(
@@ -50,8 +119,11 @@ int main(int argc, char** argv) {
         "PATH");
     const QCommandLineOption store_option(
         "store", "A project file whose store the console starts with.", "FILE");
+    const QCommandLineOption component_option(
+        "component", "Load the registered component of that name (see components).", "NAME");
     parser.addOption(module_option);
     parser.addOption(store_option);
+    parser.addOption(component_option);
     parser.addPositionalArgument("command", "console or info");
     parser.process(app);
 
@@ -60,11 +132,25 @@ int main(int argc, char** argv) {
         std::cerr << "kestrone-host: name one command: console or info (see --help)\n";
         return 2;
     }
-    const std::string module_path = parser.isSet(module_option)
-                                        ? parser.value(module_option).toStdString()
-                                        : host::ModuleHost::default_module_path();
+    std::string module_path = parser.isSet(module_option)
+                                  ? parser.value(module_option).toStdString()
+                                  : host::ModuleHost::default_module_path();
+    if (parser.isSet(component_option)) {
+        std::string error;
+        const auto record =
+            host::find_component(parser.value(component_option).toStdString(), &error);
+        if (!record) {
+            std::cerr << "kestrone-host: " << error << "\n";
+            return 2;
+        }
+        module_path = record->module;
+    }
     const QString command = args.front();
-    if (command == "console") return run_console(module_path);
+    if (command == "console")
+        return run_console(module_path, parser.value(store_option).toStdString());
+    if (command == "components") return run_components();
+    if (command == "register" || command == "unregister")
+        return run_registration(module_path, command == "unregister");
     if (command == "info") return run_info(module_path);
     std::cerr << "kestrone-host: unknown command '" << command.toStdString() << "' (see --help)\n";
     return 2;

@@ -1,7 +1,12 @@
 // The module's four entry points, the only symbols it exports.
+#include <dlfcn.h>
+
+#include <cstdlib>
 #include <new>
+#include <string>
 
 #include "host/class_factory.h"
+#include "host/registration.h"
 #include "host/rovanta_object.h"
 
 using kestrone::Guid;
@@ -29,11 +34,33 @@ KESTRONE_EXPORT HRESULT DllCanUnloadNow() {
     return rovanta::module_lock_count() == 0 ? kestrone::S_OK : kestrone::S_FALSE;
 }
 
-// Registration lands with the host's component folder; until then it is refused.
+namespace {
+// The full path of this module file, links resolved; empty if it can't be found.
+std::string this_module_path() {
+    Dl_info info{};
+    if (::dladdr(reinterpret_cast<void*>(&DllGetClassObject), &info) == 0 || !info.dli_fname)
+        return {};
+    char* real = ::realpath(info.dli_fname, nullptr);
+    if (!real) return {};
+    std::string path(real);
+    std::free(real);
+    return path;
+}
+}  // namespace
+
+// The record of the class goes into the host's component folder; see host/registration.h.
 KESTRONE_EXPORT HRESULT DllRegisterServer() {
-    return kestrone::E_NOTIMPL;
+    try {
+        return rovanta::register_component(this_module_path());
+    } catch (...) {
+        return kestrone::SELFREG_E_CLASS;
+    }
 }
 
 KESTRONE_EXPORT HRESULT DllUnregisterServer() {
-    return kestrone::E_NOTIMPL;
+    try {
+        return rovanta::unregister_component(this_module_path());
+    } catch (...) {
+        return kestrone::SELFREG_E_CLASS;
+    }
 }

@@ -1,0 +1,155 @@
+// The store through the console: save, clear, load and edit, the notices in their order, and
+// project files that can't be read.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "support/console_driver.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
+using testing_support::ComponentFolder;
+
+// Two pins and nothing else, so that the walks are short enough to read whole.
+const char* const kTwoPins =
+    "[Settings]\nDescription=Two\n[Pins]\nCount=2\n1=L\n2=R\n"
+    "[PinPort]\n1=3\n2=3\n[PinDesiredBit]\n1=0\n2=1\n";
+
+std::vector<std::string> settings_lines(const std::string& word, const char* use_i2c) {
+    return {word + " bReturnInt 0%",      word + " iThreshL 200%",      word + " iThreshF 200%",
+            word + " iThreshR 200%",      word + " iThreshMic 128%",    word + " iThreshLdr 128%",
+            word + " bUseI2C " + use_i2c, word + " bWaitForButton 1%",  word + " bDummyBool1 0%",
+            word + " bDummyBool2 0%",     word + " iDummyInt1 0%",      word + " iDummyInt2 0%",
+            word + " sDummyString1 \"\"", word + " sDummyString2 \"\"", word + " iMotorBias 0%"};
+}
+
+TEST(StoreConsole, SavesEveryKeyInOrderAndListsTheStore) {
+    ComponentFolder robot(kTwoPins);
+    const auto run = robot.run("writeprops\nstore\n");
+    std::vector<std::string> expected{"ok", "write Port0 3&", "write Bit0 0&", "write Port1 3&",
+                                      "write Bit1 1&"};
+    for (const auto& l : settings_lines("write", "128%"))
+        expected.push_back(l);
+    expected.push_back("ok");
+    const std::size_t writes = expected.size() - 1;
+    for (std::size_t i = 1; i < writes; ++i)
+        expected.push_back("entry " + expected[i].substr(6));
+    expected.push_back("ok");
+    EXPECT_THAT(run.lines, ElementsAreArray(expected)) << run.text();
+}
+
+TEST(StoreConsole, AnEmptyStoreLoadsTheDefaults) {
+    ComponentFolder robot(kTwoPins);
+    const auto run = robot.run("store clear\nreadprops\nbUseI2C\nstore\n");
+    std::vector<std::string> expected{
+        "ok", "ok", "read Port0 -1%", "read Bit0 -1%", "read Port1 -1%", "read Bit1 -1%"};
+    for (const auto& l : settings_lines("read", "0%"))
+        expected.push_back(l);
+    expected.insert(expected.end(), {"ok", "ok 0%", "ok"});
+    EXPECT_THAT(run.lines, ElementsAreArray(expected)) << run.text();
+}
+
+// A value that does not convert stops the load at its key; what was read before stands.
+TEST(StoreConsole, ALoadStopsAtAValueThatDoesNotConvert) {
+    ComponentFolder robot(kTwoPins);
+    const auto run = robot.run(
+        "store bReturnInt = -1\nstore iThreshL = 5&\nstore iThreshF = 40000\n"
+        "store iThreshR = 7\nreadprops\nfield iADCMax\niThreshL\niThreshF\niThreshR\n"
+        "store iThreshF = \"12.5\"\nstore Port1 = \"x\"\niThreshL = 9\nreadprops\niThreshL\n");
+    EXPECT_THAT(
+        run.lines,
+        ElementsAre("ok", "ok", "ok", "ok", "ok", "read Port0 -1%", "read Bit0 -1%",
+                    "read Port1 -1%", "read Bit1 -1%", "read bReturnInt -1%", "read iThreshL 5&",
+                    "read iThreshF 40000&", "error 6 Overflow", "ok 1023%", "ok 5%", "ok 200%",
+                    "ok 200%", "ok", "ok", "ok", "read Port0 -1%", "read Bit0 -1%",
+                    "read Port1 \"x\"", "error 13 Type mismatch", "ok 9%"))
+        << run.text();
+}
+
+TEST(StoreConsole, ALoadNeverMovesAPinAndTheNextSaveWritesItBack) {
+    ComponentFolder robot(kTwoPins);
+    const auto run = robot.run("store Port0 = 5\nreadprops\nPort 0\nwriteprops\n");
+    ASSERT_GE(run.lines.size(), 3u);
+    EXPECT_THAT(run.lines, testing::Contains("read Port0 5%"));
+    EXPECT_THAT(run.lines, testing::Contains("ok 3&"));
+    EXPECT_THAT(run.lines, testing::Contains("write Port0 3&"));
+}
+
+std::string read_file(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// A project saved by one console starts the next with the same store, kinds and all.
+TEST(StoreConsole, AProjectFileCarriesTheStoreToTheNextSession) {
+    ComponentFolder robot(kTwoPins);
+    const std::string file = robot.dir() + "/robot.kproj";
+    const auto first = robot.run(
+        "iThreshL = -5\nwriteprops\nstore odd = Long[1 to 2](7, 8)\n"
+        "store save \"" +
+        file + "\"\n");
+    EXPECT_EQ(first.lines.back(), "ok") << first.text();
+    const auto second = robot.run("readprops\niThreshL\nstore\n", "--store '" + file + "'");
+    EXPECT_THAT(second.lines, testing::Contains("read iThreshL -5%"));
+    EXPECT_THAT(second.lines, testing::Contains("ok -5%"));
+    EXPECT_THAT(second.lines, testing::Contains("entry odd Long[1 to 2](7, 8)"));
+}
+
+// A file that can't be read is refused with a message; the store and the file stay as they were.
+TEST(StoreConsole, ABadProjectFileChangesNothing) {
+    ComponentFolder robot(kTwoPins);
+    const std::string good = robot.dir() + "/good.kproj";
+    robot.run("store keep = 1\nstore save \"" + good + "\"\n");
+    const std::string good_bytes = read_file(good);
+    ASSERT_FALSE(good_bytes.empty());
+    const std::string truncated = robot.temp().write("cut.kproj", good_bytes.substr(0, 30));
+    const std::string garbage = robot.temp().write("junk.kproj", "\x01\x02 not json");
+    const std::string unknown = robot.temp().write(
+        "kind.kproj", R"({"format": "kestrone-project", "version": 1, "store": [)"
+                      R"({"key": "a", "value": {"kind": "Decimal", "value": 1}}]})");
+    const std::string later = robot.temp().write(
+        "v2.kproj", R"({"format": "kestrone-project", "version": 2, "store": []})");
+    struct Case {
+        std::string path;
+        const char* says;
+    };
+    const Case cases[] = {
+        {truncated, "damaged or cut short"},   {garbage, "damaged or cut short"},
+        {unknown, "unknown kind \"Decimal\""}, {later, "of version 2"},
+        {robot.dir(), "it is a folder"},       {robot.dir() + "/none.kproj", "No such file"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.path);
+        const auto run = robot.run("store keep = 2\nstore load \"" + c.path + "\"\nstore\n");
+        ASSERT_EQ(run.lines.size(), 5u) << run.text();
+        EXPECT_THAT(run.lines[2], HasSubstr(c.says));
+        EXPECT_THAT(run.lines[2], HasSubstr("fail cannot load the project file"));
+        EXPECT_EQ(run.lines[3], "entry keep 2%");
+        const auto start = robot.run("store\n", "--store '" + c.path + "'");
+        ASSERT_EQ(start.lines.size(), 1u) << start.text();
+        EXPECT_THAT(start.lines[0], HasSubstr(c.says));
+        EXPECT_EQ(start.exit_code, 1);
+    }
+    EXPECT_EQ(read_file(good), good_bytes);
+    EXPECT_EQ(read_file(truncated), good_bytes.substr(0, 30));
+}
+
+TEST(StoreConsole, AProjectThatIsAFolderIsNotReplaced) {
+    ComponentFolder robot(kTwoPins);
+    const auto run = robot.run("store save \"" + robot.dir() + "\"\n");
+    EXPECT_THAT(run.lines.back(), HasSubstr("it is a folder")) << run.text();
+    struct stat st {};
+    EXPECT_EQ(::stat(robot.dir().c_str(), &st), 0);
+    EXPECT_TRUE(S_ISDIR(st.st_mode));
+}
+
+}  // namespace

@@ -1,0 +1,96 @@
+// Self-registration: the record in the host's component folder.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "host/registration.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+// Points the data folder somewhere of the test's own, and puts the environment back after.
+class DataHome {
+  public:
+    explicit DataHome(const char* xdg, const char* home) {
+        save("XDG_DATA_HOME", old_xdg_, had_xdg_);
+        save("HOME", old_home_, had_home_);
+        set("XDG_DATA_HOME", xdg);
+        set("HOME", home);
+    }
+    ~DataHome() {
+        set("XDG_DATA_HOME", had_xdg_ ? old_xdg_.c_str() : nullptr);
+        set("HOME", had_home_ ? old_home_.c_str() : nullptr);
+    }
+
+  private:
+    static void save(const char* name, std::string& value, bool& had) {
+        const char* v = std::getenv(name);
+        had = v != nullptr;
+        if (v) value = v;
+    }
+    static void set(const char* name, const char* value) {
+        if (value)
+            ::setenv(name, value, 1);
+        else
+            ::unsetenv(name);
+    }
+    std::string old_xdg_, old_home_;
+    bool had_xdg_ = false, had_home_ = false;
+};
+
+std::string read_file(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+TEST(Registration, TheFolderFollowsXdgThenHome) {
+    DataHome a("/data/x/", "/home/u");
+    EXPECT_EQ(rovanta::component_registry_folder(), "/data/x/kestrone/components");
+    DataHome b("relative/not/allowed", "/home/u");
+    EXPECT_EQ(rovanta::component_registry_folder(), "/home/u/.local/share/kestrone/components");
+    DataHome c(nullptr, "/home/v");
+    EXPECT_EQ(rovanta::component_registry_folder(), "/home/v/.local/share/kestrone/components");
+}
+
+TEST(Registration, WritesTheRecordAndRemovesOnlyItsOwn) {
+    testing_support::TempDir dir;
+    DataHome env(dir.path().c_str(), "/nonexistent");
+    const std::string folder = dir.path() + "/kestrone/components";
+    const std::string file = rovanta::registration_file(folder);
+    const std::string module = "/opt/odd \"dir\"\\\n/KT5_Rovanta.so";
+
+    ASSERT_EQ(rovanta::register_component(module), kestrone::S_OK);
+    const std::string record = read_file(file);
+    EXPECT_NE(record.find("\"name\": \"Rovanta\""), std::string::npos) << record;
+    EXPECT_NE(record.find("\"class\": \"{5B1E7A30-2C4D-4E8F-9A61-0D527C13A401}\""),
+              std::string::npos);
+    EXPECT_NE(record.find(R"("module": "/opt/odd \"dir\"\\\u000a/KT5_Rovanta.so")"),
+              std::string::npos)
+        << record;
+    EXPECT_NE(record.find("\"version\": \"5.0.3\""), std::string::npos);
+
+    // Another copy's unregistration leaves this record; the module's own removes it.
+    EXPECT_EQ(rovanta::unregister_component("/elsewhere/KT5_Rovanta.so"), kestrone::S_FALSE);
+    EXPECT_TRUE(std::filesystem::exists(file));
+    EXPECT_EQ(rovanta::unregister_component(module), kestrone::S_OK);
+    EXPECT_FALSE(std::filesystem::exists(file));
+    EXPECT_EQ(rovanta::unregister_component(module), kestrone::S_FALSE);
+    // Nothing but the record was ever left in the folder.
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST(Registration, FailsWithAStatusWhenTheFolderCannotBeMade) {
+    testing_support::TempDir dir;
+    const std::string blocker = dir.write("kestrone", "a file where a folder should be");
+    DataHome env(dir.path().c_str(), "/nonexistent");
+    EXPECT_EQ(rovanta::register_component("/x/KT5_Rovanta.so"), kestrone::SELFREG_E_CLASS);
+    EXPECT_EQ(read_file(blocker), "a file where a folder should be");
+    EXPECT_EQ(rovanta::register_component(""), kestrone::SELFREG_E_CLASS);
+}
+
+}  // namespace
