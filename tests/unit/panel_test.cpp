@@ -1,0 +1,189 @@
+// The headless panel: pointer delivery with capture, check boxes and arrows, the timers on the
+// panel's clock, resizing, and the properties by name.
+#include <gtest/gtest.h>
+
+#include "panel/properties.h"
+#include "simulation_fixture.h"
+
+namespace {
+
+using kestrone::PointerAction;
+using kestrone::S_OK;
+using kestrone::Variant;
+using sim_testing::SimRobot;
+
+TEST(PanelPointer, GoesToTheFrontmostVisibleElementInItsOwnUnits) {
+    struct Case {
+        float x, y;
+        const char* name;
+        int index;
+        float lx, ly;
+    };
+    const Case cases[] = {
+        {20, 10, "frameADC", 0, 180, 150},     // a frame reports in twips
+        {34, 50, "imSlideBase", 0, 15, 525},   // a frame's child: twips from its corner
+        {30, 103, "frameADC", 0, 330, 1545},   // the plate takes no pointer: its frame does
+        {150, 75, "Frame1", -1, 1020, 105},    // in front of the heading pictures
+        {150, 20, "imDirection", 0, 90, 360},  // hidden pictures are passed over
+        {100, 250, "Picture1", -1, 9, 7},      // the panel's own element: pixels
+    };
+    SimRobot robot;
+    for (const Case& c : cases) {
+        float lx = 0, ly = 0;
+        const int id = robot.panel().hit_test(c.x, c.y, &lx, &ly);
+        ASSERT_GE(id, 0) << c.x << "," << c.y;
+        EXPECT_EQ(robot.panel().at(id).name, c.name) << c.x << "," << c.y;
+        EXPECT_EQ(robot.panel().at(id).index, c.index) << c.x << "," << c.y;
+        EXPECT_EQ(lx, c.lx) << c.name;
+        EXPECT_EQ(ly, c.ly) << c.name;
+    }
+    // Beyond the panel's edges, including the logo's part below the bottom edge.
+    for (auto [x, y] : {std::pair{400.f, 10.f}, {-5.f, 5.f}, {100.f, 285.f}, {1e30f, -1e30f}}) {
+        float lx = 0, ly = 0;
+        EXPECT_EQ(robot.panel().hit_test(x, y, &lx, &ly), -1) << x << "," << y;
+    }
+}
+
+TEST(PanelPointer, APressedElementKeepsTheMovesUntilTheRelease) {
+    SimRobot robot;
+    panel::Panel& p = robot.panel();
+    p.pointer(PointerAction::Down, 1, 0, 20, 60);  // frame twips y 900: bar at 825
+    EXPECT_EQ(robot.el("imSlideBar", 0).top, 825.0f);
+    p.pointer(PointerAction::Move, 1, 0, 3000, 1e6f);  // far outside, still captured
+    EXPECT_EQ(robot.r().lADCVal[0], 0);
+    EXPECT_EQ(robot.el("imSlideBar", 0).top, 1350.0f);
+    p.pointer(PointerAction::Move, 1, 0, 20, -50);
+    EXPECT_EQ(robot.r().lADCVal[0], 255);
+    p.pointer(PointerAction::Up, 1, 0, 20, -50);
+    EXPECT_EQ(p.captured(), -1);
+    // A drag that begins on the bar: its own coordinates, summed with its place that moves.
+    p.pointer(PointerAction::Down, 1, 0, 30, 20);  // on the bar at Top 225 (px 15 to 25)
+    p.pointer(PointerAction::Move, 1, 0, 30, 40);
+    EXPECT_EQ(robot.el("imSlideBar", 0).top, 225.0f + 20 * 15);
+    p.pointer(PointerAction::Up, 1, 0, 30, 40);
+    // Unpressed, a move far away reaches nothing.
+    p.pointer(PointerAction::Move, 1, 0, 3000, 3000);
+    EXPECT_EQ(robot.el("imSlideBar", 0).top, 525.0f);
+}
+
+TEST(PanelPointer, CheckBoxesClickOnReleaseArrowsOnPress) {
+    SimRobot robot;
+    panel::Panel& p = robot.panel();
+    p.pointer(PointerAction::Down, 1, 0, 80, 30);
+    EXPECT_FALSE(robot.r().Pins(8).SimValue);
+    p.pointer(PointerAction::Up, 1, 0, 80, 30);
+    EXPECT_TRUE(robot.r().Pins(8).SimValue);
+    EXPECT_EQ(robot.el("chkSwitchLeft").check_value, 1);
+    p.pointer(PointerAction::Down, 1, 0, 80, 30);
+    p.pointer(PointerAction::Up, 1, 0, 200, 200);  // released elsewhere: no click
+    EXPECT_EQ(robot.el("chkSwitchLeft").check_value, 1);
+    // The upper arrow of updownADC(0), then the lower one.
+    p.pointer(PointerAction::Down, 1, 0, 11, 95);
+    p.pointer(PointerAction::Up, 1, 0, 11, 95);
+    EXPECT_EQ(robot.r().lADCVal[0], 1);
+    p.pointer(PointerAction::Down, 1, 0, 11, 120);
+    EXPECT_EQ(robot.r().lADCVal[0], 0);
+}
+
+class TickLog : public panel::PanelEvents {
+  public:
+    void panel_event(const panel::Element* e, panel::Event ev, const panel::MouseArgs*) override {
+        if (ev == panel::Event::Timer) ticks.push_back(e->index);
+    }
+    std::vector<int> ticks;
+};
+
+TEST(PanelTimers, TicksComeInTimeOrderAndRestartWithTheirInterval) {
+    panel::Panel p;
+    TickLog log;
+    p.set_sink(&log);
+    const int t0 = p.ids().Timer1[0], t1 = p.ids().Timer1[1];
+    struct Step {
+        int interval0, interval1;  // -1: not written
+        std::int64_t advance;
+        std::vector<int> ticks;
+    };
+    const Step steps[] = {
+        {-1, -1, 99, {}},
+        {-1, -1, 151, {0, 1, 0, 1}},  // 100 and 200: ties go to the lower index
+        {30, -1, 60, {0, 1, 0}},      // at 250: 280, then timer 1 at 300, then 310
+        {30, -1, 0, {}},              // advance 0 delivers nothing
+        {0, 7, 20, {1, 1}},           // 0 stops timer 0; timer 1 restarts at 310
+        {65535, 0, 65535, {0}},
+    };
+    for (const Step& s : steps) {
+        if (s.interval0 >= 0) p.set_interval(t0, s.interval0);
+        if (s.interval1 >= 0) p.set_interval(t1, s.interval1);
+        log.ticks.clear();
+        EXPECT_EQ(p.advance(s.advance), static_cast<std::int64_t>(s.ticks.size()));
+        EXPECT_EQ(log.ticks, s.ticks) << "advance " << s.advance;
+    }
+    EXPECT_THROW(p.set_interval(t0, 65536), vb::BasicError);
+    EXPECT_THROW(p.set_interval(t0, -1), vb::BasicError);
+    EXPECT_THROW(p.tick(2), vb::BasicError);
+}
+
+TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
+    SimRobot robot;
+    kestrone::ComPtr<kestrone::IKestronePanel> view;
+    ASSERT_EQ(robot.unknown()->QueryInterface(kestrone::IID_IKestronePanel, view.put()), S_OK);
+    for (auto [w, h] : {std::pair{5160.f, 4230.f},
+                        {9000.f, 9000.f},
+                        {15.f, 0.f},
+                        {5160.f, 100.f},
+                        {1e30f, 4230.f}}) {
+        ASSERT_EQ(view->SetSize(w, h), S_OK);
+        float tw = 0, th = 0;
+        view->GetSize(&tw, &th);
+        EXPECT_EQ(tw, 5160.0f);
+        EXPECT_EQ(th, 4230.0f);
+    }
+    EXPECT_EQ(view->SetSize(-5, 10), kestrone::basic_error_status(vb::kInvalidPropertyValue));
+}
+
+TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
+    SimRobot robot;
+    kestrone::ComPtr<kestrone::IKestronePanelInspection> inspect;
+    ASSERT_EQ(
+        robot.unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect.put()),
+        S_OK);
+    const std::int32_t one = 1, thirty = 30, eight = 8;
+    Variant v;
+    EXPECT_EQ(inspect->GetProperty("frameMotor", &one, "Left", &v), S_OK);
+    EXPECT_EQ(v, Variant::single(266));
+    EXPECT_EQ(inspect->GetProperty("lblLED", &eight, "Caption", &v), S_OK);
+    EXPECT_EQ(v, Variant::string("7"));
+    EXPECT_EQ(inspect->GetProperty("chkSwitchLeft", nullptr, "Value", &v), S_OK);
+    EXPECT_EQ(v, Variant::integer(0));
+    EXPECT_EQ(inspect->GetProperty("WheelLine", &thirty, "Top", &v),
+              kestrone::basic_error_status(vb::kControlArrayElementMissing));
+    EXPECT_EQ(inspect->GetProperty("WheelLine", &one, "Caption", &v), kestrone::DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(inspect->GetProperty("Nothing", nullptr, "Top", &v), kestrone::DISP_E_UNKNOWNNAME);
+    struct Put {
+        const char* element;
+        const std::int32_t* index;
+        const char* property;
+        Variant value;
+        kestrone::HRESULT status;
+    };
+    const Put puts[] = {
+        {"Timer1", &one, "Interval", Variant::long_(70000),
+         kestrone::basic_error_status(vb::kInvalidPropertyValue)},
+        {"WheelLine", &one, "Left", Variant::string("abc"),
+         kestrone::basic_error_status(vb::kTypeMismatch)},
+        {"WheelLine", &one, "Name", Variant::string("x"),
+         kestrone::basic_error_status(vb::kPropertyReadOnly)},
+        {"chkLineLeft", nullptr, "Value", Variant::integer(3),
+         kestrone::basic_error_status(vb::kInvalidPropertyValue)},
+        {"chkLineLeft", nullptr, "Value", Variant::integer(1), S_OK},  // raises Click
+        {"updownADC", &one, "Value", Variant::long_(5000), S_OK},      // to the range, then Change
+    };
+    for (const Put& p : puts)
+        EXPECT_EQ(inspect->PutProperty(p.element, p.index, p.property, p.value), p.status)
+            << p.element << "." << p.property;
+    EXPECT_TRUE(robot.r().Pins(10).SimValue);
+    EXPECT_EQ(robot.r().lADCVal[1], 255);
+    EXPECT_EQ(robot.el("updownADC", 1).value, 255);
+}
+
+}  // namespace
