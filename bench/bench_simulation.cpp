@@ -1,0 +1,122 @@
+// The simulation's hot paths: a macro call through the module against the same work on the core
+// object, a wheel tick, a drag step on a sensor bar, and ten seconds of both wheels at full speed.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "core/rovanta.h"
+#include "kestrone/component_v5.h"
+#include "kestrone/panel.h"
+#include "module_host.h"
+
+namespace {
+
+using kestrone::ComPtr;
+using kestrone::Variant;
+
+const host::ModuleHost& module() {
+    static std::unique_ptr<host::ModuleHost> m = [] {
+        std::string error;
+        auto loaded = host::ModuleHost::load(KESTRONE_MODULE, error);
+        if (!loaded) {
+            std::fprintf(stderr, "%s\n", error.c_str());
+            std::abort();
+        }
+        return loaded;
+    }();
+    return *m;
+}
+
+ComPtr<kestrone::IUnknown> make_object() {
+    ComPtr<kestrone::IUnknown> object;
+    module().create(nullptr, object);
+    auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
+    c->put_KestroneVersion(0x501);
+    return object;
+}
+
+Variant set_motors_params() {
+    return Variant::array(
+        kestrone::VarType::Variant, 0,
+        {Variant::integer(0), Variant::integer(200), Variant::integer(255), Variant::integer(56)});
+}
+
+void SimMacroCall9ThroughModule(benchmark::State& state) {
+    auto object = make_object();
+    auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
+    const Variant params = set_motors_params();
+    std::int32_t ret = 0, cycles = 0;
+    Variant affected;
+    for (auto _ : state) {
+        if (kestrone::failed(c->SimMacroCall(9, params, &ret, &affected, &cycles))) std::abort();
+        benchmark::DoNotOptimize(ret);
+    }
+}
+BENCHMARK(SimMacroCall9ThroughModule);
+
+// The same macro's handler on a core object of this binary, with no boundary and no dispatch.
+void SimSetMotorsOnCore(benchmark::State& state) {
+    platform::Services services;
+    rovanta::Rovanta core(platform::ModuleFacts::for_path(KESTRONE_MODULE), services);
+    core.KestroneVersion(0x501);
+    const Variant params = set_motors_params();
+    Variant affected;
+    std::int32_t slot = 0;
+    for (auto _ : state) {
+        core.SimSetMotors(params, affected, slot);
+        benchmark::DoNotOptimize(core.iMotorSpeed);
+    }
+}
+BENCHMARK(SimSetMotorsOnCore);
+
+void WheelTick(benchmark::State& state) {
+    platform::Services services;
+    rovanta::Rovanta core(platform::ModuleFacts::for_path(KESTRONE_MODULE), services);
+    core.iMotorSpeed = {100, -100};
+    core.bSimulating = true;
+    for (auto _ : state) {
+        core.Timer1_Timer(0);
+        benchmark::DoNotOptimize(core.iWheelPhase);
+    }
+}
+BENCHMARK(WheelTick);
+
+// One move of a drag on the LDR bar, through the panel's interface: hit test, capture, the
+// handler and the bar, caption and arrows it moves.
+void SliderDragStep(benchmark::State& state) {
+    auto object = make_object();
+    auto panel = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
+    panel->Pointer(kestrone::PointerAction::Down, 1, 0, 20, 60);
+    float y = 20;
+    for (auto _ : state) {
+        y = y >= 90 ? 20 : y + 1;
+        panel->Pointer(kestrone::PointerAction::Move, 1, 0, 20, y);
+    }
+    panel->Pointer(kestrone::PointerAction::Up, 1, 0, 20, y);
+}
+BENCHMARK(SliderDragStep);
+
+// Ten seconds on the panel's clock with both wheels at the fastest interval, 2 ms: 10000 ticks.
+void Advance10000AtFullSpeed(benchmark::State& state) {
+    auto object = make_object();
+    auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
+    auto panel = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
+    const Variant full = Variant::array(
+        kestrone::VarType::Variant, 0,
+        {Variant::integer(0), Variant::integer(255), Variant::integer(255), Variant::integer(1)});
+    std::int32_t ret = 0, cycles = 0;
+    Variant affected;
+    c->SimMacroCall(9, full, &ret, &affected, &cycles);
+    c->StartSimulation();
+    std::int32_t ticks = 0;
+    for (auto _ : state) {
+        panel->Advance(10000, &ticks);
+        if (ticks != 10000) std::abort();
+    }
+    state.counters["ticks"] = ticks;
+}
+BENCHMARK(Advance10000AtFullSpeed)->Unit(benchmark::kMillisecond);
+
+}  // namespace
