@@ -6,6 +6,8 @@
 
 #include "error_text.h"
 #include "kestrone/component_v5.h"
+#include "kestrone/inspect.h"
+#include "kestrone/panel.h"
 #include "value_syntax.h"
 
 namespace host {
@@ -39,6 +41,50 @@ std::string number_or_status(HRESULT hr, std::int32_t value) {
     }
     return std::to_string(value);
 }
+// A short run: both motors set, a second on the panel's clock, a sensor and a switch read back.
+void write_simulated_run(const ComPtr<kestrone::IUnknown>& object, std::ostream& out) {
+    auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
+    auto panel = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
+    auto inspect =
+        object.query<kestrone::IKestronePanelInspection>(kestrone::IID_IKestronePanelInspection);
+    auto fields = object.query<kestrone::IKestroneInspection>(kestrone::IID_IKestroneInspection);
+    if (!c || !panel || !inspect || !fields) return;
+    auto property = [&](const char* element, std::int32_t index, const char* name) {
+        Variant v;
+        const HRESULT hr = inspect->GetProperty(element, &index, name, &v);
+        return kestrone::failed(hr) ? "(" + console::status_text(hr) + ")"
+                                    : console::format_value(v);
+    };
+    auto field = [&](const char* name, std::int32_t index) {
+        Variant v;
+        const HRESULT hr = fields->GetField(name, &index, "", &v);
+        return kestrone::failed(hr) ? "(" + console::status_text(hr) + ")"
+                                    : console::format_value(v);
+    };
+    out << "\nA simulated second:\n";
+    const Variant motors = Variant::array(
+        kestrone::VarType::Variant, 0,
+        {Variant::integer(0), Variant::integer(200), Variant::integer(255), Variant::integer(56)});
+    std::int32_t ret = 0, cycles = 0, ticks = 0;
+    Variant affected;
+    c->StartSimulation();
+    c->SimMacroCall(9, motors, &ret, &affected, &cycles);
+    out << "  SetMotors 0, 200, 255, 56: speeds " << field("iMotorSpeed", 0) << " and "
+        << field("iMotorSpeed", 1) << ", timers every " << property("Timer1", 0, "Interval")
+        << " ms\n";
+    panel->Advance(1000, &ticks);
+    out << "  after 1000 ms: " << ticks << " ticks, wheel phases " << field("iWheelPhase", 0)
+        << " and " << field("iWheelPhase", 1) << ", heading picture 8 shown "
+        << property("imDirection", 8, "Visible") << "\n";
+    panel->Pointer(kestrone::PointerAction::Down, 1, 0, 20, 60);
+    panel->Pointer(kestrone::PointerAction::Up, 1, 0, 20, 60);
+    c->SimMacroCall(17, Variant::array(kestrone::VarType::Variant, 0, {}), &ret, &affected,
+                    &cycles);
+    out << "  a press on the LDR bar: ReadLdr gives " << ret << ", caption "
+        << property("lblADCVal", 0, "Caption") << "\n";
+    c->StopSimulation();
+}
+
 }  // namespace
 
 int write_info(const ModuleHost& module, std::ostream& out) {
@@ -111,6 +157,7 @@ int write_info(const ModuleHost& module, std::ostream& out) {
     out << "\nInitialisation code: " << (has ? "yes" : "no");
     c->get_HasInterrupts(&has);
     out << ", interrupt code: " << (has ? "yes" : "no") << "\n";
+    write_simulated_run(object, out);
     return 0;
 }
 
