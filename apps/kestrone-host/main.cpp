@@ -83,7 +83,10 @@ int run_registration(const std::string& module_path, bool unregister) {
                   << static_cast<std::uint32_t>(hr) << "\n";
         return 1;
     }
-    std::cout << (unregister ? "unregistered " : "registered ") << module_path << "\n";
+    if (hr == kestrone::S_FALSE)
+        std::cout << "nothing to unregister: no record of " << module_path << "\n";
+    else
+        std::cout << (unregister ? "unregistered " : "registered ") << module_path << "\n";
     return 0;
 }
 
