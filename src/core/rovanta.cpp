@@ -12,11 +12,7 @@ Rovanta::Rovanta(platform::ModuleFacts app, const platform::Services& services)
 
 void Rovanta::UserControl_Initialize() {
     bInitialised = false;
-    // Appended piece by piece: GCC 12 warns falsely on a chain of + here.
-    VERSION_STRING = "v";
-    VERSION_STRING += vb::cstr(std::int64_t{App.Major});
-    VERSION_STRING += '.';
-    VERSION_STRING += vb::cstr(std::int64_t{App.Minor});
+    VERSION_STRING = "v" + vb::cstr(std::int64_t{App.Major}) + "." + vb::cstr(std::int64_t{App.Minor});
     // Every later look at the code file depends on its name, so it stands before the first read.
     sCodeFile = App.EXEName + ".c";
     SeekHelpFile();
