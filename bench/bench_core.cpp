@@ -5,25 +5,14 @@
 #include <cstdlib>
 #include <string>
 
+#include "bench_module.h"
 #include "kestrone/component_v5.h"
-#include "module_host.h"
 
 namespace {
 
 using kestrone::ComPtr;
 
-const host::ModuleHost& module() {
-    static std::unique_ptr<host::ModuleHost> m = [] {
-        std::string error;
-        auto loaded = host::ModuleHost::load(KESTRONE_MODULE, error);
-        if (!loaded) {
-            std::fprintf(stderr, "%s\n", error.c_str());
-            std::abort();
-        }
-        return loaded;
-    }();
-    return *m;
-}
+using bench::module;
 
 ComPtr<kestrone::IKestroneComponentV5> make_component() {
     ComPtr<kestrone::IUnknown> object;

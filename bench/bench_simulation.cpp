@@ -6,28 +6,17 @@
 #include <memory>
 #include <string>
 
+#include "bench_module.h"
 #include "core/rovanta.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/panel.h"
-#include "module_host.h"
 
 namespace {
 
 using kestrone::ComPtr;
 using kestrone::Variant;
 
-const host::ModuleHost& module() {
-    static std::unique_ptr<host::ModuleHost> m = [] {
-        std::string error;
-        auto loaded = host::ModuleHost::load(KESTRONE_MODULE, error);
-        if (!loaded) {
-            std::fprintf(stderr, "%s\n", error.c_str());
-            std::abort();
-        }
-        return loaded;
-    }();
-    return *m;
-}
+using bench::module;
 
 ComPtr<kestrone::IUnknown> make_object() {
     ComPtr<kestrone::IUnknown> object;

@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "bench_module.h"
 #include "kestrone/memory_store.h"
-#include "module_host.h"
 #include "project_file.h"
 
 namespace {
@@ -17,17 +17,8 @@ namespace {
 using kestrone::ComPtr;
 
 ComPtr<kestrone::IKestronePersist> make_component() {
-    static std::unique_ptr<host::ModuleHost> module = [] {
-        std::string error;
-        auto loaded = host::ModuleHost::load(KESTRONE_MODULE, error);
-        if (!loaded) {
-            std::fprintf(stderr, "%s\n", error.c_str());
-            std::abort();
-        }
-        return loaded;
-    }();
     ComPtr<kestrone::IUnknown> object;
-    module->create(nullptr, object);
+    bench::module().create(nullptr, object);
     return object.query<kestrone::IKestronePersist>(kestrone::IID_IKestronePersist);
 }
 

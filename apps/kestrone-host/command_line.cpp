@@ -1,5 +1,7 @@
 #include "command_line.h"
 
+#include <charconv>
+
 namespace console {
 
 namespace {
@@ -20,6 +22,35 @@ bool skip_string(std::string_view s, std::size_t& i) {
     return false;
 }
 }  // namespace
+
+std::optional<NamePath> parse_name_path(std::string_view text) {
+    NamePath p;
+    std::string_view rest;
+    const std::size_t open = text.find('(');
+    if (open != std::string_view::npos) {
+        const std::size_t close = text.find(')', open);
+        if (close == std::string_view::npos) return std::nullopt;
+        p.name = text.substr(0, open);
+        std::string_view number = text.substr(open + 1, close - open - 1);
+        if (!number.empty() && number.front() == '+') number.remove_prefix(1);
+        const auto res = std::from_chars(number.data(), number.data() + number.size(), p.index);
+        if (number.empty() || res.ec != std::errc() || res.ptr != number.data() + number.size())
+            return std::nullopt;
+        p.has_index = true;
+        rest = text.substr(close + 1);
+    } else {
+        const std::size_t dot = text.find('.');
+        p.name = text.substr(0, dot);
+        if (dot != std::string_view::npos) rest = text.substr(dot);
+    }
+    if (p.name.empty() || p.name.find_first_of(").") != std::string::npos) return std::nullopt;
+    if (!rest.empty()) {
+        if (rest.size() < 2 || rest.front() != '.') return std::nullopt;
+        p.member = rest.substr(1);
+        if (p.member.find_first_of(".()") != std::string::npos) return std::nullopt;
+    }
+    return p;
+}
 
 bool is_skipped_line(std::string_view line) {
     for (char c : line) {

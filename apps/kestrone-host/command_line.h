@@ -2,6 +2,7 @@
 // its brackets) are each one word, and a lone "=" is a word of its own.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,16 @@ struct CommandLine {
 
 // nullopt with `error` set for an unterminated string or array.
 std::optional<CommandLine> split_command(std::string_view line, std::string* error = nullptr);
+
+// NAME, NAME(I), NAME.MEMBER or NAME(I).MEMBER, as fields and panel elements are written.
+struct NamePath {
+    std::string name;
+    bool has_index = false;
+    std::int32_t index = 0;
+    std::string member;  // empty when there is none
+};
+// nullopt for anything else, a member that is itself a path included.
+std::optional<NamePath> parse_name_path(std::string_view text);
 
 // True for a blank line or one whose first non-blank character is '#'.
 bool is_skipped_line(std::string_view line);

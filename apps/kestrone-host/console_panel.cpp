@@ -25,31 +25,9 @@ struct ElementPath {
 };
 
 std::optional<ElementPath> parse_element_path(std::string_view text, bool with_property) {
-    ElementPath p;
-    std::string_view rest;
-    const std::size_t open = text.find('(');
-    if (open != std::string_view::npos) {
-        const std::size_t close = text.find(')', open);
-        if (close == std::string_view::npos || open == 0) return std::nullopt;
-        p.element = text.substr(0, open);
-        std::string_view number = text.substr(open + 1, close - open - 1);
-        if (!number.empty() && number.front() == '+') number.remove_prefix(1);
-        const auto res = std::from_chars(number.data(), number.data() + number.size(), p.index);
-        if (number.empty() || res.ec != std::errc() || res.ptr != number.data() + number.size())
-            return std::nullopt;
-        p.has_index = true;
-        rest = text.substr(close + 1);
-    } else {
-        const std::size_t dot = text.find('.');
-        p.element = text.substr(0, dot);
-        rest = dot == std::string_view::npos ? std::string_view{} : text.substr(dot);
-    }
-    if (p.element.empty()) return std::nullopt;
-    if (!with_property) return rest.empty() ? std::optional(p) : std::nullopt;
-    if (rest.size() < 2 || rest.front() != '.') return std::nullopt;
-    p.property = rest.substr(1);
-    if (p.property.find_first_of(".()") != std::string::npos) return std::nullopt;
-    return p;
+    const auto path = parse_name_path(text);
+    if (!path || path->member.empty() == with_property) return std::nullopt;
+    return ElementPath{path->name, path->has_index, path->index, path->member};
 }
 
 std::string element_text(const ElementPath& p) {

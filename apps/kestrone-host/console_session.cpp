@@ -45,7 +45,11 @@ ConsoleSession::ConsoleSession(const host::ModuleHost* module, std::string load_
     : module_(module), load_error_(std::move(load_error)), out_(out), services_(out_) {}
 
 ConsoleSession::~ConsoleSession() {
-    // Release the interfaces before the services they were lent.
+    release_object();
+}
+
+// Releases the interfaces before the object and before the services they were lent.
+void ConsoleSession::release_object() {
     page_.reset();
     pages_.reset();
     persist_.reset();
@@ -78,14 +82,7 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
 }
 
 void ConsoleSession::create_object() {
-    page_.reset();
-    pages_.reset();
-    persist_.reset();
-    panel_inspect_.reset();
-    panel_.reset();
-    inspect_.reset();
-    dispatch_.reset();
-    object_.reset();
+    release_object();
     if (!module_) {
         out_.fail(load_error_);
         return;
@@ -153,37 +150,11 @@ void ConsoleSession::cmd_quit(const CommandLine& c) {
 }
 
 namespace {
-// NAME, NAME(I) or NAME(I).MEMBER.
-struct FieldPath {
-    std::string name;
-    bool has_index = false;
-    std::int32_t index = 0;
-    std::string member;
-};
-
-std::optional<FieldPath> parse_field_path(std::string_view text) {
-    FieldPath p;
-    const std::size_t open = text.find('(');
-    if (open == std::string_view::npos) {
-        if (text.find_first_of(").") != std::string_view::npos) return std::nullopt;
-        p.name = text;
-        return p.name.empty() ? std::nullopt : std::optional(p);
-    }
-    const std::size_t close = text.find(')', open);
-    if (close == std::string_view::npos || open == 0) return std::nullopt;
-    p.name = text.substr(0, open);
-    std::string_view number = text.substr(open + 1, close - open - 1);
-    if (!number.empty() && number.front() == '+') number.remove_prefix(1);
-    const auto res = std::from_chars(number.data(), number.data() + number.size(), p.index);
-    if (number.empty() || res.ec != std::errc() || res.ptr != number.data() + number.size())
-        return std::nullopt;
-    p.has_index = true;
-    std::string_view rest = text.substr(close + 1);
-    if (!rest.empty()) {
-        if (rest.front() != '.' || rest.size() < 2) return std::nullopt;
-        p.member = rest.substr(1);
-    }
-    return p;
+// NAME, NAME(I) or NAME(I).MEMBER: a member belongs to an element of a record array.
+std::optional<NamePath> parse_field_path(std::string_view text) {
+    auto path = parse_name_path(text);
+    if (path && !path->has_index && !path->member.empty()) return std::nullopt;
+    return path;
 }
 }  // namespace
 

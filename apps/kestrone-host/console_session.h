@@ -12,10 +12,10 @@
 #include "kestrone/com.h"
 #include "kestrone/inspect.h"
 #include "kestrone/memory_store.h"
-#include "kestrone/property_page.h"
-#include "kestrone/store.h"
 #include "kestrone/panel.h"
+#include "kestrone/property_page.h"
 #include "kestrone/services.h"
+#include "kestrone/store.h"
 #include "kestrone/typelib.h"
 #include "module_host.h"
 
@@ -76,6 +76,7 @@ class ConsoleSession {
 
     bool have_object();
     void create_object();
+    void release_object();
 
     void cmd_new(const CommandLine&);
     void cmd_quit(const CommandLine&);

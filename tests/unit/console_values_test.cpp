@@ -92,3 +92,43 @@ TEST(CommandLine, KeepsStringsAndArraysAsOneWord) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(NamePath, ReadsFieldsAndElementsAlike) {
+    struct Case {
+        const char* text;
+        bool ok;
+        const char* name;
+        int index;  // -1: none
+        const char* member;
+    };
+    const Case cases[] = {
+        {"bSimulating", true, "bSimulating", -1, ""},
+        {"lADCVal(2)", true, "lADCVal", 2, ""},
+        {"Pins(+3).SimValue", true, "Pins", 3, "SimValue"},
+        {"WheelLine(-1).Top", true, "WheelLine", -1, "Top"},
+        {"chkSwitchLeft.Value", true, "chkSwitchLeft", -1, "Value"},
+        {"(2)", false, "", 0, ""},
+        {"a(x)", false, "", 0, ""},
+        {"a()", false, "", 0, ""},
+        {"a(1", false, "", 0, ""},
+        {"a(1)b", false, "", 0, ""},
+        {"a(1).", false, "", 0, ""},
+        {"a.b.c", false, "", 0, ""},
+        {"a(1).b(2)", false, "", 0, ""},
+        {"a(99999999999)", false, "", 0, ""},
+    };
+    for (const Case& c : cases) {
+        const auto p = console::parse_name_path(c.text);
+        ASSERT_EQ(p.has_value(), c.ok) << c.text;
+        if (!p) continue;
+        EXPECT_EQ(p->name, c.name) << c.text;
+        if (std::string(c.text).find('(') != std::string::npos)
+            EXPECT_EQ(p->index, c.index) << c.text;
+        EXPECT_EQ(p->has_index, std::string(c.text).find('(') != std::string::npos) << c.text;
+        EXPECT_EQ(p->member, c.member) << c.text;
+    }
+}
+
+}  // namespace
