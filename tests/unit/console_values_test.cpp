@@ -126,7 +126,7 @@ TEST(NamePath, ReadsFieldsAndElementsAlike) {
         EXPECT_EQ(p->name, c.name) << c.text;
         if (std::string(c.text).find('(') != std::string::npos)
             EXPECT_EQ(p->index, c.index) << c.text;
-        EXPECT_EQ(p->has_index, std::string(c.text).find('(') != std::string::npos) << c.text;
+        EXPECT_EQ(p->has_index, indexed) << c.text;
         EXPECT_EQ(p->member, c.member) << c.text;
     }
 }
