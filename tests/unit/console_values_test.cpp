@@ -124,9 +124,11 @@ TEST(NamePath, ReadsFieldsAndElementsAlike) {
         ASSERT_EQ(p.has_value(), c.ok) << c.text;
         if (!p) continue;
         EXPECT_EQ(p->name, c.name) << c.text;
-        if (std::string(c.text).find('(') != std::string::npos)
-            EXPECT_EQ(p->index, c.index) << c.text;
+        const bool indexed = std::string(c.text).find('(') != std::string::npos;
         EXPECT_EQ(p->has_index, indexed) << c.text;
+        if (indexed) {
+            EXPECT_EQ(p->index, c.index) << c.text;
+        }
         EXPECT_EQ(p->member, c.member) << c.text;
     }
 }
