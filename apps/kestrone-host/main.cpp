@@ -111,10 +111,11 @@ int main(int argc, char** argv) {
     parser.setApplicationDescription(
         "The host stand-in for Kestrone components.\n\n"
         "Commands:\n"
-        "  console   drive the component line by line (commands on standard input)\n"
-        "  info      list the component's macros and pins as the host sees them\n"
-        "  components  list the components registered with this host\n"
-        "  register, unregister  run the module's own registration");
+        "  console      drive the component line by line (commands on standard input)\n"
+        "  info         list the component's macros and pins as the host sees them\n"
+        "  components   list the components registered with this host\n"
+        "  register     run the module's own registration\n"
+        "  unregister   run the module's own unregistration");
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption module_option(
@@ -127,7 +128,7 @@ int main(int argc, char** argv) {
     parser.addOption(module_option);
     parser.addOption(store_option);
     parser.addOption(component_option);
-    parser.addPositionalArgument("command", "console or info");
+    parser.addPositionalArgument("command", "console, info, components, register or unregister");
     parser.process(app);
 
     const QStringList args = parser.positionalArguments();
