@@ -15,11 +15,8 @@ using kestrone::ComPtr;
 using bench::module;
 
 ComPtr<kestrone::IKestroneComponentV5> make_component() {
-    ComPtr<kestrone::IUnknown> object;
-    module().create(nullptr, object);
-    auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
-    c->put_KestroneVersion(0x501);
-    return c;
+    return bench::ready_object().query<kestrone::IKestroneComponentV5>(
+        kestrone::IID_IKestroneComponentV5);
 }
 
 void CreateObjectThroughModule(benchmark::State& state) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "kestrone/component_v5.h"
 #include "module_host.h"
 
 namespace bench {
@@ -21,6 +22,15 @@ inline const host::ModuleHost& module() {
         return loaded;
     }();
     return *m;
+}
+
+// A new object whose host has told its version, so that its macro table stands.
+inline kestrone::ComPtr<kestrone::IUnknown> ready_object() {
+    kestrone::ComPtr<kestrone::IUnknown> object;
+    module().create(nullptr, object);
+    object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5)
+        ->put_KestroneVersion(0x501);
+    return object;
 }
 
 }  // namespace bench

@@ -18,14 +18,6 @@ using kestrone::Variant;
 
 using bench::module;
 
-ComPtr<kestrone::IUnknown> make_object() {
-    ComPtr<kestrone::IUnknown> object;
-    module().create(nullptr, object);
-    auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
-    c->put_KestroneVersion(0x501);
-    return object;
-}
-
 Variant set_motors_params() {
     return Variant::array(
         kestrone::VarType::Variant, 0,
@@ -33,7 +25,7 @@ Variant set_motors_params() {
 }
 
 void SimMacroCall9ThroughModule(benchmark::State& state) {
-    auto object = make_object();
+    auto object = bench::ready_object();
     auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
     const Variant params = set_motors_params();
     std::int32_t ret = 0, cycles = 0;
@@ -75,7 +67,7 @@ BENCHMARK(WheelTick);
 // One move of a drag on the LDR bar, through the panel's interface: hit test, capture, the
 // handler and the bar, caption and arrows it moves.
 void SliderDragStep(benchmark::State& state) {
-    auto object = make_object();
+    auto object = bench::ready_object();
     auto panel = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
     panel->Pointer(kestrone::PointerAction::Down, 1, 0, 20, 60);
     float y = 20;
@@ -89,7 +81,7 @@ BENCHMARK(SliderDragStep);
 
 // Ten seconds on the panel's clock with both wheels at the fastest interval, 2 ms: 10000 ticks.
 void Advance10000AtFullSpeed(benchmark::State& state) {
-    auto object = make_object();
+    auto object = bench::ready_object();
     auto c = object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
     auto panel = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
     const Variant full = Variant::array(

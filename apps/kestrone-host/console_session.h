@@ -10,7 +10,7 @@
 
 #include "command_line.h"
 #include "kestrone/com.h"
-#include "kestrone/inspection.h"
+#include "kestrone/field_access.h"
 #include "kestrone/memory_store.h"
 #include "kestrone/panel.h"
 #include "kestrone/property_page.h"

@@ -6,7 +6,7 @@
 
 #include "error_text.h"
 #include "kestrone/component_v5.h"
-#include "kestrone/inspection.h"
+#include "kestrone/field_access.h"
 #include "kestrone/panel.h"
 #include "value_syntax.h"
 

@@ -6,7 +6,7 @@
 #include <atomic>
 
 #include "core/rovanta.h"
-#include "kestrone/inspection.h"
+#include "kestrone/field_access.h"
 #include "kestrone/panel.h"
 
 namespace rovanta {

@@ -8,7 +8,7 @@
 
 #include "core/rovanta.h"
 #include "kestrone/component_v5.h"
-#include "kestrone/inspection.h"
+#include "kestrone/field_access.h"
 #include "kestrone/property_page.h"
 #include "kestrone/rovanta.h"
 #include "kestrone/store.h"

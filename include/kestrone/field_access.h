@@ -1,4 +1,4 @@
-// Inspection: the component's fields by name, for the console and the tests.
+// Access to the component's fields and panel elements by name, for the console and the tests.
 #pragma once
 
 #include <cstdint>
