@@ -199,7 +199,8 @@ def area_motors(bench, check):
     # Speeds as the macros take them; SetMotors with high and low bytes of signed 16-bit speeds.
     steps = [("DriveForwards(200)", 200, 200), ("DriveBackwards(150)", -150, -150), ("SpinLeft(100)", -100, 100),
              ("SpinRight(60)", 60, -60), ("SetMotors(0xFF, 0x38, 0x00, 0x7B)", -200, 123),
-             ("SetMotors(0xFE, 0xD4, 0x01, 0x02)", -300, 258), ("DriveStop()", 0, 0),
+             ("SetMotors(0xFE, 0xD4, 0x01, 0x02)", -300, 258), ("SetMotors(0xFF, 0x00, 0x80, 0x00)", -256, -32768),
+             ("SetMotors(0xFF, 0xFF, 0x7F, 0xFF)", -1, 32767), ("DriveStop()", 0, 0),
              ("DriveForwards(255)", 255, 255)]
     for bias in (0, -20, 45):
         d = Driver()
@@ -212,7 +213,10 @@ def area_motors(bench, check):
         d.do("SetMotorTrim(30)")
         d.byte("trim_l", "CCPR1L")
         d.byte("trim_r", "CCPR2L")
-        d.do("SetMotors(0x00, 0x50, 0x00, 0xC8)")
+        # A trim past 100 percent holds the left motor still.
+        d.do("SetMotorTrim(0x80)")
+        d.byte("trim_far_l", "CCPR1L")
+        d.byte("trim_far_r", "CCPR2L")
         d.byte("tris", "TRISC & 0x27")
         d.byte("ccp", "CCP1CON & 0x0F")
         d.byte("ccp2", "CCP2CON & 0x0F")
@@ -229,6 +233,7 @@ def area_motors(bench, check):
         # A trim replaces the bias: 30 percent off the right motor only.
         check.equal(got["trim_l"], duty(255, 0), "%s: left duty after SetMotorTrim(30)" % name)
         check.equal(got["trim_r"], duty(255, 30), "%s: right duty after SetMotorTrim(30)" % name)
+        check.equal((got["trim_far_l"], got["trim_far_r"]), (0, 255), "%s: after SetMotorTrim(-128)" % name)
         check.equal(got["tris"], 0x00, "%s: RC0, RC1, RC2, RC5 are outputs" % name)
         check.equal((got["ccp"], got["ccp2"]), (0x0C, 0x0C), "%s: both CCP modules in PWM mode" % name)
     check_pwm_pins(bench, check)
