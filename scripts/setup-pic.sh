@@ -77,7 +77,8 @@ toolchain_in_place() {
 # apt-get source needs a deb-src line; Debian 12 ships only deb ones. Add the same archives as
 # sources, in a file of our own so that the system's own lists stay as they are.
 enable_sources() {
-  if grep -Eqs '^[[:space:]]*(deb-src[[:space:]]|Types:.*deb-src)' /etc/apt/sources.list /etc/apt/sources.list.d/*; then
+  if grep -Eqs '^[[:space:]]*(deb-src[[:space:]]|Types:.*deb-src)' /etc/apt/sources.list \
+    /etc/apt/sources.list.d/*.list /etc/apt/sources.list.d/*.sources; then
     return 0
   fi
   local list
@@ -181,7 +182,7 @@ install_chip() {
   if [ -z "$src" ]; then
     # The compiler is in place but the chip's files are not: only the generator is needed.
     enable_sources
-    (cd "$work" && apt-get source -qq --download-only sdcc >/dev/null 2>&1 && dpkg-source -x --skip-patches sdcc_*.dsc >/dev/null 2>&1) ||
+    (cd "$work" && apt-get source -qq --download-only sdcc >/dev/null 2>&1 && dpkg-source --skip-patches -x sdcc_*.dsc >/dev/null 2>&1) ||
       die "could not fetch the sdcc source for its header generator"
     src=$(find "$work" -maxdepth 1 -type d -name 'sdcc-*' | head -1)
   fi
