@@ -19,11 +19,16 @@
  *     are not part of any block, and they keep this file an ordinary C program once the
  *     settings are filled in.
  *   - Settings reach the code only through Kestrone's tokens (a percent sign and a letter
- *     a to p), replaced by plain decimal numbers before compiling. They all stand in
- *     DefinesCode, each in a #define of its own.
+ *     a to p), replaced before compiling. The numbers stand in DefinesCode, each in a #define
+ *     of its own; every choice they make is taken by the preprocessor (#if) or at run time,
+ *     so that no setting leaves the compiler a constant condition to warn about. The two
+ *     reserved texts (m and n) are used nowhere: a user's text can end a comment, a string
+ *     or a line, and no place in C holds any text safely.
  *
  * Written for SDCC's pic14 port: bare register bit names (T0IF, RB5, ...), char and int are
- * 8 and 16 bits, no floating point. A crystal of 20 MHz (HS) is assumed.
+ * 8 and 16 bits, no floating point. A crystal of 20 MHz (HS) is assumed. A function that
+ * returns a 16-bit value does so from one return at its end: with several, the port's
+ * optimizer can return a wrong high byte.
  *
  * Wiring of the robot:
  *   RD0..RD7   LED 0..7 (high lights the LED)
@@ -369,7 +374,6 @@ static __code uint16_t __at(_CONFIG) cfg = _HS_OSC & _WDT_OFF & _LVP_OFF & _PWRT
 #define ROV_RESERVED_BOOL2  (%j)
 #define ROV_RESERVED_INT1   (%k)
 #define ROV_RESERVED_INT2   (%l)
-/* Reserved texts: "%m" "%n" */
 #define ROV_BIAS_LEFT_SET   (%o)    /* percent taken off the left motor's duty */
 #define ROV_BIAS_RIGHT_SET  (%p)    /* percent taken off the right motor's duty */
 
@@ -407,7 +411,7 @@ static __code uint16_t __at(_CONFIG) cfg = _HS_OSC & _WDT_OFF & _LVP_OFF & _PWRT
 #define ROV_PWM_RIGHT     CCPR2L
 #define ROV_AN_LDR        0
 #define ROV_AN_MIC        1
-#define ROV_AN_IR_LEFT    2
+#define ROV_AN_IR_LEFT    2         /* the IR channels in side order: left, front, right */
 #define ROV_AN_IR_FRONT   3
 #define ROV_AN_IR_RIGHT   4
 
@@ -419,13 +423,17 @@ static __code uint16_t __at(_CONFIG) cfg = _HS_OSC & _WDT_OFF & _LVP_OFF & _PWRT
 #define ROV_ADCON1        0x82
 #define ROV_ADCON0_BASE   0x81
 
+/* The pic14 port puts the locals and temporaries of every function of a program, the user's
+   included, in one section that must fit one bank (96 bytes): the helpers work in bytes and
+   keep their state in globals, which the linker places in any bank. */
 static volatile unsigned char rov_tick;         /* counts milliseconds, wraps */
 static volatile unsigned char rov_tone_hi;      /* Timer 1 reload of the tone playing */
 static volatile unsigned char rov_tone_lo;
 static unsigned char rov_leds;                  /* shadow of the LED port: no read-modify-write */
 static unsigned char rov_switch_latch;          /* WaitSwitch saw a switch down */
-static int rov_speed[2];                        /* last commanded speeds, for a new trim */
-static unsigned int rov_scale[2];               /* duty scale in 1/256, from the bias */
+static unsigned char rov_speed[2];              /* last commanded speed size, for a new trim */
+static unsigned char rov_backwards[2];          /* and its direction, 1 = backwards */
+static unsigned int rov_scale[2];               /* duty scale in 1/256, from bias or trim */
 
 static void rov_wait_ms(unsigned int ms)
 {
@@ -445,46 +453,52 @@ static unsigned int rov_bias_scale(unsigned char percent)
     return (unsigned int)(((100u - percent) * 256u) / 100u);
 }
 
-/* Speed -255..255: the sign sets the direction pin, the size the PWM duty. */
-static void rov_motor(unsigned char side, int speed)
+static unsigned char rov_led_mask(unsigned char led)
 {
-    unsigned char backwards = 0;
-    unsigned char duty;
+    return (unsigned char)(1u << (led & 7));
+}
 
-    if (speed > 255)
-        speed = 255;
-    else if (speed < -255)
-        speed = -255;
-    rov_speed[side] = speed;
-    if (speed < 0) {
-        backwards = 1;
-        speed = -speed;
+static unsigned char rov_duty(unsigned char side)
+{
+    return (unsigned char)(((unsigned int)rov_speed[side] * rov_scale[side]) >> 8);
+}
+
+/* Both motors as last commanded: direction pins and PWM duties. */
+static void rov_motors(void)
+{
+    ROV_DIR_LEFT = rov_backwards[ROV_LEFT];
+    ROV_PWM_LEFT = rov_duty(ROV_LEFT);
+    ROV_DIR_RIGHT = rov_backwards[ROV_RIGHT];
+    ROV_PWM_RIGHT = rov_duty(ROV_RIGHT);
+}
+
+/* Both motors at one speed; bit 0 of backwards turns the left one back, bit 1 the right. */
+static void rov_pair(unsigned char speed, unsigned char backwards)
+{
+    rov_speed[ROV_LEFT] = speed;
+    rov_speed[ROV_RIGHT] = speed;
+    rov_backwards[ROV_LEFT] = backwards & 1;
+    rov_backwards[ROV_RIGHT] = backwards >> 1;
+    rov_motors();
+}
+
+/* The size of a signed 16-bit number given as two bytes, held at 255. In bytes, so that
+   nothing depends on how int wraps. */
+static unsigned char rov_size(unsigned char high, unsigned char low)
+{
+    if (high & 0x80) {
+        low = ~low;
+        high = ~high;
+        if (++low == 0)
+            high++;
     }
-    duty = (unsigned char)(((unsigned int)speed * rov_scale[side]) >> 8);
-    if (side == ROV_LEFT) {
-        ROV_DIR_LEFT = backwards;
-        ROV_PWM_LEFT = duty;
-    } else {
-        ROV_DIR_RIGHT = backwards;
-        ROV_PWM_RIGHT = duty;
-    }
+    if (high)
+        low = 255;
+    return low;
 }
 
-/* A signed 16-bit number from its two bytes, without relying on how int wraps. */
-static int rov_signed_pair(unsigned char high, unsigned char low)
-{
-    if (high & 0x80)
-        return ((int)high - 256) * 256 + low;
-    return (int)high * 256 + low;
-}
-
-static void rov_drive(int left, int right)
-{
-    rov_motor(ROV_LEFT, left);
-    rov_motor(ROV_RIGHT, right);
-}
-
-static unsigned int rov_adc_read(unsigned char channel)
+/* A reading on the scale that the settings choose: the converter's 10 bits or the top 8. */
+static unsigned int rov_analogue(unsigned char channel)
 {
     volatile unsigned char settle;
 
@@ -494,39 +508,45 @@ static unsigned int rov_adc_read(unsigned char channel)
     GO_DONE = 1;
     while (GO_DONE) {
     }
+#if ROV_RETURN_INT
     return ((unsigned int)ADRESH << 8) | ADRESL;
+#else
+    return (unsigned char)((ADRESH << 6) | (ADRESL >> 2));
+#endif
 }
 
-/* A reading on the scale that the settings choose. */
-static unsigned int rov_analogue(unsigned char channel)
+/* 2 if the channel reads above the threshold, 1 if below, 0 at it. A threshold is any
+   Integer, far outside the readings' range at times: it is compared as an argument, never as
+   a constant that would leave the compiler a comparison always true or false to warn about. */
+static unsigned char rov_against(unsigned char channel, int threshold)
 {
-    unsigned int value = rov_adc_read(channel);
-    if (!ROV_RETURN_INT)
-        value >>= 2;
-    return value;
+    int reading = (int)rov_analogue(channel);
+    unsigned char where = 0;
+    if (reading > threshold)
+        where = 2;
+    else if (reading < threshold)
+        where = 1;
+    return where;
 }
 
-/* 0, 'l' and 'L' mean left; 1, 'f' and 'F' forward; anything else right. */
-static unsigned char rov_is_left(unsigned char side)
+/* 0 for left (0, 'l', 'L'), 1 for forward (1, 'f', 'F'), 2 for anything else: right. */
+static unsigned char rov_side(unsigned char side)
 {
-    return side == 0 || side == 'l' || side == 'L';
+    unsigned char index = 2;
+    if (side == 0 || side == 'l' || side == 'L')
+        index = 0;
+    else if (side == 1 || side == 'f' || side == 'F')
+        index = 1;
+    return index;
 }
 
-static unsigned char rov_is_front(unsigned char side)
-{
-    return side == 1 || side == 'f' || side == 'F';
-}
-
+/* The switch of a side; only the left side has a switch of its own, all others are right. */
 static unsigned char rov_switch(unsigned char side)
 {
-    if (rov_is_left(side))
-        return ROV_SWITCH_LEFT ? 1 : 0;
-    return ROV_SWITCH_RIGHT ? 1 : 0;
-}
-
-static unsigned char rov_led_mask(unsigned char led)
-{
-    return (unsigned char)(1u << (led & 7));
+    unsigned char down = ROV_SWITCH_RIGHT;
+    if (rov_side(side) == 0)
+        down = ROV_SWITCH_LEFT;
+    return down;
 }
 
 /* Tone of frequency x 10 Hz on the piezo, toggled by the Timer 1 interrupt; 0 is a rest. */
@@ -582,74 +602,74 @@ void SetMotorTrim(char Trim)
 {
 /*Macro_SetMotorTrim_Start*/
     /* Trim -100..100 as a signed byte: below 0 slows the left motor, above 0 the right. */
-    signed char trim = (signed char)Trim;
-    unsigned char left = 0;
-    unsigned char right = 0;
-    if (trim < 0)
-        left = (unsigned char)(-trim);
-    else
-        right = (unsigned char)trim;
-    rov_scale[ROV_LEFT] = rov_bias_scale(left);
-    rov_scale[ROV_RIGHT] = rov_bias_scale(right);
-    rov_drive(rov_speed[ROV_LEFT], rov_speed[ROV_RIGHT]);
+    if ((signed char)Trim < 0) {
+        rov_scale[ROV_LEFT] = rov_bias_scale((unsigned char)(0u - (unsigned char)Trim));
+        rov_scale[ROV_RIGHT] = rov_bias_scale(0);
+    } else {
+        rov_scale[ROV_LEFT] = rov_bias_scale(0);
+        rov_scale[ROV_RIGHT] = rov_bias_scale((unsigned char)Trim);
+    }
+    rov_motors();
 /*Macro_SetMotorTrim_End*/
 }
 
 char TestLevel(char Sensor)
 {
 /*Macro_TestLevel_Start*/
-    /* Sensor 0: LDR brighter than its threshold; 1: microphone louder than its threshold. */
-    if ((unsigned char)Sensor == 0)
-        return (int)rov_analogue(ROV_AN_LDR) > (int)ROV_THRESH_LDR ? 1 : 0;
-    return (int)rov_analogue(ROV_AN_MIC) > (int)ROV_THRESH_MIC ? 1 : 0;
+    /* Sensor 0: LDR brighter than its threshold; any other: microphone louder than its own. */
+    unsigned char where;
+    if (Sensor == 0)
+        where = rov_against(ROV_AN_LDR, ROV_THRESH_LDR);
+    else
+        where = rov_against(ROV_AN_MIC, ROV_THRESH_MIC);
+    return where == 2 ? 1 : 0;
 /*Macro_TestLevel_End*/
 }
 
 void DriveForwards(char Speed)
 {
 /*Macro_DriveForwards_Start*/
-    int speed = (unsigned char)Speed;
-    rov_drive(speed, speed);
+    rov_pair((unsigned char)Speed, 0);
 /*Macro_DriveForwards_End*/
 }
 
 void DriveBackwards(char Speed)
 {
 /*Macro_DriveBackwards_Start*/
-    int speed = (unsigned char)Speed;
-    rov_drive(-speed, -speed);
+    rov_pair((unsigned char)Speed, 3);
 /*Macro_DriveBackwards_End*/
 }
 
 void DriveStop(void)
 {
 /*Macro_DriveStop_Start*/
-    rov_drive(0, 0);
+    rov_pair(0, 0);
 /*Macro_DriveStop_End*/
 }
 
 void SpinLeft(char Speed)
 {
 /*Macro_SpinLeft_Start*/
-    int speed = (unsigned char)Speed;
-    rov_drive(-speed, speed);
+    rov_pair((unsigned char)Speed, 1);
 /*Macro_SpinLeft_End*/
 }
 
 void SpinRight(char Speed)
 {
 /*Macro_SpinRight_Start*/
-    int speed = (unsigned char)Speed;
-    rov_drive(speed, -speed);
+    rov_pair((unsigned char)Speed, 2);
 /*Macro_SpinRight_End*/
 }
 
 void SetMotors(char LeftHigh, char LeftLow, char RightHigh, char RightLow)
 {
 /*Macro_SetMotors_Start*/
-    /* Each motor takes a signed 16-bit speed as high and low byte; rov_motor limits it. */
-    rov_drive(rov_signed_pair((unsigned char)LeftHigh, (unsigned char)LeftLow),
-              rov_signed_pair((unsigned char)RightHigh, (unsigned char)RightLow));
+    /* Each motor takes a signed 16-bit speed as high and low byte: the sign is the direction. */
+    rov_speed[ROV_LEFT] = rov_size((unsigned char)LeftHigh, (unsigned char)LeftLow);
+    rov_backwards[ROV_LEFT] = (unsigned char)LeftHigh >> 7;
+    rov_speed[ROV_RIGHT] = rov_size((unsigned char)RightHigh, (unsigned char)RightLow);
+    rov_backwards[ROV_RIGHT] = (unsigned char)RightHigh >> 7;
+    rov_motors();
 /*Macro_SetMotors_End*/
 }
 
@@ -693,18 +713,17 @@ int WaitSwitch(char Side)
 /*Macro_WaitSwitch_Start*/
     /* Never blocks: 0 once, at the first call that finds the switch released after a call
        that found it pressed; 1 otherwise. One latch serves both switches. */
+    unsigned char waiting = 1;
     if (rov_switch((unsigned char)Side)) {
         if (!rov_switch_latch)
             rov_wait_ms(ROV_DEBOUNCE_MS);
         rov_switch_latch = 1;
-        return 1;
-    }
-    if (rov_switch_latch) {
+    } else if (rov_switch_latch) {
         rov_wait_ms(ROV_DEBOUNCE_MS);
         rov_switch_latch = 0;
-        return 0;
+        waiting = 0;
     }
-    return 1;
+    return (int)waiting;
 /*Macro_WaitSwitch_End*/
 }
 
@@ -712,9 +731,8 @@ void PlayTone(char Frequency, char DurationHigh, char DurationLow)
 {
 /*Macro_PlayTone_Start*/
     /* Frequency in tens of hertz, duration in milliseconds; returns when the tone ends. */
-    unsigned int ms = ((unsigned int)(unsigned char)DurationHigh << 8) | (unsigned char)DurationLow;
     rov_tone_start((unsigned char)Frequency);
-    rov_wait_ms(ms);
+    rov_wait_ms(((unsigned int)(unsigned char)DurationHigh << 8) | (unsigned char)DurationLow);
     rov_tone_stop();
 /*Macro_PlayTone_End*/
 }
@@ -737,33 +755,32 @@ char TestSideSensor(char Side)
 {
 /*Macro_TestSideSensor_Start*/
     /* 1 while the reading lies below the side's threshold. */
-    unsigned char side = (unsigned char)Side;
-    if (rov_is_left(side))
-        return (int)ROV_THRESH_LEFT > (int)rov_analogue(ROV_AN_IR_LEFT) ? 1 : 0;
-    if (rov_is_front(side))
-        return (int)ROV_THRESH_FRONT > (int)rov_analogue(ROV_AN_IR_FRONT) ? 1 : 0;
-    return (int)ROV_THRESH_RIGHT > (int)rov_analogue(ROV_AN_IR_RIGHT) ? 1 : 0;
+    unsigned char side = rov_side((unsigned char)Side);
+    unsigned char where;
+    if (side == 0)
+        where = rov_against(ROV_AN_IR_LEFT, ROV_THRESH_LEFT);
+    else if (side == 1)
+        where = rov_against(ROV_AN_IR_FRONT, ROV_THRESH_FRONT);
+    else
+        where = rov_against(ROV_AN_IR_RIGHT, ROV_THRESH_RIGHT);
+    return where == 1 ? 1 : 0;
 /*Macro_TestSideSensor_End*/
 }
 
 int ReadSideSensor(char Side)
 {
 /*Macro_ReadSideSensor_Start*/
-    unsigned char side = (unsigned char)Side;
-    if (rov_is_left(side))
-        return (int)rov_analogue(ROV_AN_IR_LEFT);
-    if (rov_is_front(side))
-        return (int)rov_analogue(ROV_AN_IR_FRONT);
-    return (int)rov_analogue(ROV_AN_IR_RIGHT);
+    return (int)rov_analogue(ROV_AN_IR_LEFT + rov_side((unsigned char)Side));
 /*Macro_ReadSideSensor_End*/
 }
 
 char ReadLine(char Side)
 {
 /*Macro_ReadLine_Start*/
-    if (rov_is_left((unsigned char)Side))
-        return ROV_LINE_LEFT ? 1 : 0;
-    return ROV_LINE_RIGHT ? 1 : 0;
+    unsigned char over = ROV_LINE_RIGHT;
+    if (rov_side((unsigned char)Side) == 0)
+        over = ROV_LINE_LEFT;
+    return over;
 /*Macro_ReadLine_End*/
 }
 
@@ -791,11 +808,11 @@ void main(void)
     CCP2CON = 0x0C;
     T2CON = 0x04;
 
-    if (ROV_USE_I2C) {
-        SSPADD = ROV_I2C_BRG;
-        SSPSTAT = 0x80;             /* slew-rate control off for 100 kHz */
-        SSPCON = 0x28;              /* I2C master */
-    }
+#if ROV_USE_I2C
+    SSPADD = ROV_I2C_BRG;
+    SSPSTAT = 0x80;                 /* slew-rate control off for 100 kHz */
+    SSPCON = 0x28;                  /* I2C master */
+#endif
 
     /* Timer 0: 1 ms tick. OPTION_REG: pull-ups off, prescaler 1:32 on Timer 0. */
     OPTION_REG = 0xC4;
@@ -815,10 +832,11 @@ void main(void)
     rov_switch_latch = 0;
     rov_scale[ROV_LEFT] = rov_bias_scale(ROV_BIAS_LEFT);
     rov_scale[ROV_RIGHT] = rov_bias_scale(ROV_BIAS_RIGHT);
-    rov_drive(0, 0);
+    rov_pair(0, 0);
 
-    if (ROV_WAIT_FOR_BUTTON)
-        rov_wait_for_start();
+#if ROV_WAIT_FOR_BUTTON
+    rov_wait_for_start();
+#endif
 /*InitialisationCode_End*/
     for (;;) {
     }

@@ -51,6 +51,7 @@ PORT_LETTERS = "ABCDE"
 DIR_INPUT, DIR_OUTPUT = 1, 2
 
 TOKENS = ["%" + c for c in "abcdefghijklmnop"]
+TEXT_TOKENS = ("%m", "%n")
 
 # Setting sets for the compile check: a fresh object, an Int robot leaning left with texts in
 # the reserved strings, and one leaning right past the slider's range.
@@ -272,11 +273,16 @@ def check_definitions(path):
         if s.startswith("macroparameters_") or s.startswith("macroparamtypes_"):
             c.check(s.split("_", 1)[1] in {n.lower() for n in names}, "section [%s] belongs to no macro" % s)
 
-    # Settings tokens: each one reaches the C somewhere.
+    # Settings tokens: each number in a #define of its own in the definitions; the two texts
+    # nowhere, since no place in C holds a user's text safely.
     code = "".join(read_block(lines, b) or "" for b in
                    ["DefinesCode", "InitialisationCode", "InterruptCode"] + ["Macro_" + n for n in names])
     for token in TOKENS:
-        c.check(token in code, "token %s is used nowhere" % token)
+        if token in TEXT_TOKENS:
+            c.check(token not in code, "token %s pastes a user's text into the C" % token)
+        else:
+            c.check(re.search(r"^#define\s+\w+\s+\(%s\)" % token, defines, re.M) is not None
+                    and code.count(token) == 1, "token %s must stand once, in a #define of its own" % token)
 
     # Pins, against the wiring that the C defines.
     count = to_int(p.get("Pins", "Count", "0"))
