@@ -74,15 +74,7 @@ HRESULT unknown_name() {
 }  // namespace
 
 std::int32_t rovanta_member_id(std::string_view name, InvokeKind kind) {
-    const auto& own = kestrone::kRovantaMembers;
-    for (std::size_t i = 0; i < own.size(); ++i)
-        if (own[i].name == name && own[i].kind == kind) return static_cast<std::int32_t>(i);
-    if (kind == InvokeKind::Call) return -1;
-    for (std::size_t s = 0; s < kestrone::kSettingNames.size(); ++s)
-        if (kestrone::kSettingNames[s] == name)
-            return static_cast<std::int32_t>(own.size() + 2 * s) +
-                   (kind == InvokeKind::Set ? 1 : 0);
-    return -1;
+    return kestrone::member_number(kestrone::kRovantaMembers, name, kind);
 }
 
 PropertyPage2::PropertyPage2(const platform::ModuleFacts& app) : app_(app) {
