@@ -3,7 +3,7 @@
 #include "core/field_table.h"
 #include "host/guarded_call.h"
 #include "host/panel_facet.h"
-#include "host/property_page.h"
+#include "host/property_page_object.h"
 #include "host/stored_settings.h"
 
 namespace rovanta {
