@@ -75,7 +75,7 @@ class RovantaObject final
     RovantaObject(const platform::ModuleFacts& app, kestrone::IHostServices* host);
     ~RovantaObject() override;
 
-    // The operations behind the boundary (component_operations.cpp, rovanta_members.cpp).
+    // The operations behind the boundary (component_operations.cpp, rovanta_object.cpp).
     KESTRONE_COMPONENT_V5_OPERATIONS(KT_IMPL_DECLARATION)
     KESTRONE_ROVANTA_MEMBERS(KT_IMPL_DECLARATION, KT_SETTING_IMPL)
 
