@@ -85,6 +85,9 @@ TEST(PageView, WidgetsSitInsideTheirFramesInPixels) {
         EXPECT_GT(w.top, 0);
         EXPECT_LE(w.left + w.width, outer_w);
         EXPECT_LE(w.top + w.height, outer_h);
+        // The form is laid out on whole pixels, so a view places every edge exactly.
+        for (float length : {w.left, w.top, w.width, w.height})
+            EXPECT_EQ(length, static_cast<float>(static_cast<int>(length))) << length;
         tab_indices.insert(w.tab_index);
         // The program's view of the same place, in twips.
         Variant left, container;
@@ -162,6 +165,12 @@ TEST(PageView, TellsWhichWidgetsChangedSinceARevision) {
     EXPECT_THAT(view.changed(since), UnorderedElementsAre("chkWaitForButton"));
     EXPECT_EQ(view.named("chkWaitForButton").value, 0);
     EXPECT_TRUE(view.changed(view.revision()).empty());
+    // A click ticks a clear box, and a grey one too.
+    ASSERT_EQ(view.page->UserClick("chkWaitForButton"), kestrone::S_OK);
+    EXPECT_EQ(view.named("chkWaitForButton").value, 1);
+    ASSERT_EQ(view.page->UserPut("chkWaitForButton", "Value", Variant::integer(2)), kestrone::S_OK);
+    ASSERT_EQ(view.page->UserClick("chkWaitForButton"), kestrone::S_OK);
+    EXPECT_EQ(view.named("chkWaitForButton").value, 1);
 }
 
 }  // namespace
