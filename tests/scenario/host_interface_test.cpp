@@ -75,6 +75,7 @@ TEST(Console, AnswersEveryLineAndKeepsGoing) {
         EXPECT_THAT(run.lines[i], StartsWith("fail ")) << i;
     EXPECT_EQ(run.lines[2], "fail MacroIsFunction takes 1 argument(s)");
     EXPECT_EQ(run.lines[3], "fail MacroIsFunction takes 1 argument(s)");
+    EXPECT_EQ(run.lines[6], "fail MacroNames can't be written");
     EXPECT_EQ(run.lines[10], "error 9 Subscript out of range");
     EXPECT_EQ(run.lines[12], "ok 0%");
     EXPECT_EQ(run.lines[13], "error 9 Subscript out of range") << "no macro table yet";

@@ -97,6 +97,9 @@ TEST(PageView, WidgetsSitInsideTheirFramesInPixels) {
         EXPECT_EQ(container.as_string(),
                   w.container < 0 ? "" : view.widgets[static_cast<std::size_t>(w.container)].name);
     }
+    WidgetInfo none;
+    for (std::int32_t outside : {-1, 17})
+        EXPECT_EQ(view.page->GetWidget(outside, &none), kestrone::basic_error_status(9)) << outside;
     EXPECT_EQ(tab_indices.size(), 17u);
     EXPECT_EQ(*tab_indices.rbegin(), 16);
     const WidgetInfo r = view.named("txtiThreshR");
