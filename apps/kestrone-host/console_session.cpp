@@ -182,7 +182,7 @@ struct FoundMember {
 };
 
 // The member of that name and kind: the host's interface first, then the control's own members
-// and its settings. A query or call when there is no "=", a write when there is.
+// with its settings. A query or call when there is no "=", a write when there is.
 std::optional<FoundMember> find_member(std::string_view name, bool write) {
     using kestrone::InvokeKind;
     auto fits = [write](const kestrone::MemberInfo& m) {
@@ -197,14 +197,6 @@ std::optional<FoundMember> find_member(std::string_view name, bool write) {
         const auto& m = kestrone::kRovantaMembers[i];
         if (m.name == name && fits(m))
             return FoundMember{kestrone::Interface::Rovanta, static_cast<std::int32_t>(i), m};
-    }
-    const std::int32_t own = static_cast<std::int32_t>(kestrone::kRovantaMembers.size());
-    for (std::size_t s = 0; s < kestrone::kSettingNames.size(); ++s) {
-        if (kestrone::kSettingNames[s] != name) continue;
-        const auto kind = write ? InvokeKind::Set : InvokeKind::Query;
-        return FoundMember{kestrone::Interface::Rovanta,
-                           own + 2 * static_cast<std::int32_t>(s) + (write ? 1 : 0),
-                           kestrone::setting_member(static_cast<int>(s), kind)};
     }
     return std::nullopt;
 }

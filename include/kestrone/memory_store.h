@@ -2,18 +2,21 @@
 // in which their keys were first written, and every value keeps its kind.
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "kestrone/com_object.h"
 #include "kestrone/store.h"
 
 namespace kestrone {
 
-class MemoryStore final : public IKestroneStore {
+// The store lives as long as its owner; references only keep the count honest.
+class MemoryStore final
+    : public ComObject<MemoryStore, Interfaces<Implements<IKestroneStore, IID_IKestroneStore>>,
+                       EmbeddedLifetime> {
   public:
     struct Entry {
         std::string key;
@@ -62,18 +65,6 @@ class MemoryStore final : public IKestroneStore {
         }
     }
 
-    // The store lives as long as its owner; references only keep the count honest.
-    HRESULT QueryInterface(const Guid& iid, void** ppv) noexcept override {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (!(iid == IID_IUnknown) && !(iid == IID_IKestroneStore)) return E_NOINTERFACE;
-        *ppv = static_cast<IKestroneStore*>(this);
-        AddRef();
-        return S_OK;
-    }
-    std::uint32_t AddRef() noexcept override { return ++refs_; }
-    std::uint32_t Release() noexcept override { return --refs_; }
-
   private:
     Entry* find(const std::string& key) {
         for (Entry& e : entries_)
@@ -81,7 +72,6 @@ class MemoryStore final : public IKestroneStore {
         return nullptr;
     }
     std::vector<Entry> entries_;
-    std::atomic<std::uint32_t> refs_{1};
 };
 
 }  // namespace kestrone

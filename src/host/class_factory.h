@@ -2,21 +2,22 @@
 // made, so that even the messages of creation reach the host.
 #pragma once
 
-#include <atomic>
-
-#include "kestrone/com.h"
+#include "host/module_lock.h"
+#include "kestrone/com_object.h"
 #include "kestrone/services.h"
 #include "platform/module_facts.h"
 
 namespace rovanta {
 
-class RovantaClassFactory final : public kestrone::IClassFactory, public kestrone::IServiceSite {
+class RovantaClassFactory final
+    : public kestrone::ComObject<
+          RovantaClassFactory,
+          kestrone::Interfaces<
+              kestrone::Implements<kestrone::IClassFactory, kestrone::IID_IClassFactory>,
+              kestrone::Implements<kestrone::IServiceSite, kestrone::IID_IServiceSite>>,
+          ModuleObjectLifetime> {
   public:
-    explicit RovantaClassFactory(platform::ModuleFacts app);
-
-    kestrone::HRESULT QueryInterface(const kestrone::Guid& iid, void** ppv) noexcept override;
-    std::uint32_t AddRef() noexcept override;
-    std::uint32_t Release() noexcept override;
+    explicit RovantaClassFactory(platform::ModuleFacts app) : app_(std::move(app)) {}
 
     kestrone::HRESULT CreateInstance(kestrone::IUnknown* outer, const kestrone::Guid& iid,
                                      void** ppv) noexcept override;
@@ -25,10 +26,9 @@ class RovantaClassFactory final : public kestrone::IClassFactory, public kestron
     kestrone::HRESULT SetHostServices(kestrone::IHostServices* services) noexcept override;
 
   private:
-    ~RovantaClassFactory();
+    ~RovantaClassFactory() override = default;
     platform::ModuleFacts app_;
     kestrone::IHostServices* host_ = nullptr;
-    std::atomic<std::uint32_t> refs_{1};
 };
 
 }  // namespace rovanta

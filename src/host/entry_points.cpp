@@ -6,8 +6,8 @@
 #include <string>
 
 #include "host/class_factory.h"
+#include "host/module_lock.h"
 #include "host/registration.h"
-#include "host/rovanta_object.h"
 
 using kestrone::Guid;
 using kestrone::HRESULT;
@@ -19,10 +19,8 @@ KESTRONE_EXPORT HRESULT DllGetClassObject(const Guid* clsid, const Guid* iid, vo
     *ppv = nullptr;
     if (!(*clsid == kestrone::CLSID_Rovanta)) return kestrone::CLASS_E_CLASSNOTAVAILABLE;
     try {
-        auto* factory = new rovanta::RovantaClassFactory(platform::ModuleFacts::of_loaded_module());
-        const HRESULT hr = factory->QueryInterface(*iid, ppv);
-        factory->Release();
-        return hr;
+        return kestrone::hand_out(
+            new rovanta::RovantaClassFactory(platform::ModuleFacts::of_loaded_module()), *iid, ppv);
     } catch (const std::bad_alloc&) {
         return kestrone::E_OUTOFMEMORY;
     } catch (...) {

@@ -1,6 +1,7 @@
 #include "host/property_page.h"
 
 #include <algorithm>
+#include <array>
 
 #include "host/guarded_call.h"
 #include "platform/vb_numeric.h"
@@ -8,7 +9,6 @@
 namespace rovanta {
 
 using kestrone::InvokeKind;
-using kestrone::VarType;
 using kestrone::WidgetAlignment;
 using kestrone::WidgetKind;
 
@@ -18,7 +18,7 @@ struct FormEntry {
     WidgetKind kind;
     std::string_view container;
     std::string_view caption;
-    std::int32_t left, top, width, height;
+    std::int32_t left, top, width, height;  // twips
     std::int16_t tab_index;
     WidgetAlignment alignment;
 };
@@ -68,35 +68,44 @@ constexpr std::array<FixedSetting, 9> kFixedOnApply{{
     {"sDummyString2", 0, true},
 }};
 
-HRESULT unknown_name() {
-    return kestrone::DISP_E_UNKNOWNNAME;
-}
 }  // namespace
 
-std::int32_t rovanta_member_id(std::string_view name, InvokeKind kind) {
-    const auto& own = kestrone::kRovantaMembers;
-    for (std::size_t i = 0; i < own.size(); ++i)
-        if (own[i].name == name && own[i].kind == kind) return static_cast<std::int32_t>(i);
-    if (kind == InvokeKind::Call) return -1;
-    for (std::size_t s = 0; s < kestrone::kSettingNames.size(); ++s)
-        if (kestrone::kSettingNames[s] == name)
-            return static_cast<std::int32_t>(own.size() + 2 * s) +
-                   (kind == InvokeKind::Set ? 1 : 0);
-    return -1;
+// Which handler each widget's event runs; an event without a route does nothing.
+struct PropertyPage2::Route {
+    std::string_view widget;
+    PageEvent event;
+    void (PropertyPage2::*handler)();
+};
+
+const PropertyPage2::Route PropertyPage2::kRoutes[] = {
+    {"txtiThreshR", PageEvent::Change, &PropertyPage2::txtiThreshR_Change},
+    {"txtiThreshF", PageEvent::Change, &PropertyPage2::txtiThreshF_Change},
+    {"txtiThreshL", PageEvent::Change, &PropertyPage2::txtiThreshL_Change},
+    {"chkWaitForButton", PageEvent::Click, &PropertyPage2::chkWaitForButton_Click},
+    {"optByte", PageEvent::Click, &PropertyPage2::optByte_Click},
+    {"optInt", PageEvent::Click, &PropertyPage2::optInt_Click},
+    {"sldMotorBias", PageEvent::Scroll, &PropertyPage2::sldMotorBias_Scroll},
+    {"sldMotorBias", PageEvent::Change, &PropertyPage2::sldMotorBias_Change},
+};
+
+namespace {
+float pixels(std::int32_t twips) {
+    return vb::fdiv(vb::csng(twips), PropertyPage2::kTwipsPerPixel);
 }
+}  // namespace
 
 PropertyPage2::PropertyPage2(const platform::ModuleFacts& app) : app_(app) {
     for (const FormEntry& e : kForm) {
         PageWidget widget;
-        widget.info = {std::string(e.name),
-                       e.kind,
-                       std::string(e.container),
-                       e.left,
-                       e.top,
-                       e.width,
-                       e.height,
-                       e.tab_index,
-                       e.alignment};
+        widget.name = std::string(e.name);
+        widget.kind = e.kind;
+        widget.container = e.container.empty() ? -1 : find(e.container);
+        widget.left = pixels(e.left);
+        widget.top = pixels(e.top);
+        widget.width = pixels(e.width);
+        widget.height = pixels(e.height);
+        widget.tab_index = e.tab_index;
+        widget.alignment = e.alignment;
         (e.kind == WidgetKind::TextBox ? widget.text : widget.caption) = std::string(e.caption);
         if (e.kind == WidgetKind::Slider) {
             widget.min = -100;
@@ -110,14 +119,20 @@ PropertyPage2::PropertyPage2(const platform::ModuleFacts& app) : app_(app) {
     PropertyPage_Initialize();
 }
 
-const PageWidget* PropertyPage2::find(std::string_view name) const {
-    for (const PageWidget& widget : widgets_)
-        if (widget.info.name == name) return &widget;
-    return nullptr;
+int PropertyPage2::find(std::string_view name) const {
+    for (std::size_t i = 0; i < widgets_.size(); ++i)
+        if (widgets_[i].name == name) return static_cast<int>(i);
+    return -1;
 }
 
 PageWidget& PropertyPage2::w(std::string_view name) {
-    return *const_cast<PageWidget*>(find(name));
+    return widgets_.at(static_cast<std::size_t>(find(name)));
+}
+
+void PropertyPage2::changed_since(std::uint64_t since, std::vector<std::int32_t>& indices) const {
+    indices.clear();
+    for (std::size_t i = 0; i < widgets_.size(); ++i)
+        if (widgets_[i].revision > since) indices.push_back(static_cast<std::int32_t>(i));
 }
 
 void PropertyPage2::PropertyPage_Initialize() {
@@ -177,6 +192,7 @@ HRESULT PropertyPage2::PropertyPage_ApplyChanges() {
     return kestrone::S_OK;
 }
 
+// Both value events of the slider show its value above it.
 void PropertyPage2::sldMotorBias_Scroll() {
     set_caption(w("lblBiasVal"), vb::cstr(std::int64_t{w("sldMotorBias").value}));
     Changed = true;
@@ -186,28 +202,17 @@ void PropertyPage2::sldMotorBias_Change() {
     Changed = true;
 }
 
-void PropertyPage2::raise_event(const PageWidget& source, std::string_view event) {
-    const std::string_view name = source.info.name;
-    if (event == "Change") {
-        if (name == "txtiThreshR") txtiThreshR_Change();
-        if (name == "txtiThreshF") txtiThreshF_Change();
-        if (name == "txtiThreshL") txtiThreshL_Change();
-        if (name == "sldMotorBias") sldMotorBias_Change();
-    } else if (event == "Click") {
-        if (name == "chkWaitForButton") chkWaitForButton_Click();
-        if (name == "optByte") optByte_Click();
-        if (name == "optInt") optInt_Click();
-    } else if (event == "Scroll") {
-        if (name == "sldMotorBias") sldMotorBias_Scroll();
-    }
+void PropertyPage2::raise_event(const PageWidget& source, PageEvent event) {
+    for (const Route& r : kRoutes)
+        if (r.event == event && r.widget == source.name) (this->*r.handler)();
 }
 
 // A text box raises Change only when its text really changes.
 void PropertyPage2::set_text(PageWidget& box, const std::string& text) {
     if (box.text == text) return;
     box.text = text;
-    ++change_count_;
-    raise_event(box, "Change");
+    touch(box);
+    raise_event(box, PageEvent::Change);
 }
 
 // Turning an option button on turns the others of its container off; it clicks when it goes on.
@@ -215,15 +220,15 @@ void PropertyPage2::set_option(PageWidget& option, bool on) {
     const bool was_on = option.value != 0;
     if (on) {
         for (PageWidget& other : widgets_)
-            if (&other != &option && other.info.kind == WidgetKind::OptionButton &&
-                other.info.container == option.info.container && other.value != 0) {
+            if (&other != &option && other.kind == WidgetKind::OptionButton &&
+                other.container == option.container && other.value != 0) {
                 other.value = 0;
-                ++change_count_;
+                touch(other);
             }
     }
     option.value = on ? -1 : 0;
-    if (was_on != on) ++change_count_;
-    if (on && !was_on) raise_event(option, "Click");
+    if (was_on != on) touch(option);
+    if (on && !was_on) raise_event(option, PageEvent::Click);
 }
 
 // 0 clear, 1 ticked, 2 grey; anything else is not a value of a check box. It clicks on a change.
@@ -231,8 +236,8 @@ void PropertyPage2::set_check(PageWidget& check, std::int32_t value) {
     if (value < 0 || value > 2) vb::raise_error(vb::kInvalidPropertyValue);
     if (check.value == value) return;
     check.value = value;
-    ++change_count_;
-    raise_event(check, "Click");
+    touch(check);
+    raise_event(check, PageEvent::Click);
 }
 
 // The slider keeps its value within its range. A drag raises Scroll as the thumb moves; any
@@ -242,21 +247,22 @@ void PropertyPage2::set_slider(PageWidget& slider, std::int32_t value, bool user
         std::clamp(value, std::min(slider.min, slider.max), std::max(slider.min, slider.max));
     if (slider.value == v) return;
     slider.value = v;
-    ++change_count_;
-    if (user_drag) raise_event(slider, "Scroll");
-    raise_event(slider, "Change");
+    touch(slider);
+    if (user_drag) raise_event(slider, PageEvent::Scroll);
+    raise_event(slider, PageEvent::Change);
 }
 
 void PropertyPage2::set_caption(PageWidget& label, const std::string& caption) {
     if (label.caption == caption) return;
     label.caption = caption;
-    ++change_count_;
+    touch(label);
 }
 
 HRESULT PropertyPage2::get_property(std::string_view name, Variant& value) {
     if (SelectedControls.empty() || !SelectedControls[0])
         return kestrone::basic_error_status(vb::kSubscriptOutOfRange);
-    const std::int32_t id = rovanta_member_id(name, InvokeKind::Query);
+    const std::int32_t id =
+        kestrone::member_number(kestrone::kRovantaMembers, name, InvokeKind::Query);
     if (id < 0) return kestrone::basic_error_status(vb::kNoSuchMember);
     return SelectedControls[0]->Invoke(kestrone::Interface::Rovanta, id, nullptr, 0, &value);
 }
@@ -264,201 +270,10 @@ HRESULT PropertyPage2::get_property(std::string_view name, Variant& value) {
 HRESULT PropertyPage2::let_property(std::string_view name, Variant value) {
     if (SelectedControls.empty() || !SelectedControls[0])
         return kestrone::basic_error_status(vb::kSubscriptOutOfRange);
-    const std::int32_t id = rovanta_member_id(name, InvokeKind::Set);
+    const std::int32_t id =
+        kestrone::member_number(kestrone::kRovantaMembers, name, InvokeKind::Set);
     if (id < 0) return kestrone::basic_error_status(vb::kNoSuchMember);
     return SelectedControls[0]->Invoke(kestrone::Interface::Rovanta, id, &value, 1, nullptr);
-}
-
-namespace {
-bool has(const PageWidget& w, std::string_view property) {
-    const WidgetKind k = w.info.kind;
-    if (property == "Caption")
-        return k == WidgetKind::Frame || k == WidgetKind::Label || k == WidgetKind::OptionButton ||
-               k == WidgetKind::CheckBox;
-    if (property == "Text") return k == WidgetKind::TextBox;
-    if (property == "Value")
-        return k == WidgetKind::OptionButton || k == WidgetKind::CheckBox ||
-               k == WidgetKind::Slider;
-    if (property == "Min" || property == "Max" || property == "SmallChange" ||
-        property == "LargeChange" || property == "TickFrequency")
-        return k == WidgetKind::Slider;
-    if (property == "Alignment") return k == WidgetKind::Label;
-    return property == "Left" || property == "Top" || property == "Width" || property == "Height" ||
-           property == "TabIndex" || property == "Container";
-}
-}  // namespace
-
-HRESULT PropertyPage2::get(std::string_view widget, std::string_view property,
-                           Variant& value) const {
-    const PageWidget* found = find(widget);
-    if (!found || !has(*found, property)) return unknown_name();
-    const PageWidget& x = *found;
-    const auto twips = [](std::int32_t t) { return Variant::single(static_cast<float>(t)); };
-    if (property == "Caption") value = Variant::string(x.caption);
-    if (property == "Text") value = Variant::string(x.text);
-    if (property == "Value") {
-        if (x.info.kind == WidgetKind::OptionButton)
-            value = Variant::boolean(x.value != 0);
-        else if (x.info.kind == WidgetKind::CheckBox)
-            value = Variant::integer(static_cast<std::int16_t>(x.value));
-        else
-            value = Variant::long_(x.value);
-    }
-    if (property == "Min") value = Variant::long_(x.min);
-    if (property == "Max") value = Variant::long_(x.max);
-    if (property == "SmallChange") value = Variant::long_(x.small_change);
-    if (property == "LargeChange") value = Variant::long_(x.large_change);
-    if (property == "TickFrequency") value = Variant::long_(x.tick_frequency);
-    if (property == "Alignment")
-        value = Variant::integer(static_cast<std::int16_t>(x.info.alignment));
-    if (property == "Left") value = twips(x.info.left);
-    if (property == "Top") value = twips(x.info.top);
-    if (property == "Width") value = twips(x.info.width);
-    if (property == "Height") value = twips(x.info.height);
-    if (property == "TabIndex") value = Variant::integer(x.info.tab_index);
-    if (property == "Container") value = Variant::string(x.info.container);
-    return kestrone::S_OK;
-}
-
-// What a user can change: a text box's text, a slider's position, an option button or a check
-// box. Anything else on the page is the form's and not the user's to set.
-HRESULT PropertyPage2::user_put(std::string_view widget, std::string_view property,
-                                const Variant& value) {
-    const PageWidget* found = find(widget);
-    if (!found || !has(*found, property)) return unknown_name();
-    PageWidget& x = w(widget);
-    const WidgetKind k = x.info.kind;
-    return guarded_call([&] {
-        if (k == WidgetKind::TextBox && property == "Text")
-            set_text(x, vb::to_string(value));
-        else if (k == WidgetKind::Slider && property == "Value")
-            set_slider(x, vb::to_long(value), true);
-        else if (k == WidgetKind::OptionButton && property == "Value")
-            set_option(x, vb::to_boolean(value));
-        else if (k == WidgetKind::CheckBox && property == "Value")
-            set_check(x, vb::to_integer(value));
-        else
-            vb::raise_error(vb::kNoSuchMember);
-    });
-}
-
-// A click on an option button turns it on and clicks it even when it was on already; a click on
-// a check box toggles it between clear and ticked.
-HRESULT PropertyPage2::user_click(std::string_view widget) {
-    const PageWidget* found = find(widget);
-    if (!found) return unknown_name();
-    PageWidget& x = w(widget);
-    return guarded_call([&] {
-        if (x.info.kind == WidgetKind::OptionButton) {
-            if (x.value != 0)
-                raise_event(x, "Click");
-            else
-                set_option(x, true);
-        } else if (x.info.kind == WidgetKind::CheckBox) {
-            set_check(x, x.value == 1 ? 0 : 1);
-        } else {
-            vb::raise_error(vb::kNoSuchMember);
-        }
-    });
-}
-
-// ---- the page as the frame reaches it
-
-PropertyPageObject::PropertyPageObject(const platform::ModuleFacts& app) : page_(app) {}
-PropertyPageObject::~PropertyPageObject() = default;
-
-HRESULT PropertyPageObject::create(const platform::ModuleFacts& app,
-                                   kestrone::IKestronePropertyPage** out) {
-    if (!out) return kestrone::E_POINTER;
-    *out = nullptr;
-    return guarded_call([&] { *out = new PropertyPageObject(app); });
-}
-
-HRESULT PropertyPageObject::QueryInterface(const kestrone::Guid& iid, void** ppv) noexcept {
-    if (!ppv) return kestrone::E_POINTER;
-    *ppv = nullptr;
-    if (!(iid == kestrone::IID_IUnknown) && !(iid == kestrone::IID_IKestronePropertyPage))
-        return kestrone::E_NOINTERFACE;
-    *ppv = static_cast<kestrone::IKestronePropertyPage*>(this);
-    AddRef();
-    return kestrone::S_OK;
-}
-std::uint32_t PropertyPageObject::AddRef() noexcept {
-    return ++refs_;
-}
-std::uint32_t PropertyPageObject::Release() noexcept {
-    const std::uint32_t left = --refs_;
-    if (left == 0) delete this;
-    return left;
-}
-
-HRESULT PropertyPageObject::GetCaption(std::string* caption) noexcept {
-    if (!caption) return kestrone::E_POINTER;
-    return guarded_call([&] { *caption = std::string(PropertyPage2::kCaption); });
-}
-HRESULT PropertyPageObject::GetSize(std::int32_t* width, std::int32_t* height) noexcept {
-    if (!width || !height) return kestrone::E_POINTER;
-    *width = PropertyPage2::kWidth;
-    *height = PropertyPage2::kHeight;
-    return kestrone::S_OK;
-}
-HRESULT PropertyPageObject::GetWidgetCount(std::int32_t* count) noexcept {
-    if (!count) return kestrone::E_POINTER;
-    *count = static_cast<std::int32_t>(page_.widgets().size());
-    return kestrone::S_OK;
-}
-HRESULT PropertyPageObject::GetWidget(std::int32_t index, kestrone::WidgetInfo* info) noexcept {
-    if (!info) return kestrone::E_POINTER;
-    if (index < 0 || index >= static_cast<std::int32_t>(page_.widgets().size()))
-        return kestrone::basic_error_status(vb::kSubscriptOutOfRange);
-    return guarded_call([&] { *info = page_.widgets()[static_cast<std::size_t>(index)].info; });
-}
-
-HRESULT PropertyPageObject::SetSelectedControls(kestrone::IUnknown* const* controls,
-                                                std::int32_t count) noexcept {
-    if (count < 0 || (count > 0 && !controls)) return kestrone::E_INVALIDARG;
-    const HRESULT hr = guarded_call([&] {
-        std::vector<kestrone::ComPtr<kestrone::IKestroneDispatch>> selected;
-        for (std::int32_t i = 0; i < count; ++i) {
-            kestrone::ComPtr<kestrone::IKestroneDispatch> d;
-            if (controls[i]) controls[i]->QueryInterface(kestrone::IID_IKestroneDispatch, d.put());
-            selected.push_back(std::move(d));
-        }
-        page_.SelectedControls = std::move(selected);
-    });
-    if (kestrone::failed(hr)) return hr;
-    return page_.PropertyPage_SelectionChanged();
-}
-HRESULT PropertyPageObject::Apply() noexcept {
-    return page_.PropertyPage_ApplyChanges();
-}
-HRESULT PropertyPageObject::GetChanged(bool* changed) noexcept {
-    if (!changed) return kestrone::E_POINTER;
-    *changed = page_.Changed;
-    return kestrone::S_OK;
-}
-HRESULT PropertyPageObject::PutChanged(bool changed) noexcept {
-    page_.Changed = changed;
-    return kestrone::S_OK;
-}
-HRESULT PropertyPageObject::GetProperty(const std::string& widget, const std::string& property,
-                                        Variant* value) noexcept {
-    if (!value) return kestrone::E_POINTER;
-    HRESULT status = kestrone::S_OK;
-    const HRESULT hr = guarded_call([&] { status = page_.get(widget, property, *value); });
-    return kestrone::failed(hr) ? hr : status;
-}
-HRESULT PropertyPageObject::UserPut(const std::string& widget, const std::string& property,
-                                    const Variant& value) noexcept {
-    return page_.user_put(widget, property, value);
-}
-HRESULT PropertyPageObject::UserClick(const std::string& widget) noexcept {
-    return page_.user_click(widget);
-}
-HRESULT PropertyPageObject::GetChangeCount(std::uint32_t* count) noexcept {
-    if (!count) return kestrone::E_POINTER;
-    *count = page_.change_count();
-    return kestrone::S_OK;
 }
 
 }  // namespace rovanta

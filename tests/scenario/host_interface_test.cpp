@@ -73,6 +73,9 @@ TEST(Console, AnswersEveryLineAndKeepsGoing) {
     EXPECT_EQ(run.lines[0], "ok");
     for (int i : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 14, 15})
         EXPECT_THAT(run.lines[i], StartsWith("fail ")) << i;
+    EXPECT_EQ(run.lines[2], "fail MacroIsFunction takes 1 argument(s)");
+    EXPECT_EQ(run.lines[3], "fail MacroIsFunction takes 1 argument(s)");
+    EXPECT_EQ(run.lines[6], "fail MacroNames can't be written");
     EXPECT_EQ(run.lines[10], "error 9 Subscript out of range");
     EXPECT_EQ(run.lines[12], "ok 0%");
     EXPECT_EQ(run.lines[13], "error 9 Subscript out of range") << "no macro table yet";

@@ -1,7 +1,7 @@
 // The property page against a real control, reached by name as the frame's page reaches it.
 #include <gtest/gtest.h>
 
-#include "host/property_page.h"
+#include "host/property_page_object.h"
 #include "host_fixture.h"
 
 namespace {

@@ -53,7 +53,7 @@ TEST(Sensors, ArrowsSetTheValueAndTheBarFollows) {
                           {1, 3, 28, 977, 1202}};
     for (const Case& c : cases) {
         SimRobot robot;
-        if (c.scale) robot.object().put_IntegerSetting(0, 1);  // bReturnInt
+        if (c.scale) robot.object().put_bReturnInt(1);  // bReturnInt
         robot.panel().set_updown_value(
             robot.panel().ids().updownADC[static_cast<std::size_t>(c.panel)], c.value);
         const auto i = static_cast<std::size_t>(c.panel);
@@ -69,7 +69,7 @@ TEST(Sensors, ScaleChangeKeepsThePlaceNotTheNumber) {
     auto& p = robot.panel();
     p.set_updown_value(p.ids().updownADC[0], 100);
     p.set_updown_value(p.ids().updownADC[4], 100);
-    robot.object().put_IntegerSetting(0, 1);
+    robot.object().put_bReturnInt(1);
     EXPECT_EQ(robot.r().lADCVal[0], 401);
     EXPECT_EQ(robot.r().lADCVal[4], 401);
     EXPECT_EQ(robot.el("lblADCVal", 0).caption, "401");
@@ -77,12 +77,12 @@ TEST(Sensors, ScaleChangeKeepsThePlaceNotTheNumber) {
     EXPECT_EQ(robot.el("updownADC", 2).min, 1023);
     EXPECT_EQ(robot.el("updownADC", 2).max, 0);
     EXPECT_EQ(bar(robot, 0).top, 909.0f);
-    robot.object().put_IntegerSetting(0, 0);
+    robot.object().put_bReturnInt(0);
     EXPECT_EQ(robot.r().lADCVal[0], 100);
     // The span of panel 3 is shorter than 1023 steps: 28 by the arrows reads back as 29.
-    robot.object().put_IntegerSetting(0, 1);
+    robot.object().put_bReturnInt(1);
     p.set_updown_value(p.ids().updownADC[3], 28);
-    robot.object().put_IntegerSetting(0, 1);
+    robot.object().put_bReturnInt(1);
     EXPECT_EQ(robot.r().lADCVal[3], 29);
 }
 
@@ -142,7 +142,7 @@ TEST(Sensors, PressesOnFrameBarAndTrack) {
     };
     for (const Case& c : cases) {
         SimRobot robot;
-        if (c.scale) robot.object().put_IntegerSetting(0, 1);
+        if (c.scale) robot.object().put_bReturnInt(1);
         std::vector<kestrone::Variant> args{
             kestrone::Variant::integer(static_cast<std::int16_t>(c.panel)),
             kestrone::Variant::integer(static_cast<std::int16_t>(c.button)),
