@@ -124,6 +124,60 @@ TEST(PanelTimers, TicksComeInTimeOrderAndRestartWithTheirInterval) {
     EXPECT_THROW(p.tick(2), vb::BasicError);
 }
 
+TEST(PanelTimers, AHoldMovesTheBeatOnAndKeepsOneTickATimer) {
+    panel::Panel p;
+    TickLog log;
+    p.set_sink(&log);
+    const int t0 = p.ids().Timer1[0], t1 = p.ids().Timer1[1];
+    p.set_interval(t0, 30);  // due at 30, 60, ... ; timer 1 at 100, 200, ...
+    EXPECT_EQ(p.advance_to(250, true), 0);
+    EXPECT_EQ(p.now(), 250);
+    EXPECT_TRUE(log.ticks.empty());
+    EXPECT_EQ(p.kept_tick(), 0);
+    // Free again, and the clock asked to go back: it stays, and what was kept comes.
+    EXPECT_EQ(p.advance_to(100, false), 2);
+    EXPECT_EQ(p.now(), 250);
+    EXPECT_EQ(log.ticks, (std::vector<int>{0, 1}));
+    // On the old beat: 270 and 300 for timer 0, 300 for timer 1.
+    log.ticks.clear();
+    EXPECT_EQ(p.advance_to(300, false), 3);
+    EXPECT_EQ(log.ticks, (std::vector<int>{0, 0, 1}));
+
+    // A timer restarted or stopped while it waits owes nothing; a stopped one keeps nothing.
+    p.set_timer_enabled(t1, false);
+    EXPECT_EQ(p.advance_to(400, true), 0);
+    EXPECT_EQ(p.kept_tick(), 0);
+    p.set_interval(t0, 30);
+    EXPECT_EQ(p.kept_tick(), -1);
+    p.keep_tick(1);
+    EXPECT_EQ(p.kept_tick(), 1);
+    p.set_timer_enabled(t1, true);
+    EXPECT_EQ(p.kept_tick(), -1);
+    EXPECT_THROW(p.keep_tick(2), vb::BasicError);
+}
+
+TEST(PanelTimers, TheClockEndsRatherThanWraps) {
+    panel::Panel p;
+    TickLog log;
+    p.set_sink(&log);
+    constexpr std::int64_t kEnd = INT64_MAX;
+    // Held to 150 short of the end: both timers' next ticks come at ...700, 107 before it.
+    EXPECT_EQ(p.advance_to(kEnd - 150, true), 0);
+    std::int64_t due = 0;
+    int timer = -1;
+    ASSERT_TRUE(p.next_tick(&due, &timer));
+    EXPECT_EQ(due, kEnd - 107);
+    // The two kept ticks, both timers at 107 and at 7 before the end, and no more: the next
+    // would pass the end.
+    EXPECT_EQ(p.advance_to(kEnd, false), 6);
+    EXPECT_EQ(p.now(), kEnd);
+    EXPECT_FALSE(p.next_tick(&due, &timer));
+    EXPECT_EQ(p.advance_to(kEnd, false), 0);
+    // Restarted at the end, a timer never comes due.
+    p.set_interval(p.ids().Timer1[0], 1);
+    EXPECT_FALSE(p.next_tick(&due, &timer));
+}
+
 TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
     SimRobot robot;
     kestrone::ComPtr<kestrone::IKestronePanel> view;
