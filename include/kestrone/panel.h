@@ -146,6 +146,8 @@ class IKestronePanel : public IUnknown {
     // The panel's size in twips, and the twips to a pixel.
     virtual HRESULT GetSize(float* width_twips, float* height_twips) noexcept = 0;
     virtual HRESULT GetTwipsPerPixel(float* twips) noexcept = 0;
+    // The panel's own background, under all of its elements.
+    virtual HRESULT GetBackColour(Rgba* colour) noexcept = 0;
     // The container asks for a size; the panel answers with a Resize of its own.
     virtual HRESULT SetSize(float width_twips, float height_twips) noexcept = 0;
     // The panel must be repainted (the panel's Paint event).

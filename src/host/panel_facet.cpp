@@ -1,6 +1,7 @@
 #include "host/panel_facet.h"
 
 #include "host/guarded_call.h"
+#include "panel/colours.h"
 #include "panel/element_view.h"
 #include "panel/picture_data.h"
 #include "panel/properties.h"
@@ -91,6 +92,12 @@ HRESULT PanelFacet::GetSize(float* width_twips, float* height_twips) noexcept {
 HRESULT PanelFacet::GetTwipsPerPixel(float* twips) noexcept {
     if (!twips) return kestrone::E_POINTER;
     *twips = core_.panel.twips_per_pixel();
+    return S_OK;
+}
+
+HRESULT PanelFacet::GetBackColour(kestrone::Rgba* colour) noexcept {
+    if (!colour) return kestrone::E_POINTER;
+    *colour = panel::resolve_colour(core_.panel.back_colour());
     return S_OK;
 }
 

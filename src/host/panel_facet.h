@@ -30,6 +30,7 @@ class PanelFacet final : public kestrone::IKestronePanel,
                                          std::uint64_t* now) noexcept override;
     kestrone::HRESULT GetSize(float* width_twips, float* height_twips) noexcept override;
     kestrone::HRESULT GetTwipsPerPixel(float* twips) noexcept override;
+    kestrone::HRESULT GetBackColour(kestrone::Rgba* colour) noexcept override;
     kestrone::HRESULT SetSize(float width_twips, float height_twips) noexcept override;
     kestrone::HRESULT Paint() noexcept override;
     kestrone::HRESULT Pointer(kestrone::PointerAction action, std::int32_t buttons,

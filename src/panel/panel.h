@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "kestrone/panel.h"
+#include "panel/colours.h"
 
 namespace panel {
 
@@ -112,6 +113,8 @@ class Panel {
     void set_width_twips(float v);
     void set_height_twips(float v);
     float twips_per_pixel() const { return twips_per_pixel_; }
+    // The panel's own BackColor, the runtime's colour: the buttons' face.
+    std::uint32_t back_colour() const { return kButtonFace; }
     // The panel's ScaleX and ScaleY from its own scale (pixels) to twips, and back.
     float pixels_to_twips_x(float px) const;
     float pixels_to_twips_y(float px) const;
