@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "panel/element_view.h"
 #include "panel/picture_data.h"
@@ -63,6 +64,7 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         {"imSlideBase", 0, {33, 15, 12, 80}, {8, 0, 56, 125}},
         {"imageLedOff", 7, {86, 80, 23, 26}, {82, 68, 186, 57}},
         {"imageLedOff", 0, {240, 80, 23, 26}, {82, 68, 186, 57}},
+        {"chkSwitchRight", -1, {106, 13, 32, 45}, {65, 0, 78, 62}},
         // Cut at the panel's bottom edge, and at its top for the frame that starts above it.
         {"Picture1", -1, {91, 243, 167, 47}, whole},
         {"imDirection", 0, {144, -4, 64, 72}, {144, 0, 64, 86}},
@@ -73,6 +75,7 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         EXPECT_EQ(v.clip, c.clip) << c.name << "(" << c.index << ")";
         EXPECT_TRUE(v.shown) << c.name;
     }
+    EXPECT_EQ(robot.look("lblADCVal", 3).box.top, 224.0f);  // autosized: its width follows its text
     // A bar moves in twips; a frame that moves takes its elements along.
     robot.put("imSlideBar", 0, "Top", Variant::single(725));
     EXPECT_EQ(robot.look("imSlideBar", 0).box.top, 725.0f / 15.0f);
@@ -93,8 +96,13 @@ TEST(PanelView, PaintOrderPutsEachFrameBeforeItsElementsInTheirStacking) {
     std::map<int, int> rank;
     for (std::size_t i = 0; i < order.size(); ++i)
         rank[order[i]] = static_cast<int>(i);
-    // Everything but the two timers, once each, with its place in the order in its view.
+    // Everything but the two timers, once each, with its place in the order in its view; and no
+    // element twice under one name and index.
     ASSERT_EQ(rank.size(), order.size());
+    std::set<std::pair<std::string, int>> names;
+    for (int id = 0; id < robot.panel().count(); ++id)
+        EXPECT_TRUE(names.emplace(robot.panel().at(id).name, robot.panel().at(id).index).second)
+            << robot.panel().at(id).name << "(" << robot.panel().at(id).index << ")";
     EXPECT_EQ(order.size(), static_cast<std::size_t>(robot.panel().count() - 2));
     for (int id = 0; id < robot.panel().count(); ++id) {
         ElementView v;
