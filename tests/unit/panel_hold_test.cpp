@@ -161,6 +161,9 @@ TEST(PanelHold, WithTheThreadFreeInputAndAskedTicksGoStraightIn) {
     EXPECT_EQ(due, 100);  // a tick asked for leaves the beat alone
     EXPECT_EQ(panel.Tick(2), kestrone::basic_error_status(vb::kControlArrayElementMissing));
     EXPECT_EQ(panel.AdvanceTo(0, nullptr), kestrone::E_POINTER);
+    EXPECT_EQ(panel.NextTick(nullptr, &timer), kestrone::E_POINTER);
+    EXPECT_EQ(panel.NextTick(&due, nullptr), kestrone::E_POINTER);
+    EXPECT_EQ(panel.GetClock(nullptr), kestrone::E_POINTER);
 }
 
 }  // namespace
