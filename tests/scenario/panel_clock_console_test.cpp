@@ -1,5 +1,5 @@
-// The console's clock: `advance` as a step of the panel's clock, `tick`, and the simulated second
-// that `kestrone-host info` reports.
+// The console's clock: `advance` as a step of the panel's clock, `tick`, the panel commands' bad
+// input, and the simulated second that `kestrone-host info` reports.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -18,10 +18,13 @@ TEST(PanelClockConsole, AdvanceStepsTheClockAndTickLeavesTheBeat) {
     ComponentFolder robot(shipped_code_file());
     const auto run = robot.run(
         "advance 99\nadvance 1\nadvance 0\ntick 0\nadvance 100\n"
-        "tick 3000000000\nmouse jump 1 2 3\n");
+        "tick 3000000000\nmouse jump 1 2 3\narrow updownADC(0) sideways\n"
+        "put imageUp(0).Visible x True\n");
     EXPECT_THAT(run.lines, ElementsAre("ok", "ok 0&", "ok 2&", "ok 0&", "ok", "ok 2&",
                                        "fail not a timer index: 3000000000",
-                                       "fail mouse takes down, move or up, not jump"))
+                                       "fail mouse takes down, move or up, not jump",
+                                       "fail arrow takes ELEMENT up or ELEMENT down",
+                                       "fail put takes ELEMENT.PROPERTY = VALUE"))
         << run.text();
 }
 

@@ -65,6 +65,8 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         {"imageLedOff", 7, {86, 80, 23, 26}, {82, 68, 186, 57}},
         {"imageLedOff", 0, {240, 80, 23, 26}, {82, 68, 186, 57}},
         {"chkSwitchRight", -1, {106, 13, 32, 45}, {65, 0, 78, 62}},
+        {"chkLineLeft", -1, {214, 13, 32, 45}, {209, 0, 78, 62}},
+        {"imageUp", 0, {47, 245, 26, 26}, {8, 189, 78, 93}},
         // Cut at the panel's bottom edge, and at its top for the frame that starts above it.
         {"Picture1", -1, {91, 243, 167, 47}, whole},
         {"imDirection", 0, {144, -4, 64, 72}, {144, 0, 64, 86}},
@@ -280,6 +282,11 @@ TEST(PanelView, BadArgumentsAndMissingOutPointers) {
     EXPECT_EQ(v.GetPicture(1, nullptr, &h, &rgba), kestrone::E_POINTER);
     EXPECT_EQ(v.GetPicture(1, &w, nullptr, &rgba), kestrone::E_POINTER);
     EXPECT_EQ(v.GetPicture(1, &w, &h, nullptr), kestrone::E_POINTER);
+    kestrone::ComPtr<kestrone::IKestronePanelInspection> inspect;
+    ASSERT_EQ(
+        robot.unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect.put()),
+        S_OK);
+    EXPECT_EQ(inspect->RaiseEvent("Timer1_Timer", nullptr, 1), kestrone::E_INVALIDARG);
     // None, one past the last heading, and a number whose low byte names the lit LED.
     for (std::uint32_t bad : {0u, 29u, 257u}) {
         EXPECT_EQ(v.GetPicture(bad, &w, &h, &rgba), kestrone::E_INVALIDARG) << bad;
