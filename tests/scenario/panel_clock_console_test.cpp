@@ -1,5 +1,5 @@
 // The console's clock: `advance` as a step of the panel's clock, `tick`, the panel commands' bad
-// input, and the simulated second that `kestrone-host info` reports.
+// input, and the simulated second that `kestrone-host info` reports beside the module's macros.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -38,6 +38,9 @@ TEST(PanelClockConsole, TheInfoReportRunsASimulatedSecond) {
     for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
         text.push_back(static_cast<char>(c));
     EXPECT_EQ(::pclose(pipe), 0);
+    EXPECT_THAT(text, HasSubstr("Component version: 5.0\n"));
+    EXPECT_THAT(text, HasSubstr("Macros (21):\n   0  int ReadAnalogue(char Channel)  [private]\n"));
+    EXPECT_THAT(text, HasSubstr("\n  20  char ReadLine(char Side)\n"));
     // Both timers at (256 - 200) x 2 = 112 ms: eight ticks each, the right wheel backwards.
     EXPECT_THAT(text, HasSubstr("speeds 200% and -200%, timers every 112& ms\n"));
     EXPECT_THAT(text, HasSubstr("after 1000 ms: 16 ticks, wheel phases 8% and 3%"));

@@ -287,6 +287,10 @@ TEST(PanelView, BadArgumentsAndMissingOutPointers) {
         robot.unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect.put()),
         S_OK);
     EXPECT_EQ(inspect->RaiseEvent("Timer1_Timer", nullptr, 1), kestrone::E_INVALIDARG);
+    // An element that is there but takes no click or arrow: the runtime's invalid call.
+    EXPECT_EQ(v.Click(0), kestrone::basic_error_status(vb::kInvalidCall));
+    EXPECT_EQ(v.Arrow(0, true), kestrone::basic_error_status(vb::kInvalidCall));
+    EXPECT_EQ(v.Arrow(count, true), kestrone::E_INVALIDARG);
     // None, one past the last heading, and a number whose low byte names the lit LED.
     for (std::uint32_t bad : {0u, 29u, 257u}) {
         EXPECT_EQ(v.GetPicture(bad, &w, &h, &rgba), kestrone::E_INVALIDARG) << bad;
