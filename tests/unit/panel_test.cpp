@@ -255,6 +255,11 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
             << p.element << "." << p.property;
     EXPECT_TRUE(robot.r().Pins(10).SimValue);
     EXPECT_EQ(robot.r().lADCVal[1], 255);
+    // A range's ends as written.
+    EXPECT_EQ(inspect->PutProperty("updownADC", &one, "Min", Variant::long_(7)), S_OK);
+    EXPECT_EQ(inspect->PutProperty("updownADC", &one, "Max", Variant::long_(300)), S_OK);
+    EXPECT_EQ(robot.el("updownADC", 1).min, 7);
+    EXPECT_EQ(robot.el("updownADC", 1).max, 300);
     EXPECT_EQ(robot.el("updownADC", 1).value, 255);
 }
 

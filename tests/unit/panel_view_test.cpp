@@ -64,6 +64,8 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         {"imSlideBase", 0, {33, 15, 12, 80}, {8, 0, 56, 125}},
         {"imageLedOff", 7, {86, 80, 23, 26}, {82, 68, 186, 57}},
         {"imageLedOff", 0, {240, 80, 23, 26}, {82, 68, 186, 57}},
+        {"frameMotor", 0, {8, 189, 78, 93}, whole},
+        {"chkSwitchLeft", -1, {70, 13, 32, 45}, {65, 0, 78, 62}},
         {"chkSwitchRight", -1, {106, 13, 32, 45}, {65, 0, 78, 62}},
         {"chkLineLeft", -1, {214, 13, 32, 45}, {209, 0, 78, 62}},
         {"imageUp", 0, {47, 245, 26, 26}, {8, 189, 78, 93}},
