@@ -58,6 +58,7 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         const char* name;
         int index;
         PanelRect box, clip;
+        bool shown = true;
     };
     const Case cases[] = {
         {"frameMotor", 1, {266, 189, 78, 93}, whole},
@@ -69,6 +70,7 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         {"chkSwitchRight", -1, {106, 13, 32, 45}, {65, 0, 78, 62}},
         {"chkLineLeft", -1, {214, 13, 32, 45}, {209, 0, 78, 62}},
         {"imageUp", 0, {47, 245, 26, 26}, {8, 189, 78, 93}},
+        {"imageStopped", 1, {305, 245, 26, 26}, {266, 189, 78, 93}, false},
         // Cut at the panel's bottom edge, and at its top for the frame that starts above it.
         {"Picture1", -1, {91, 243, 167, 47}, whole},
         {"imDirection", 0, {144, -4, 64, 72}, {144, 0, 64, 86}},
@@ -77,9 +79,13 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         const ElementView v = robot.look(c.name, c.index);
         EXPECT_EQ(v.box, c.box) << c.name << "(" << c.index << ")";
         EXPECT_EQ(v.clip, c.clip) << c.name << "(" << c.index << ")";
-        EXPECT_TRUE(v.shown) << c.name;
+        EXPECT_EQ(v.shown, c.shown) << c.name;
     }
-    EXPECT_EQ(robot.look("lblADCVal", 3).box.top, 224.0f);  // autosized: its width follows its text
+    // Captions sized to their text keep their left and top.
+    EXPECT_EQ(robot.look("lblADCVal", 3).box.top, 224.0f);
+    EXPECT_EQ(robot.look("lblADCVal", 2).box.left, 110.0f);
+    // The lit LED, hidden, has its place all the same: a pixel higher and taller than the dark.
+    EXPECT_EQ(robot.look("imageLedOn", 0).box, (PanelRect{240, 79, 23, 27}));
     // A bar moves in twips; a frame that moves takes its elements along.
     robot.put("imSlideBar", 0, "Top", Variant::single(725));
     EXPECT_EQ(robot.look("imSlideBar", 0).box.top, 725.0f / 15.0f);
@@ -92,6 +98,8 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
     EXPECT_TRUE(robot.el("imageUp", 0).visible);
     EXPECT_TRUE(robot.look("imageUp", 1).shown);
     EXPECT_FALSE(robot.look("imageDown", 1).shown);
+    robot.put("Frame1", -1, "Visible", Variant::boolean(false));
+    EXPECT_FALSE(robot.look("imageLedOff", 3).shown);
 }
 
 TEST(PanelView, PaintOrderPutsEachFrameBeforeItsElementsInTheirStacking) {
