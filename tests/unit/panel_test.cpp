@@ -231,6 +231,7 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
               kestrone::basic_error_status(vb::kControlArrayElementMissing));
     EXPECT_EQ(inspect->GetProperty("WheelLine", &one, "Caption", &v), kestrone::DISP_E_UNKNOWNNAME);
     EXPECT_EQ(inspect->GetProperty("Nothing", nullptr, "Top", &v), kestrone::DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(inspect->GetProperty("Nothing", &one, "Top", &v), kestrone::DISP_E_UNKNOWNNAME);
     struct Put {
         const char* element;
         const std::int32_t* index;

@@ -71,6 +71,9 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         {"chkLineLeft", -1, {214, 13, 32, 45}, {209, 0, 78, 62}},
         {"imageUp", 0, {47, 245, 26, 26}, {8, 189, 78, 93}},
         {"imageStopped", 1, {305, 245, 26, 26}, {266, 189, 78, 93}, false},
+        {"imageDown", 0, {47, 245, 26, 26}, {8, 189, 78, 93}, false},
+        {"lblLED", 8, {94, 106, 6, 13}, {82, 68, 186, 57}},
+        {"lblLED", 15, {248, 105, 6, 13}, {82, 68, 186, 57}},
         // Cut at the panel's bottom edge, and at its top for the frame that starts above it.
         {"Picture1", -1, {91, 243, 167, 47}, whole},
         {"imDirection", 0, {144, -4, 64, 72}, {144, 0, 64, 86}},
@@ -84,6 +87,8 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
     // Captions sized to their text keep their left and top.
     EXPECT_EQ(robot.look("lblADCVal", 3).box.top, 224.0f);
     EXPECT_EQ(robot.look("lblADCVal", 2).box.left, 110.0f);
+    EXPECT_EQ(robot.look("lblADCVal", 4).box.left, 316.0f);
+    EXPECT_EQ(robot.look("lblADCVal", 4).box.height, 13.0f);
     // The lit LED, hidden, has its place all the same: a pixel higher and taller than the dark.
     EXPECT_EQ(robot.look("imageLedOn", 0).box, (PanelRect{240, 79, 23, 27}));
     // A bar moves in twips; a frame that moves takes its elements along.
@@ -205,6 +210,10 @@ TEST(PanelView, StylesAndColoursComeResolved) {
         EXPECT_EQ(v.light, white) << c.name;
         EXPECT_EQ(v.shadow, rgb(0xACA899)) << c.name;
     }
+    // A flat single line round the signs and the speed, none round its label.
+    EXPECT_EQ(robot.el("imageDown", 0).border_style, 1);
+    EXPECT_EQ(robot.el("lblSpeedVal", 1).border_style, 1);
+    EXPECT_EQ(robot.el("lblSpeed", 1).border_style, 0);
     Rgba back;
     ASSERT_EQ(robot.view().GetBackColour(&back), S_OK);
     EXPECT_EQ(back, face);
