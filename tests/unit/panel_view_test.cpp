@@ -73,6 +73,7 @@ TEST(PanelView, BoxesAndClipsAreInPanelPixelsAndFollowTheirFrames) {
         {"imageStopped", 1, {305, 245, 26, 26}, {266, 189, 78, 93}, false},
         {"imageDown", 0, {47, 245, 26, 26}, {8, 189, 78, 93}, false},
         {"lblLED", 8, {94, 106, 6, 13}, {82, 68, 186, 57}},
+        {"Shape1", 4, {309, 143, 32, 20}, {214, 126, 130, 60}},
         {"lblLED", 15, {248, 105, 6, 13}, {82, 68, 186, 57}},
         // Cut at the panel's bottom edge, and at its top for the frame that starts above it.
         {"Picture1", -1, {91, 243, 167, 47}, whole},
@@ -151,7 +152,8 @@ TEST(PanelView, PaintOrderPutsEachFrameBeforeItsElementsInTheirStacking) {
 
 TEST(PanelView, ThePointerFindsTheFrontmostPaintedBoxUnderIt) {
     ViewedRobot robot;
-    robot.put("imSlideBar", 2, "Left", Variant::single(1000));  // between whole pixels
+    robot.put("imSlideBar", 2, "Left", Variant::single(1000));   // between whole pixels
+    robot.put("imageLedOff", 0, "Left", Variant::single(2600));  // partly beyond Frame1
     const std::vector<std::int32_t> order = robot.order();
     std::vector<ElementView> views(static_cast<std::size_t>(robot.panel().count()));
     for (int id : order)
