@@ -18,14 +18,16 @@ TEST(PanelClockConsole, AdvanceStepsTheClockAndTickLeavesTheBeat) {
     ComponentFolder robot(shipped_code_file());
     const auto run = robot.run(
         "advance 99\nadvance 1\nadvance 0\ntick 0\nadvance 100\n"
-        "tick 3000000000\nmouse down 1 2\nmouse down x 1 1\nmouse jump 1 2 3\narrow updownADC(0) "
+        "tick 3000000000\nmouse down 1 2\nmouse down x 1 1\nmouse down 1 x 5\nmouse jump 1 2 "
+        "3\narrow updownADC(0) "
         "sideways\n"
         "put imageUp(0).Visible x True\n");
     EXPECT_THAT(
         run.lines,
         ElementsAre("ok", "ok 0&", "ok 2&", "ok 0&", "ok", "ok 2&",
                     "fail not a timer index: 3000000000", "fail mouse takes down|move|up B X Y",
-                    "fail not a button number: x", "fail mouse takes down, move or up, not jump",
+                    "fail not a button number: x", "fail mouse takes X and Y as numbers",
+                    "fail mouse takes down, move or up, not jump",
                     "fail arrow takes ELEMENT up or ELEMENT down",
                     "fail put takes ELEMENT.PROPERTY = VALUE"))
         << run.text();
