@@ -91,12 +91,13 @@ void Advance10000AtFullSpeed(benchmark::State& state) {
     Variant affected;
     c->SimMacroCall(9, full, &ret, &affected, &cycles);
     c->StartSimulation();
-    std::int32_t ticks = 0;
+    std::int64_t now = 0, ticks = 0;
     for (auto _ : state) {
-        panel->Advance(10000, &ticks);
+        panel->GetClock(&now);
+        panel->AdvanceTo(now + 10000, &ticks);
         if (ticks != 10000) std::abort();
     }
-    state.counters["ticks"] = ticks;
+    state.counters["ticks"] = static_cast<double>(ticks);
 }
 BENCHMARK(Advance10000AtFullSpeed)->Unit(benchmark::kMillisecond);
 

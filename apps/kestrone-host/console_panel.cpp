@@ -195,10 +195,17 @@ void ConsoleSession::cmd_advance(const CommandLine& c) {
     if (!ms || *ms != std::floor(*ms) || *ms < 0 || *ms > 9.2e18)
         return out_.fail("advance takes a whole number of milliseconds, 0 or more");
     if (!have_panel()) return;
-    std::int32_t ticks = 0;
-    const HRESULT hr = panel_->Advance(static_cast<std::int64_t>(*ms), &ticks);
+    std::int64_t now = 0, ticks = 0;
+    panel_->GetClock(&now);
+    const auto step = static_cast<std::int64_t>(*ms);
+    const std::int64_t until = now > INT64_MAX - step ? INT64_MAX : now + step;
+    const HRESULT hr = panel_->AdvanceTo(until, &ticks);
     if (kestrone::failed(hr)) return out_.error(hr);
-    out_.ok(format_value(Variant::long_(ticks)));
+    // The answer is a 32-bit count.
+    if (ticks > INT32_MAX)
+        return out_.fail("advance raised " + std::to_string(ticks) +
+                         " ticks, more than a 32-bit count holds");
+    out_.ok(format_value(Variant::long_(static_cast<std::int32_t>(ticks))));
 }
 
 }  // namespace console

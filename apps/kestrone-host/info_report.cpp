@@ -65,14 +65,16 @@ void write_simulated_run(const ComPtr<kestrone::IUnknown>& object, std::ostream&
     const Variant motors = Variant::array(
         kestrone::VarType::Variant, 0,
         {Variant::integer(0), Variant::integer(200), Variant::integer(255), Variant::integer(56)});
-    std::int32_t ret = 0, cycles = 0, ticks = 0;
+    std::int32_t ret = 0, cycles = 0;
+    std::int64_t now = 0, ticks = 0;
     Variant affected;
     c->StartSimulation();
     c->SimMacroCall(9, motors, &ret, &affected, &cycles);
     out << "  SetMotors 0, 200, 255, 56: speeds " << field("iMotorSpeed", 0) << " and "
         << field("iMotorSpeed", 1) << ", timers every " << property("Timer1", 0, "Interval")
         << " ms\n";
-    panel->Advance(1000, &ticks);
+    panel->GetClock(&now);
+    panel->AdvanceTo(now + 1000, &ticks);
     out << "  after 1000 ms: " << ticks << " ticks, wheel phases " << field("iWheelPhase", 0)
         << " and " << field("iWheelPhase", 1) << ", heading picture 8 shown "
         << property("imDirection", 8, "Visible") << "\n";

@@ -1,8 +1,9 @@
 #include "host/panel_facet.h"
 
-#include <limits>
-
 #include "host/guarded_call.h"
+#include "panel/colours.h"
+#include "panel/element_view.h"
+#include "panel/picture_data.h"
 #include "panel/properties.h"
 
 namespace rovanta {
@@ -94,6 +95,12 @@ HRESULT PanelFacet::GetTwipsPerPixel(float* twips) noexcept {
     return S_OK;
 }
 
+HRESULT PanelFacet::GetBackColour(kestrone::Rgba* colour) noexcept {
+    if (!colour) return kestrone::E_POINTER;
+    *colour = panel::resolve_colour(core_.panel.back_colour());
+    return S_OK;
+}
+
 HRESULT PanelFacet::SetSize(float width_twips, float height_twips) noexcept {
     return guarded_call([&] {
         core_.panel.set_width_twips(width_twips);
@@ -105,22 +112,58 @@ HRESULT PanelFacet::Paint() noexcept {
     return guarded_call([&] { core_.panel.paint(); });
 }
 
+// While the component holds the thread the panel takes no input, as under a modal box.
 HRESULT PanelFacet::Pointer(kestrone::PointerAction action, std::int32_t buttons,
                             std::int32_t shift, float x, float y) noexcept {
     if (action != kestrone::PointerAction::Down && action != kestrone::PointerAction::Move &&
         action != kestrone::PointerAction::Up)
         return kestrone::E_INVALIDARG;
+    if (core_.HoldingThread()) {
+        // A release still ends the press, so that no element keeps the pointer afterwards.
+        if (action == kestrone::PointerAction::Up) core_.panel.release_capture();
+        return kestrone::S_FALSE;
+    }
     return guarded_call([&] { core_.panel.pointer(action, buttons, shift, x, y); });
 }
 
 HRESULT PanelFacet::Click(std::int32_t id) noexcept {
     if (id < 0 || id >= core_.panel.count()) return kestrone::E_INVALIDARG;
+    if (core_.HoldingThread()) return kestrone::S_FALSE;
     return guarded_call([&] { core_.panel.click(id); });
 }
 
 HRESULT PanelFacet::Arrow(std::int32_t id, bool up) noexcept {
     if (id < 0 || id >= core_.panel.count()) return kestrone::E_INVALIDARG;
+    if (core_.HoldingThread()) return kestrone::S_FALSE;
     return guarded_call([&] { core_.panel.arrow(id, up); });
+}
+
+HRESULT PanelFacet::GetElementView(std::int32_t id, kestrone::ElementView* view) noexcept {
+    if (!view) return kestrone::E_POINTER;
+    if (id < 0 || id >= core_.panel.count()) return kestrone::E_INVALIDARG;
+    return guarded_call([&] { *view = panel::element_view(core_.panel, id); });
+}
+
+HRESULT PanelFacet::GetPaintOrder(std::vector<std::int32_t>* back_to_front) noexcept {
+    if (!back_to_front) return kestrone::E_POINTER;
+    const std::vector<int>& order = core_.panel.paint_order();
+    return guarded_call([&] { back_to_front->assign(order.begin(), order.end()); });
+}
+
+HRESULT PanelFacet::GetPicture(std::uint32_t picture, std::int32_t* width, std::int32_t* height,
+                               std::vector<std::uint8_t>* rgba) noexcept {
+    if (!width || !height || !rgba) return kestrone::E_POINTER;
+    // A role is a byte: a larger number names no picture, whatever its low byte.
+    const panel::PictureData* data =
+        picture <= 0xFF ? panel::picture_data(static_cast<panel::PictureRole>(picture)) : nullptr;
+    if (!data) return kestrone::E_INVALIDARG;
+    const auto bytes =
+        static_cast<std::size_t>(data->width) * static_cast<std::size_t>(data->height) * 4;
+    return guarded_call([&] {
+        rgba->assign(data->rgba, data->rgba + bytes);
+        *width = data->width;
+        *height = data->height;
+    });
 }
 
 HRESULT PanelFacet::GetClock(std::int64_t* now_ms) noexcept {
@@ -131,12 +174,15 @@ HRESULT PanelFacet::GetClock(std::int64_t* now_ms) noexcept {
 
 HRESULT PanelFacet::NextTick(std::int64_t* due_ms, std::int32_t* timer) noexcept {
     if (!due_ms || !timer) return kestrone::E_POINTER;
-    int t = -1;
+    // A kept tick is due at once, but only once the thread is free to take it.
+    const int kept = core_.HoldingThread() ? -1 : core_.panel.kept_tick();
     std::int64_t due = 0;
-    if (core_.panel.has_deferred()) {
-        due = core_.panel.now();  // a tick that waited is due at once
-        t = 0;
+    int t = -1;
+    if (kept >= 0) {
+        due = core_.panel.now();
+        t = kept;
     } else if (!core_.panel.next_tick(&due, &t)) {
+        due = 0;
         t = -1;
     }
     *due_ms = due;
@@ -147,24 +193,22 @@ HRESULT PanelFacet::NextTick(std::int64_t* due_ms, std::int32_t* timer) noexcept
 HRESULT PanelFacet::Tick(std::int32_t timer) noexcept {
     if (timer < 0 || timer >= core_.panel.timer_count())
         return kestrone::basic_error_status(vb::kControlArrayElementMissing);
-    // Ticks never run inside a message box or a tone: this one waits for the thread.
     if (core_.HoldingThread()) {
-        core_.panel.defer_tick(timer);
+        core_.panel.keep_tick(timer);
         return kestrone::S_FALSE;
     }
     return guarded_call([&] {
-        core_.panel.deliver_deferred();
+        core_.panel.advance_to(core_.panel.now(), false);  // what was kept comes first
         core_.panel.tick(timer);
     });
 }
 
-HRESULT PanelFacet::Advance(std::int64_t ms, std::int32_t* ticks) noexcept {
+HRESULT PanelFacet::AdvanceTo(std::int64_t now_ms, std::int64_t* ticks) noexcept {
     if (!ticks) return kestrone::E_POINTER;
-    std::int64_t count = 0;
-    const HRESULT hr = guarded_call([&] { count = core_.panel.advance(ms); });
-    *ticks = static_cast<std::int32_t>(
-        std::min<std::int64_t>(count, std::numeric_limits<std::int32_t>::max()));
-    return hr;
+    *ticks = 0;
+    const bool held = core_.HoldingThread();
+    const HRESULT hr = guarded_call([&] { *ticks = core_.panel.advance_to(now_ms, held); });
+    return held && hr == S_OK ? kestrone::S_FALSE : hr;
 }
 
 // ---- IKestronePanelInspection

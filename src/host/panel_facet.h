@@ -30,16 +30,22 @@ class PanelFacet final : public kestrone::IKestronePanel,
                                          std::uint64_t* now) noexcept override;
     kestrone::HRESULT GetSize(float* width_twips, float* height_twips) noexcept override;
     kestrone::HRESULT GetTwipsPerPixel(float* twips) noexcept override;
+    kestrone::HRESULT GetBackColour(kestrone::Rgba* colour) noexcept override;
     kestrone::HRESULT SetSize(float width_twips, float height_twips) noexcept override;
     kestrone::HRESULT Paint() noexcept override;
     kestrone::HRESULT Pointer(kestrone::PointerAction action, std::int32_t buttons,
                               std::int32_t shift, float x, float y) noexcept override;
     kestrone::HRESULT Click(std::int32_t id) noexcept override;
     kestrone::HRESULT Arrow(std::int32_t id, bool up) noexcept override;
+    kestrone::HRESULT GetElementView(std::int32_t id,
+                                     kestrone::ElementView* view) noexcept override;
+    kestrone::HRESULT GetPaintOrder(std::vector<std::int32_t>* back_to_front) noexcept override;
+    kestrone::HRESULT GetPicture(std::uint32_t picture, std::int32_t* width, std::int32_t* height,
+                                 std::vector<std::uint8_t>* rgba) noexcept override;
     kestrone::HRESULT GetClock(std::int64_t* now_ms) noexcept override;
     kestrone::HRESULT NextTick(std::int64_t* due_ms, std::int32_t* timer) noexcept override;
     kestrone::HRESULT Tick(std::int32_t timer) noexcept override;
-    kestrone::HRESULT Advance(std::int64_t ms, std::int32_t* ticks) noexcept override;
+    kestrone::HRESULT AdvanceTo(std::int64_t now_ms, std::int64_t* ticks) noexcept override;
 
     // IKestronePanelInspection
     kestrone::HRESULT GetProperty(const std::string& element, const std::int32_t* index,

@@ -4,6 +4,9 @@
 
 #include <array>
 
+#include "panel/colours.h"
+#include "panel/geometry.h"
+
 namespace panel {
 
 namespace {
@@ -11,14 +14,14 @@ namespace {
 using K = ElementKind;
 using P = PictureRole;
 
-// The runtime's colours: 0x00BBGGRR, or a system colour.
-constexpr std::uint32_t kButtonFace = 0x8000000F, kButtonText = 0x80000012;
-constexpr std::uint32_t kWindowBackground = 0x80000005, kWindowText = 0x80000008;
+// The runtime's colours: 0x00BBGGRR.
 constexpr std::uint32_t kPureGreen = 0x0000FF00, kOlive = 0x00008080;
 
 // How an element looks beyond its place.
 enum class Style : std::uint8_t {
-    Plain,         // an image or a timer
+    Timer,         // not drawn
+    Image,         // an image at its picture's size
+    PictureBox,    // the logo's box
     Bordered,      // an image with a flat single-line border
     Group,         // a frame with its caption in the border
     ValueCaption,  // green on the plate, transparent, centred, sized to its text
@@ -53,11 +56,12 @@ constexpr Row kTopLevel[] = {
     {"frameSwitches", -1, K::Frame, 975, 0, 1170, 930, "Switches", P::None, Style::Group, true},
     {"frameLineFollowers", -1, K::Frame, 3135, 0, 1170, 930, "Line followers", P::None,
      Style::Group, true},
-    {"Picture1", -1, K::PictureBox, 1365, 3645, 2505, 705, "", P::Logo, Style::Plain, true},
-    {"frameDirImages", -1, K::Frame, 2160, -60, 960, 1350, "", P::None, Style::Plain, true},
+    {"Picture1", -1, K::PictureBox, 1365, 3645, 2505, 705, "", P::Logo, Style::PictureBox, true},
+    // Its border, without a caption, lies wholly behind its pictures and Frame1.
+    {"frameDirImages", -1, K::Frame, 2160, -60, 960, 1350, "", P::None, Style::Group, true},
     // Not drawn; ticking from the start.
-    {"Timer1", 0, K::Timer, 0, 0, 0, 0, "", P::None, Style::Plain, true},
-    {"Timer1", 1, K::Timer, 0, 0, 0, 0, "", P::None, Style::Plain, true},
+    {"Timer1", 0, K::Timer, 0, 0, 0, 0, "", P::None, Style::Timer, true},
+    {"Timer1", 1, K::Timer, 0, 0, 0, 0, "", P::None, Style::Timer, true},
 };
 
 // A sensor panel's elements, front to back: arrows, bar, caption, plate, track.
@@ -112,7 +116,7 @@ constexpr Row kMotorPanel[] = {
     {"imageDown", 0, K::Image, 585, 840, 390, 390, "", P::MotorBackward, Style::Bordered, false},
 };
 constexpr Row kWheelBase{"WheelBase", 0,  K::Image,     45,           195, 435,
-                         1140,        "", P::WheelDrum, Style::Plain, true};
+                         1140,        "", P::WheelDrum, Style::Image, true};
 
 // The wheel lines' places in the panel's data; start-up replaces them.
 constexpr std::array<std::array<float, 2>, 22> kWheelLinePlaces{{
@@ -161,7 +165,19 @@ constexpr TabStop kTabOrder[] = {
     {"updownADC", 4},       {"frameDirImages", -1},
 };
 
+// The view's style of each of the layout's, by Style.
+constexpr ElementStyle kViewStyles[] = {
+    ElementStyle::None,       ElementStyle::Picture,
+    ElementStyle::PictureBox, ElementStyle::BorderedPicture,
+    ElementStyle::GroupFrame, ElementStyle::Label,
+    ElementStyle::Label,      ElementStyle::Label,
+    ElementStyle::Label,      ElementStyle::GraphicalCheckBox,
+    ElementStyle::Plate,      ElementStyle::Arrows,
+};
+static_assert(std::size(kViewStyles) == static_cast<std::size_t>(Style::Arrows) + 1);
+
 void apply_style(Element& e, Style style) {
+    e.style = kViewStyles[static_cast<std::size_t>(style)];
     e.fore_colour = kButtonText;
     e.back_colour = kButtonFace;
     switch (style) {
@@ -200,7 +216,9 @@ void apply_style(Element& e, Style style) {
             e.max = 1023;
             e.increment = 1;
             break;
-        case Style::Plain:
+        case Style::Timer:
+        case Style::Image:
+        case Style::PictureBox:
         case Style::Group:
             break;
     }
@@ -218,7 +236,7 @@ class Builder {
         e.kind = r.kind;
         e.container = container;
         // The panel's own scale is pixels; a frame's children keep twips.
-        const float scale = container < 0 ? tpp_ : 1.0f;
+        const float scale = twips_per_unit(container, tpp_);
         e.left = r.left / scale;
         e.top = r.top / scale;
         e.width = r.width / scale;
@@ -281,12 +299,12 @@ void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
             elements[static_cast<std::size_t>(updown)].min = 1023;
             elements[static_cast<std::size_t>(updown)].max = 0;
         }
-        b.add(cell("imSlideBar", K::Image, s.bar, "", s.bar_picture, Style::Plain), frame, i);
+        b.add(cell("imSlideBar", K::Image, s.bar, "", s.bar_picture, Style::Image), frame, i);
         b.add(cell("lblADCVal", K::Label, s.caption, "000", P::None, Style::ValueCaption), frame,
               i);
         b.add(cell("Shape1", K::Shape, s.plate, "", P::None, Style::Plate), frame, i);
         const int track = b.add(
-            cell("imSlideBase", K::Image, s.track, "", s.track_picture, Style::Plain), frame, i);
+            cell("imSlideBase", K::Image, s.track, "", s.track_picture, Style::Image), frame, i);
         // The one track shorter than its picture stretches it.
         if (i == 3) elements[static_cast<std::size_t>(track)].stretch = true;
     }
@@ -298,7 +316,7 @@ void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
             const std::int16_t line = static_cast<std::int16_t>(11 * motor + k);
             const auto& place = kWheelLinePlaces[static_cast<std::size_t>(line)];
             b.add({"WheelLine", line, K::Image, place[0], place[1], 405, 15, "", P::WheelLine,
-                   Style::Plain, true},
+                   Style::Image, true},
                   frame, line);
         }
     };
@@ -316,11 +334,11 @@ void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
     const int leds = b.find("Frame1", -1);
     for (std::int16_t i = 0; i < 8; ++i)
         b.add({"imageLedOn", i, K::Image, 60.0f + 330.0f * static_cast<float>(7 - i), 165, 345, 405,
-               "", P::LedLit, Style::Plain, false},
+               "", P::LedLit, Style::Image, false},
               leds, i);
     for (std::int16_t i = 0; i < 8; ++i)
         b.add({"imageLedOff", i, K::Image, 60.0f + 330.0f * static_cast<float>(7 - i), 180, 345,
-               390, "", P::LedDark, Style::Plain, true},
+               390, "", P::LedDark, Style::Image, true},
               leds, i);
     static constexpr std::array<std::string_view, 8> kDigits{"7", "6", "5", "4",
                                                              "3", "2", "1", "0"};
@@ -340,7 +358,7 @@ void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
     const int headings = b.find("frameDirImages", -1);
     for (std::int16_t k : kHeadingOrder)
         b.add({"imDirection", k, K::Image, 0, 0, 960, 1080, "",
-               static_cast<P>(static_cast<int>(P::Heading0) + k), Style::Plain, true},
+               static_cast<P>(static_cast<int>(P::Heading0) + k), Style::Image, true},
               headings, k);
 
     std::int32_t tab = 0;

@@ -1,8 +1,8 @@
 #include "panel/panel.h"
 
 #include <algorithm>
-#include <limits>
 
+#include "panel/geometry.h"
 #include "panel/layout.h"
 #include "platform/basic_error.h"
 #include "platform/vb_numeric.h"
@@ -22,6 +22,11 @@ void fill_ids(const Panel& p, std::array<int, N>& ids, std::string_view name) {
 
 Panel::Panel() {
     build_layout(elements_, top_level_, twips_per_pixel_);
+    // The stacking is the layout's and never changes.
+    paint_order_ = back_to_front(elements_, top_level_);
+    paint_rank_.assign(elements_.size(), -1);
+    for (std::size_t i = 0; i < paint_order_.size(); ++i)
+        paint_rank_[static_cast<std::size_t>(paint_order_[i])] = static_cast<int>(i);
     fill_ids(*this, ids_.frameADC, "frameADC");
     fill_ids(*this, ids_.imSlideBase, "imSlideBase");
     fill_ids(*this, ids_.imSlideBar, "imSlideBar");
@@ -156,24 +161,6 @@ void Panel::set_updown_increment(int id, std::int32_t v) {
     touch(e);
 }
 
-void Panel::set_interval(int id, std::int32_t ms) {
-    if (ms < 0 || ms > 65535) vb::raise_error(vb::kInvalidPropertyValue);
-    Element& e = mut(id);
-    // Every write restarts the period, also one of the same value.
-    e.next_due = now_ + ms;
-    if (e.interval == ms) return;
-    e.interval = ms;
-    touch(e);
-}
-
-void Panel::set_timer_enabled(int id, bool v) {
-    Element& e = mut(id);
-    if (v && !e.enabled) e.next_due = now_ + e.interval;
-    if (e.enabled == v) return;
-    e.enabled = v;
-    touch(e);
-}
-
 // ---- size
 
 void Panel::set_width_twips(float v) {
@@ -207,47 +194,15 @@ float Panel::twips_to_pixels_y(float tw) const {
 
 // ---- pointer
 
-namespace {
-bool contains(const Element& e, float x, float y) {
-    return x >= e.left && x < e.left + e.width && y >= e.top && y < e.top + e.height;
-}
-}  // namespace
-
-int Panel::hit_in(const std::vector<int>& front_to_back, float x, float y) const {
-    for (int id : front_to_back) {
-        const Element& e = at(id);
-        if (!e.visible || !e.takes_pointer || !contains(e, x, y)) continue;
-        if (e.kind != ElementKind::Frame) return id;
-        // Inside a frame its elements are placed in twips from the frame's corner, and clipped
-        // to it; where none is hit, the frame is.
-        const float scale = e.container < 0 ? twips_per_pixel_ : 1.0f;
-        const int child = hit_in(e.children, (x - e.left) * scale, (y - e.top) * scale);
-        return child >= 0 ? child : id;
+int Panel::hit_test(float x, float y, float* local_x, float* local_y) const {
+    // Front to back: the first that covers the point takes it. The panel is cut at its size.
+    for (auto it = paint_order_.rbegin(); it != paint_order_.rend(); ++it) {
+        if (!at(*it).takes_pointer || !element_shown(*this, *it) || !covers(*this, *it, x, y))
+            continue;
+        to_local(*this, *it, x, y, local_x, local_y);
+        return *it;
     }
     return -1;
-}
-
-int Panel::hit_test(float x, float y, float* local_x, float* local_y) const {
-    // The panel is cut at its size; nothing beyond it is hit.
-    if (!(x >= 0 && y >= 0 && x < width_ / twips_per_pixel_ && y < height_ / twips_per_pixel_))
-        return -1;
-    const int id = hit_in(top_level_, x, y);
-    if (id >= 0) to_local(id, x, y, local_x, local_y);
-    return id;
-}
-
-void Panel::to_local(int id, float x, float y, float* lx, float* ly) const {
-    const Element& e = at(id);
-    float cx = x, cy = y;  // the point in the container's coordinates
-    if (e.container >= 0) to_local(e.container, x, y, &cx, &cy);
-    if (e.container < 0 && e.kind == ElementKind::Frame) {
-        // A frame reports in twips even at the panel's top level.
-        *lx = (cx - e.left) * twips_per_pixel_;
-        *ly = (cy - e.top) * twips_per_pixel_;
-    } else {
-        *lx = cx - e.left;
-        *ly = cy - e.top;
-    }
 }
 
 void Panel::deliver_mouse(int id, PointerAction action, std::int32_t buttons, std::int32_t shift,
@@ -258,7 +213,7 @@ void Panel::deliver_mouse(int id, PointerAction action, std::int32_t buttons, st
                                                                : std::int16_t{0};
     args.shift = shift >= INT16_MIN && shift <= INT16_MAX ? static_cast<std::int16_t>(shift)
                                                           : std::int16_t{0};
-    to_local(id, x, y, &args.x, &args.y);
+    to_local(*this, id, x, y, &args.x, &args.y);
     const Event ev = action == PointerAction::Down   ? Event::MouseDown
                      : action == PointerAction::Move ? Event::MouseMove
                                                      : Event::MouseUp;
@@ -327,58 +282,6 @@ void Panel::arrow(int id, bool up) {
     m.value = static_cast<std::int32_t>(next);
     touch(m);
     raise(&m, Event::Change);
-}
-
-// ---- timers
-
-bool Panel::next_tick(std::int64_t* due, int* timer) const {
-    bool any = false;
-    for (int t = 0; t < timer_count(); ++t) {
-        const Element& e = at(ids_.Timer1[static_cast<std::size_t>(t)]);
-        if (e.interval <= 0 || !e.enabled) continue;
-        const std::int64_t when = e.next_due;
-        if (!any || when < *due) {
-            *due = when;
-            *timer = t;
-            any = true;
-        }
-    }
-    return any;
-}
-
-void Panel::tick(int timer) {
-    const int id = member(ids_.Timer1, timer);
-    raise(&at(id), Event::Timer);
-}
-
-std::int64_t Panel::advance(std::int64_t ms) {
-    if (ms < 0) vb::raise_error(vb::kInvalidCall);
-    const std::int64_t end = ms > std::numeric_limits<std::int64_t>::max() - now_
-                                 ? std::numeric_limits<std::int64_t>::max()
-                                 : now_ + ms;
-    std::int64_t ticks = 0;
-    std::int64_t due = 0;
-    int timer = -1;
-    while (next_tick(&due, &timer) && due <= end) {
-        now_ = due;
-        ++ticks;
-        // The next one is due a period on, unless the tick itself writes the Interval.
-        Element& e = mut(ids_.Timer1[static_cast<std::size_t>(timer)]);
-        e.next_due = due + e.interval;
-        tick(timer);
-    }
-    now_ = end;
-    return ticks;
-}
-
-void Panel::deliver_deferred() {
-    while (deferred_ != 0) {
-        int timer = 0;
-        while (!(deferred_ & (1u << static_cast<unsigned>(timer))))
-            ++timer;
-        deferred_ &= ~(1u << static_cast<unsigned>(timer));
-        tick(timer);
-    }
 }
 
 void Panel::changed_since(std::uint64_t since, std::vector<std::int32_t>& ids) const {

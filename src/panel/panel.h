@@ -1,6 +1,7 @@
-// The headless panel: every element with its place and properties, control arrays by index,
-// hit testing with pointer capture, check boxes, arrows, the timers on a clock of the panel's own,
-// and the panel's size. It holds no logic of the robot: what an element raises goes to one sink.
+// The headless panel: every element with its place, look and properties, control arrays by index,
+// the paint order, hit testing with pointer capture, check boxes, arrows, the timers on a clock of
+// the panel's own, and the panel's size. It holds no logic of the robot: what an element raises
+// goes to one sink.
 #pragma once
 
 #include <array>
@@ -10,14 +11,17 @@
 #include <vector>
 
 #include "kestrone/panel.h"
+#include "panel/colours.h"
 
 namespace panel {
 
 using kestrone::ElementKind;
+using kestrone::ElementStyle;
 using kestrone::PictureRole;
 using kestrone::PointerAction;
 
 struct Element : kestrone::ElementInfo {
+    ElementStyle style = ElementStyle::None;
     bool autosize = false;      // a label sized to its text
     bool takes_pointer = true;  // shapes and timers never receive the pointer
     std::int64_t next_due = 0;  // a timer's next tick on the panel's clock
@@ -109,6 +113,8 @@ class Panel {
     void set_width_twips(float v);
     void set_height_twips(float v);
     float twips_per_pixel() const { return twips_per_pixel_; }
+    // The panel's own BackColor, the runtime's colour: the buttons' face.
+    std::uint32_t back_colour() const { return kButtonFace; }
     // The panel's ScaleX and ScaleY from its own scale (pixels) to twips, and back.
     float pixels_to_twips_x(float px) const;
     float pixels_to_twips_y(float px) const;
@@ -122,25 +128,33 @@ class Panel {
     // A click on the upper (towards Max) or lower arrow of an UpDown.
     void arrow(int id, bool up);
     int captured() const { return capture_; }
+    // A press ends without a release reaching anyone (the panel took no input meanwhile).
+    void release_capture() { capture_ = -1; }
     // The panel has to be repainted: Paint.
     void paint() { raise(nullptr, Event::Paint); }
     // The frontmost element under a point in panel pixels, and the point in its coordinates.
     int hit_test(float x, float y, float* local_x, float* local_y) const;
 
-    // ---- timers
+    // ---- painting: every painted element back to front, and each element's place in it (-1: none)
+    const std::vector<int>& paint_order() const { return paint_order_; }
+    int paint_rank(int id) const { return paint_rank_[static_cast<std::size_t>(id)]; }
+
+    // ---- timers (panel_timers.cpp)
     std::int64_t now() const { return now_; }
     int timer_count() const { return static_cast<int>(ids_.Timer1.size()); }
-    // The earliest tick due after now; false if no timer runs. Ties go to the lower index.
+    // The earliest tick due of a running timer; false if none runs. Ties go to the lower index.
     bool next_tick(std::int64_t* due, int* timer) const;
-    // One tick of Timer1(timer), raised now.
+    // One tick of Timer1(timer), raised now (error 340 for no such timer).
     void tick(int timer);
-    // Moves the clock on by ms, raising every tick due on the way; the number of ticks.
-    std::int64_t advance(std::int64_t ms);
-    // A tick that came while the thread was held waits, once, for the thread to be free.
-    void defer_tick(int timer) { deferred_ |= 1u << static_cast<unsigned>(timer); }
-    bool has_deferred() const { return deferred_ != 0; }
-    // Raises the ticks that waited, lower index first.
-    void deliver_deferred();
+    // Brings the clock to `end`, never backwards. With the thread free, the ticks kept through a
+    // hold come first, lower index first, then every tick due by `end` in time order. With the
+    // thread held nothing is raised: each due time moves on past `end` in whole periods, and a
+    // timer that was due keeps one tick. The number of ticks raised.
+    std::int64_t advance_to(std::int64_t end, bool held);
+    // A tick asked for while the thread is held waits, one a timer, for the thread to be free.
+    void keep_tick(int timer);
+    // The lowest timer with a tick kept; -1 for none.
+    int kept_tick() const;
 
     // ---- the change counter
     std::uint64_t revision() const { return revision_; }
@@ -154,12 +168,12 @@ class Panel {
     void autosize(Element& e);
     void deliver_mouse(int id, PointerAction action, std::int32_t buttons, std::int32_t shift,
                        float x, float y);
-    // A point in panel pixels in the coordinates of element `id`.
-    void to_local(int id, float x, float y, float* lx, float* ly) const;
-    int hit_in(const std::vector<int>& front_to_back, float x, float y) const;
+    void restart_timer(Element& e);
 
     std::vector<Element> elements_;
     std::vector<int> top_level_;  // front to back
+    std::vector<int> paint_order_;
+    std::vector<int> paint_rank_;
     ElementIds ids_{};
     PanelEvents* sink_ = nullptr;
     float width_ = kDesignWidth, height_ = kDesignHeight;
@@ -168,7 +182,7 @@ class Panel {
     int focus_ = -1;
     std::int64_t now_ = 0;
     std::uint64_t revision_ = 0;
-    std::uint32_t deferred_ = 0;
+    std::uint32_t kept_ = 0;  // a bit for each timer with a tick kept
 };
 
 }  // namespace panel

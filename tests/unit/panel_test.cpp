@@ -2,6 +2,8 @@
 // panel's clock, resizing, and the properties by name.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "panel/properties.h"
 #include "simulation_fixture.h"
 
@@ -115,12 +117,82 @@ TEST(PanelTimers, TicksComeInTimeOrderAndRestartWithTheirInterval) {
         if (s.interval0 >= 0) p.set_interval(t0, s.interval0);
         if (s.interval1 >= 0) p.set_interval(t1, s.interval1);
         log.ticks.clear();
-        EXPECT_EQ(p.advance(s.advance), static_cast<std::int64_t>(s.ticks.size()));
+        EXPECT_EQ(p.advance_to(p.now() + s.advance, false),
+                  static_cast<std::int64_t>(s.ticks.size()));
         EXPECT_EQ(log.ticks, s.ticks) << "advance " << s.advance;
     }
     EXPECT_THROW(p.set_interval(t0, 65536), vb::BasicError);
     EXPECT_THROW(p.set_interval(t0, -1), vb::BasicError);
     EXPECT_THROW(p.tick(2), vb::BasicError);
+}
+
+TEST(PanelTimers, AHoldMovesTheBeatOnAndKeepsOneTickATimer) {
+    panel::Panel p;
+    TickLog log;
+    p.set_sink(&log);
+    const int t0 = p.ids().Timer1[0], t1 = p.ids().Timer1[1];
+    p.set_interval(t0, 30);  // due at 30, 60, ... ; timer 1 at 100, 200, ...
+    EXPECT_EQ(p.advance_to(250, true), 0);
+    EXPECT_EQ(p.now(), 250);
+    EXPECT_TRUE(log.ticks.empty());
+    EXPECT_EQ(p.kept_tick(), 0);
+    // Free again, and the clock asked to go back: it stays, and what was kept comes.
+    EXPECT_EQ(p.advance_to(100, false), 2);
+    EXPECT_EQ(p.now(), 250);
+    EXPECT_EQ(log.ticks, (std::vector<int>{0, 1}));
+    // On the old beat: 270 and 300 for timer 0, 300 for timer 1.
+    log.ticks.clear();
+    EXPECT_EQ(p.advance_to(300, false), 3);
+    EXPECT_EQ(log.ticks, (std::vector<int>{0, 0, 1}));
+
+    // A timer restarted or stopped while it waits owes nothing; a stopped one keeps nothing.
+    p.set_timer_enabled(t1, false);
+    EXPECT_EQ(p.advance_to(400, true), 0);
+    EXPECT_EQ(p.kept_tick(), 0);
+    p.set_interval(t0, 30);
+    EXPECT_EQ(p.kept_tick(), -1);
+    p.keep_tick(1);
+    EXPECT_EQ(p.kept_tick(), 1);
+    p.set_timer_enabled(t1, true);
+    EXPECT_EQ(p.kept_tick(), -1);
+    EXPECT_THROW(p.keep_tick(2), vb::BasicError);
+}
+
+TEST(PanelTimers, TheClockEndsRatherThanWraps) {
+    panel::Panel p;
+    TickLog log;
+    p.set_sink(&log);
+    constexpr std::int64_t kEnd = INT64_MAX;
+    // Held to 150 short of the end: both timers' next ticks come at ...700, 107 before it.
+    EXPECT_EQ(p.advance_to(kEnd - 150, true), 0);
+    std::int64_t due = 0;
+    int timer = -1;
+    ASSERT_TRUE(p.next_tick(&due, &timer));
+    EXPECT_EQ(due, kEnd - 107);
+    // The two kept ticks, both timers at 107 and at 7 before the end, and no more: the next
+    // would pass the end.
+    EXPECT_EQ(p.advance_to(kEnd, false), 6);
+    EXPECT_EQ(p.now(), kEnd);
+    EXPECT_FALSE(p.next_tick(&due, &timer));
+    EXPECT_EQ(p.advance_to(kEnd, false), 0);
+    // Restarted at the end, a timer never comes due.
+    p.set_interval(p.ids().Timer1[0], 1);
+    EXPECT_FALSE(p.next_tick(&due, &timer));
+}
+
+TEST(PanelLayout, EveryFocusStopComesOnceFromTheLogoToTheHeading) {
+    panel::Panel p;
+    std::vector<int> stops;
+    for (int id = 0; id < p.count(); ++id)
+        if (p.at(id).tab_index >= 0) stops.push_back(p.at(id).tab_index);
+    std::sort(stops.begin(), stops.end());
+    ASSERT_EQ(stops.size(), 38u);
+    for (std::size_t i = 0; i < stops.size(); ++i)
+        EXPECT_EQ(stops[i], static_cast<int>(i));
+    EXPECT_EQ(p.at(p.find("Picture1", -1)).tab_index, 0);
+    EXPECT_EQ(p.at(p.find("frameDirImages", -1)).tab_index, 37);
+    for (int k = 8; k < 15; ++k)
+        EXPECT_EQ(p.at(p.find("lblLED", k + 1)).tab_index, p.at(p.find("lblLED", k)).tab_index + 1);
 }
 
 TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
@@ -159,6 +231,7 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
               kestrone::basic_error_status(vb::kControlArrayElementMissing));
     EXPECT_EQ(inspect->GetProperty("WheelLine", &one, "Caption", &v), kestrone::DISP_E_UNKNOWNNAME);
     EXPECT_EQ(inspect->GetProperty("Nothing", nullptr, "Top", &v), kestrone::DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(inspect->GetProperty("Nothing", &one, "Top", &v), kestrone::DISP_E_UNKNOWNNAME);
     struct Put {
         const char* element;
         const std::int32_t* index;
@@ -183,6 +256,11 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
             << p.element << "." << p.property;
     EXPECT_TRUE(robot.r().Pins(10).SimValue);
     EXPECT_EQ(robot.r().lADCVal[1], 255);
+    // A range's ends as written.
+    EXPECT_EQ(inspect->PutProperty("updownADC", &one, "Min", Variant::long_(7)), S_OK);
+    EXPECT_EQ(inspect->PutProperty("updownADC", &one, "Max", Variant::long_(300)), S_OK);
+    EXPECT_EQ(robot.el("updownADC", 1).min, 7);
+    EXPECT_EQ(robot.el("updownADC", 1).max, 300);
     EXPECT_EQ(robot.el("updownADC", 1).value, 255);
 }
 
