@@ -16,6 +16,6 @@ struct PictureData {
 };
 
 // The picture of `role`; null for PictureRole::None or a value that names no picture.
-const PictureData* picture_data(PictureRole role);
+const PictureData* picture_data(kestrone::PictureRole role);
 
 }  // namespace panel
