@@ -162,10 +162,17 @@ void LineLexer::character() {
     if (i_ < s_.size() && s_[i_] == '\'') {
         ++i_;
     } else {
-        if (good) faults_.add(place(start), "a character in quotes needs its closing ', as in 'A'");
-        while (i_ < s_.size() && s_[i_] != '\'' && s_[i_] != ' ' && s_[i_] != '#')
+        // Up to the closing quote if one follows before a blank: 'AB' is one faulty literal.
+        while (i_ < s_.size() && s_[i_] != '\'' && s_[i_] != ' ' && s_[i_] != '\t')
             ++i_;
-        if (i_ < s_.size() && s_[i_] == '\'') ++i_;
+        const bool closed = i_ < s_.size() && s_[i_] == '\'';
+        if (closed) ++i_;
+        if (good)
+            faults_.add(place(start),
+                        closed ? std::string(s_.substr(start, i_ - start)) +
+                                     " holds more than one character: write one, as in 'A'"
+                               : std::string("a character in quotes needs its closing ', as in "
+                                             "'A'"));
     }
     push(Tok::Number, start, static_cast<std::int16_t>(static_cast<unsigned char>(value)));
 }
