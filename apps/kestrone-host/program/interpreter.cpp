@@ -209,6 +209,8 @@ std::int16_t Interpreter::call(const Expr& e) {
     Variant affected;
     const kestrone::HRESULT hr =
         component_.SimMacroCall(e.ref, c.args, &result, &affected, &cycles);
+    // Pins that the macro changed are shown only when the host asks the panel to redraw.
+    if (affected.is_array()) component_.Refresh();
     if (kestrone::failed(hr))
         throw Fault{e.at,
                     "the component failed to run '" + e.name + "' (" + status_words(hr) + ")"};
