@@ -96,9 +96,13 @@ bool FlowWriter::has_effect(ExprId id) const {
             return true;
         case ExprKind::Unary:
             return has_effect(e.lhs);
-        case ExprKind::Binary:
-            return e.op == Op::Divide || e.op == Op::Remainder || has_effect(e.lhs) ||
-                   has_effect(e.rhs);
+        case ExprKind::Binary: {
+            // A division may stop the program, unless its divisor is a number other than 0.
+            const Expr& divisor = p_.expr(e.rhs);
+            const bool may_stop = (e.op == Op::Divide || e.op == Op::Remainder) &&
+                                  !(divisor.kind == ExprKind::Literal && divisor.value != 0);
+            return may_stop || has_effect(e.lhs) || has_effect(e.rhs);
+        }
         default:
             return false;
     }
