@@ -17,10 +17,11 @@ constexpr std::array<HelperText, 6> kHelpers{{
      "/* The program has ended: the chip stays here. */\n"
      "static void kf_stop(void)\n{\n    for (;;) {\n    }\n}\n"},
     {Helper::Delay,
-     "/* Waits about ms milliseconds: one pass of the inner loop takes about KF_LOOP_CYCLES\n"
-     "   instruction cycles, and the chip runs one per four clock periods. */\n"
-     "#define KF_LOOP_CYCLES 16UL\n"
-     "#define KF_LOOPS_PER_MS ((unsigned int)(KF_CLOCK_HZ / 4000UL / KF_LOOP_CYCLES))\n"
+     "/* Waits ms milliseconds: one pass of the inner loop takes 35.6 instruction cycles\n"
+     "   (SDCC 4.2, measured in gpsim), and the chip runs one per four clock periods.\n"
+     "   Interrupts add their own time. */\n"
+     "#define KF_LOOP_CYCLES_X10 356UL\n"
+     "#define KF_LOOPS_PER_MS ((unsigned int)(KF_CLOCK_HZ / 400UL / KF_LOOP_CYCLES_X10))\n"
      "static void kf_delay_ms(unsigned int ms)\n{\n"
      "    volatile unsigned int n;\n"
      "    while (ms != 0) {\n"
@@ -253,9 +254,10 @@ CFlow write_flow(const Program& program, unsigned long clock_hz) {
     FlowWriter w(program);
     w.block(program.tree.statements, 1, 0);
     CFlow out;
+    // The program's variables are global, so that a debugger or a simulator finds them by name.
     for (const Variable& v : program.variables)
-        out.declarations += std::string(v.is_byte ? "static unsigned char " : "static int ") +
-                            kVariablePrefix + v.name + ";\n";
+        out.declarations +=
+            std::string(v.is_byte ? "unsigned char " : "int ") + kVariablePrefix + v.name + ";\n";
     for (int i = 0; i < w.counters; ++i)
         out.declarations +=
             "static unsigned int kfr" + std::to_string(i) + ";  /* repeat count */\n";
