@@ -27,9 +27,10 @@ struct Demo {
         if (checked.program)
             interpreter = std::make_unique<kflow::Interpreter>(*checked.program, robot.component());
     }
-    kflow::RunOutcome run() {
+    kflow::RunOutcome run() { return run_on(clock); }
+    kflow::RunOutcome run_on(kflow::Clock& on) {
         if (!interpreter) return {kflow::RunOutcome::End::Failed, 0, "no program"};
-        const auto outcome = kflow::run_to_end(*interpreter, clock);
+        const auto outcome = kflow::run_to_end(*interpreter, on);
         EXPECT_EQ(outcome.end, kflow::RunOutcome::End::Finished) << outcome.message;
         return outcome;
     }
@@ -44,15 +45,21 @@ struct Demo {
 
 TEST(Demonstration, SquareDrivesFourSidesWithAToneAtEachCorner) {
     Demo d("square.kflow");
-    const auto outcome = d.run();
+    kflow::PanelClock console_clock(d.robot.panel());  // the console's driver, as it stands
+    const auto outcome = d.run_on(console_clock);
     EXPECT_EQ(outcome.elapsed_ms, 4 * (1000 + 450));
+    std::int64_t now = 0;
+    d.robot.panel().GetClock(&now);
+    EXPECT_EQ(now, 4 * (1000 + 450));
     EXPECT_EQ(d.var("side"), 4);
     EXPECT_EQ(d.var("leds"), 16);
     EXPECT_THAT(d.lit(), ElementsAre(3));  // the last corner's pattern; LED 7 off: no switch
     EXPECT_EQ(d.robot.field("iMotorSpeed", 0), 0);
     EXPECT_EQ(d.robot.field("iMotorSpeed", 1), 0);
     EXPECT_EQ(d.robot.services.tones, std::vector<Tone>(4, Tone{440, 200}));
-    EXPECT_GT(d.clock.ticks(), 0);  // the wheels' timers ran while the program waited
+    // The wheels' timers ran while the program waited: every 100 ms each, since only
+    // SetMotors changes their interval.
+    EXPECT_EQ(console_clock.ticks(), 2 * 58);
     EXPECT_EQ(d.robot.field("bSimulating", -1), 0);
 }
 
