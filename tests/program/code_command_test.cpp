@@ -98,6 +98,12 @@ TEST(CodeCommand, NamesTheMissingCompilerForHexAndKeepsTheC) {
     EXPECT_THAT(
         r.err, HasSubstr("the PIC compiler is not installed: no " + dir.path() + "/none/bin/sdcc"));
     EXPECT_THAT(slurp(dir.path() + "/small.c"), HasSubstr("void main(void)"));
+
+    // A program without an extension, in a folder with a dot in its name: the C goes beside it.
+    dir.write("v1.2/robot", kSmall);
+    const Result bare = code(dir, "v1.2/robot --hex", "KESTRONE_PIC_PREFIX=/nowhere");
+    EXPECT_EQ(bare.status, 3);
+    EXPECT_THAT(slurp(dir.path() + "/v1.2/robot.c"), HasSubstr("void main(void)"));
 }
 
 TEST(CodeCommand, AnswersBadUseWithAStatusOf2) {

@@ -99,9 +99,11 @@ int run_code_command(const CodeOptions& o, const ProjectReader& read_project, st
     const kestrone::HRESULT made = module->create(&services, object);
     auto component =
         object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
-    if (kestrone::failed(made) || !component) {
-        err << "kestrone-host: the component object could not be made (" << status_words(made)
-            << ")\n";
+    if (!component) {
+        err << "kestrone-host: the component object could not be made"
+            << (kestrone::failed(made) ? " (" + status_words(made) + ")"
+                                       : std::string(": it offers no host interface"))
+            << "\n";
         return kCannotBuild;
     }
     if (!o.project.empty()) {

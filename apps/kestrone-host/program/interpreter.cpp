@@ -40,9 +40,9 @@ kestrone::HRESULT Interpreter::start() {
 }
 
 Pause Interpreter::resume(std::uint64_t max_steps) {
-    if (state_ == RunState::Finished) return {Pause::Why::Finished, 0};
-    if (state_ == RunState::Failed) return {Pause::Why::Failed, 0};
-    if (state_ != RunState::Running) return {Pause::Why::Halted, 0};
+    if (state_ == RunState::Finished) return {Pause::Why::Finished};
+    if (state_ == RunState::Failed) return {Pause::Why::Failed};
+    if (state_ != RunState::Running) return {Pause::Why::Halted};
     pause_ = {Pause::Why::Slice, 0};
     try {
         for (std::uint64_t n = 0; n < max_steps; ++n)

@@ -102,8 +102,9 @@ std::optional<MacroTable> MacroTable::read(kestrone::IKestroneComponentV5& compo
         return fail("the component lists no macros");
     const kestrone::SafeArray& list = names.as_array();
     std::vector<MacroInfo> macros;
-    for (std::int32_t id = list.lower; id <= list.upper(); ++id) {
-        const Variant& text = list.items[static_cast<std::size_t>(id - list.lower)];
+    for (std::size_t k = 0; k < list.items.size(); ++k) {
+        const std::int32_t id = list.lower + static_cast<std::int32_t>(k);
+        const Variant& text = list.items[k];
         if (text.is_array() || text.type() != kestrone::VarType::String)
             return fail("the component's macro " + std::to_string(id) + " has no name");
         MacroInfo m;
