@@ -40,6 +40,7 @@ const Broken kBroken[] = {
     {"int d = 5b1\n", 1, 9, "'5b1' is not a number"},
     {"int c = 'AB'\n", 1, 9, "'AB' holds more than one character"},
     {"int c = 'A\n", 1, 9, "needs its closing '"},
+    {"int c = 'A", 1, 9, "needs its closing '"},  // the file's last line, with no line end
     {"DriveForwards(200) @ 3\n", 1, 20, "'@' does not belong in a program"},
     {"DriveStop()\x1B\n", 1, 12, "the control character 0x1B does not belong"},
     {"int \xC3\xA9t\xC3\xA9 = 1\n", 1, 5, "'\xC3\xA9' does not belong in a program"},

@@ -169,6 +169,17 @@ TEST(Control, ElseIfChainTakesTheFirstArmThatHolds) {
     EXPECT_EQ(run->var("seen"), 211);
 }
 
+TEST(Control, AnIfOnTheFirstLineJumpsPastItsArms) {
+    const auto run = finished(
+        "if ReadSwitch(0) == 0\n"  // the fake's first result is 11
+        "    LedOn(1)\n"
+        "else if 0\n"
+        "    LedOn(2)\n"
+        "end\n"
+        "LedOn(3)\n");
+    EXPECT_THAT(run->args_of(kLedOn), ElementsAre(ElementsAre(3)));
+}
+
 TEST(Control, StopInsideNestedLoopsEndsTheProgramThere) {
     const auto run = finished(
         "int i = 0\n"
