@@ -101,6 +101,7 @@ TEST(ProgramFaults, ProgramsAtTheEdgesOfTheLanguageAreAccepted) {
         "int Repeat = 65535  # the largest literal\r\n"
         "\tbyte c = '\\''\r\n"
         "int h = 0xFFFF + 0b1111111111111111\n"
+        "int k = 0X7f + 0B11\n"
         "ReadLdr()\n"
         "if Repeat == -1 && h == -2\n"
         "else if 1\n"
@@ -108,6 +109,7 @@ TEST(ProgramFaults, ProgramsAtTheEdgesOfTheLanguageAreAccepted) {
         "end\n");
     ASSERT_TRUE(run->checked.faults.empty()) << run->checked.faults.front().text;
     EXPECT_EQ(run->var("c"), '\'');
+    EXPECT_EQ(run->var("k"), 130);
 }
 
 }  // namespace

@@ -96,7 +96,7 @@ TEST(Arithmetic, PrecedenceAndAssociativityAreCs) {
         "int g = 5 > 3 > 1\n"
         "int h = !0 + ~0 * -2\n"
         "int i = (2 + 3) * 4\n"
-        "int j = 0 || 2 && 3\n");
+        "int j = 1 || 0 && 0\n");
     EXPECT_EQ(run->var("a"), 14);
     EXPECT_EQ(run->var("b"), 0);
     EXPECT_EQ(run->var("c"), 8);
