@@ -163,6 +163,16 @@ TEST(ProgramAsC, CallsTheSameMacrosWithTheSameArgumentsInTheSameOrder) {
         "LedOff(99)\n");
 }
 
+TEST(ProgramAsC, ResultsOfWiderTypesAreCutToIntAsTheInterpreterCutsThem) {
+    FakeComponent c({{"Count", "long", {}}, {"Small", "char", {}}, {"Show", "void", {"int"}}});
+    const auto checked = kflow::check_program("Show(Count() + 1)\nShow(Small() + 1)\n", "w.kflow",
+                                              program_testing::table_of(c));
+    ASSERT_TRUE(checked.program);
+    const std::string text = kflow::write_c_program(*checked.program, {}, "w.kflow");
+    EXPECT_THAT(text, testing::HasSubstr("Show(((int)Count()) + 1);"));
+    EXPECT_THAT(text, testing::HasSubstr("Show(Small() + 1);"));
+}
+
 TEST(ProgramAsC, StopsAtADivisionByZeroAsTheInterpreterDoes) {
     expect_same_calls("int z = 0\nLedOn(1)\nLedOn(ReadLdr() + 5 / z)\nLedOn(2)\n");
     expect_same_calls("int z = 0\nLedOn(1)\nz = ReadLdr() % z\nLedOn(2)\n");

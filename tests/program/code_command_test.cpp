@@ -106,6 +106,20 @@ TEST(CodeCommand, NamesTheMissingCompilerForHexAndKeepsTheC) {
     EXPECT_THAT(slurp(dir.path() + "/v1.2/robot.c"), HasSubstr("void main(void)"));
 }
 
+TEST(CodeCommand, WarnsOfAMacroWhoseCodeTheComponentCannotRead) {
+    std::string file = testing_support::shipped_code_file();
+    const std::string marker = "/*Macro_LedOn_Start*/\n";
+    file.erase(file.find(marker), marker.size());
+    const testing_support::ComponentFolder robot(file);
+    testing_support::TempDir dir;
+    dir.write("small.kflow", kSmall);
+    const Result r = code(dir, "small.kflow --module '" + robot.module() + "'");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err,
+              "kestrone-host: warning: the component could not read its code of the macro LedOn\n");
+    EXPECT_THAT(r.out, HasSubstr("void LedOn(char Led)\n{\n//Error Reading Code For "));
+}
+
 TEST(CodeCommand, AnswersBadUseWithAStatusOf2) {
     testing_support::TempDir dir;
     EXPECT_EQ(code(dir, "").status, 2);

@@ -45,7 +45,7 @@ std::optional<ComponentCode> read_component_code(kestrone::IKestroneComponentV5&
             if (error) *error = std::string("the component could not fill in its settings");
             return false;
         }
-        if (out.rfind(kUnreadBlock, 0) == 0)
+        if (std::string_view(out).starts_with(kUnreadBlock))
             code.warnings.push_back(std::string("the component could not read its ") + what);
         return true;
     };
