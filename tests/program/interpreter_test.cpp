@@ -269,6 +269,7 @@ TEST(Driver, AProgramCanBeHaltedBetweenSlicesAndTellsItsLine) {
                              program_testing::table_of(c));
     kflow::Interpreter run(*checked.program, c);
     EXPECT_EQ(run.resume(10).why, kflow::Pause::Why::Halted);  // not started
+    EXPECT_EQ(run.variable("n"), std::nullopt);                // nothing to read yet
     ASSERT_EQ(run.start(), kestrone::S_OK);
     const kflow::Pause p = run.resume(100);
     EXPECT_EQ(p.why, kflow::Pause::Why::Delay);
