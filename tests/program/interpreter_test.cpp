@@ -198,11 +198,23 @@ TEST(Control, StopInsideNestedLoopsEndsTheProgramThere) {
 }
 
 TEST(Control, TheStepBudgetEndsALoopWithoutDelaysAtTheLineReached) {
-    const auto run = run_program("int i = 0\nforever\n    i = i + 1\nend\n", 1000);
+    const auto run = run_program("int i = 0\nforever\n    i = i + 1\nend\n", {1000, 60000});
     EXPECT_EQ(run->outcome.end, RunOutcome::End::OutOfSteps);
     EXPECT_THAT(run->outcome.message,
                 HasSubstr("test.kflow:3:5: the program was stopped after 1000 steps"));
     EXPECT_EQ(run->var("i"), 500);  // one step for the set, one for the jump back
+    EXPECT_EQ(run->component.stops, 1);
+}
+
+TEST(Control, TheClockLimitEndsALoopThatWaitsForever) {
+    const auto run = run_program("forever\n    LedOn(1)\n    delay 1000\nend\n", {1000, 5500});
+    EXPECT_EQ(run->outcome.end, RunOutcome::End::OutOfTime);
+    EXPECT_EQ(run->outcome.message,
+              "test.kflow:3:5: the program was stopped after 5500 ms at this line: does it run "
+              "forever?");
+    EXPECT_EQ(run->outcome.elapsed_ms, 5500);
+    EXPECT_THAT(run->clock.waits, ElementsAre(1000, 1000, 1000, 1000, 1000, 500));
+    EXPECT_EQ(run->args_of(kLedOn).size(), 6u);
     EXPECT_EQ(run->component.stops, 1);
 }
 

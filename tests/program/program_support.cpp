@@ -24,12 +24,12 @@ std::vector<std::vector<int>> Run::args_of(std::int32_t id) const {
     return out;
 }
 
-std::unique_ptr<Run> run_program(const std::string& source, std::uint64_t budget) {
+std::unique_ptr<Run> run_program(const std::string& source, const kflow::RunLimits& limits) {
     auto run = std::make_unique<Run>();
     run->checked = kflow::check_program(source, "test.kflow", table_of(run->component));
     if (!run->checked.program) return run;
     run->interpreter = std::make_unique<kflow::Interpreter>(*run->checked.program, run->component);
-    run->outcome = kflow::run_to_end(*run->interpreter, run->clock, budget);
+    run->outcome = kflow::run_to_end(*run->interpreter, run->clock, limits);
     return run;
 }
 

@@ -36,8 +36,7 @@ struct Run {
 };
 
 // Runs only a program without faults, as a host does.
-std::unique_ptr<Run> run_program(const std::string& source,
-                                 std::uint64_t budget = kflow::kDefaultStepBudget);
+std::unique_ptr<Run> run_program(const std::string& source, const kflow::RunLimits& limits = {});
 
 inline kflow::MacroTable table_of(FakeComponent& c) {
     std::string error;

@@ -10,7 +10,13 @@ void PanelClock::wait(std::uint16_t ms) {
     ticks_ += ticks;
 }
 
-RunOutcome run_to_end(Interpreter& program, Clock& clock, std::uint64_t step_budget) {
+namespace {
+std::string at_line(const Interpreter& program, const std::string& text) {
+    return format_diagnostic(program.program().file, {program.place(), text});
+}
+}  // namespace
+
+RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limits) {
     RunOutcome out;
     if (kestrone::failed(program.start())) {
         out.end = RunOutcome::End::Failed;
@@ -18,19 +24,27 @@ RunOutcome run_to_end(Interpreter& program, Clock& clock, std::uint64_t step_bud
         return out;
     }
     while (true) {
-        const std::uint64_t left = step_budget - std::min(step_budget, program.steps());
-        const Pause p = left ? program.resume(left) : Pause{Pause::Why::Slice, 0};
+        const std::uint64_t left = limits.steps - std::min(limits.steps, program.steps());
+        const Pause p = left ? program.resume(left) : Pause{Pause::Why::Slice};
         switch (p.why) {
             case Pause::Why::Delay:
+                if (out.elapsed_ms + p.delay_ms > limits.clock_ms) {
+                    clock.wait(static_cast<std::uint16_t>(limits.clock_ms - out.elapsed_ms));
+                    out.elapsed_ms = limits.clock_ms;
+                    program.stop(at_line(program, "the program was stopped after " +
+                                                      std::to_string(limits.clock_ms) +
+                                                      " ms at this line: does it run forever?"));
+                    out.end = RunOutcome::End::OutOfTime;
+                    break;
+                }
                 clock.wait(p.delay_ms);
                 out.elapsed_ms += p.delay_ms;
                 continue;
             case Pause::Why::Slice:
-                program.stop(format_diagnostic(
-                    program.program().file,
-                    {program.place(), "the program was stopped after " +
-                                          std::to_string(program.steps()) +
-                                          " steps at this line: does a loop run on and on?"}));
+                program.stop(at_line(program, "the program was stopped after " +
+                                                  std::to_string(program.steps()) +
+                                                  " steps at this line: does a loop run on and "
+                                                  "on?"));
                 out.end = RunOutcome::End::OutOfSteps;
                 break;
             case Pause::Why::Finished:

@@ -32,19 +32,22 @@ class PanelClock : public Clock {
 };
 
 struct RunOutcome {
-    enum class End : std::uint8_t { Finished, OutOfSteps, Failed, Halted };
+    enum class End : std::uint8_t { Finished, OutOfSteps, OutOfTime, Failed, Halted };
     End end = End::Finished;
-    std::int64_t elapsed_ms = 0;  // the sum of the delays waited
+    std::int64_t elapsed_ms = 0;  // the time waited on the clock
     std::string message;          // FILE:LINE:COLUMN: TEXT unless Finished
 };
 
-// The steps a console run may take before it is ended: enough for any program that waits now
-// and then, few enough to answer at once when a loop never waits.
-inline constexpr std::uint64_t kDefaultStepBudget = 1'000'000;
+// What a console run may take before it is ended: enough for any program that is meant to end,
+// little enough to answer soon when a loop never waits (the steps) or waits forever (the time on
+// the clock, which the panel's timers fill with ticks).
+struct RunLimits {
+    std::uint64_t steps = 1'000'000;
+    std::int64_t clock_ms = 10 * 60 * 1000;
+};
 
-// Starts the program and runs it to its end, waiting on `clock`; a program that has taken
-// `step_budget` steps is halted with a message that names the line it had reached.
-RunOutcome run_to_end(Interpreter& program, Clock& clock,
-                      std::uint64_t step_budget = kDefaultStepBudget);
+// Starts the program and runs it to its end, waiting on `clock`. A program that reaches a limit
+// is halted with a message that names the line it had reached.
+RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limits = {});
 
 }  // namespace kflow
