@@ -79,24 +79,12 @@ bool apply_project(const CodeOptions& o, const ProjectReader& read_project,
     return true;
 }
 
-}  // namespace
-
-int run_code_command(const CodeOptions& o, const ProjectReader& read_project, std::ostream& out,
-                     std::ostream& err) {
-    std::string source;
-    if (!read_file(o.program, source)) {
-        err << "kestrone-host: cannot read the program " << o.program << "\n";
-        return kCannotBuild;
-    }
-    std::string error;
-    const auto module = host::ModuleHost::load(o.module, error);
-    if (!module) {
-        err << "kestrone-host: " << error << "\n";
-        return kCannotBuild;
-    }
-    NoteServices services(err);
-    ComPtr<kestrone::IUnknown> object;
-    const kestrone::HRESULT made = module->create(&services, object);
+// The object made and told what a host tells it before it asks for code: the project's
+// settings, the host's version (which builds the macro table) and the target's facts.
+ComPtr<kestrone::IKestroneComponentV5> ready_component(
+    const CodeOptions& o, const ProjectReader& read_project, const host::ModuleHost& module,
+    kestrone::IHostServices& services, ComPtr<kestrone::IUnknown>& object, std::ostream& err) {
+    const kestrone::HRESULT made = module.create(&services, object);
     auto component =
         object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
     if (!component) {
@@ -104,36 +92,21 @@ int run_code_command(const CodeOptions& o, const ProjectReader& read_project, st
             << (kestrone::failed(made) ? " (" + status_words(made) + ")"
                                        : std::string(": it offers no host interface"))
             << "\n";
-        return kCannotBuild;
+        return {};
     }
     if (!o.project.empty()) {
-        if (!apply_project(o, read_project, object, err)) return kCannotBuild;
+        if (!apply_project(o, read_project, object, err)) return {};
         component->put_KtxFilename(o.project);
     }
-    // As a host does: its version first, which builds the macro table, then the target's facts.
     component->put_KestroneVersion(kHostVersion);
     const TargetChip chip;
     component->put_ClockSpeed(static_cast<std::int32_t>(chip.clock_hz));
     component->put_TargetController(chip.name);
-    const auto macros = MacroTable::read(*component.get(), &error);
-    if (!macros) {
-        err << "kestrone-host: " << error << "\n";
-        return kCannotBuild;
-    }
-    const CheckedProgram checked = check_program(source, o.program, *macros);
-    for (const Diagnostic& d : checked.faults)
-        err << format_diagnostic(o.program, d) << "\n";
-    if (!checked.program) return kProgramFaulty;
+    return component;
+}
 
-    const auto code = read_component_code(*component.get(), *checked.program, &error);
-    if (!code) {
-        err << "kestrone-host: " << error << "\n";
-        return kCannotBuild;
-    }
-    for (const std::string& w : code->warnings)
-        err << "kestrone-host: warning: " << w << "\n";
-    const std::string c = write_c_program(*checked.program, *code, base_name(o.program), chip);
-
+// The C to its place, and on to the chip's compiler when asked.
+int deliver(const CodeOptions& o, const std::string& c, std::ostream& out, std::ostream& err) {
     const std::string target = !o.output.empty() ? o.output : o.hex ? beside(o.program, ".c") : "";
     if (target.empty()) {
         out << c;
@@ -157,6 +130,45 @@ int run_code_command(const CodeOptions& o, const ProjectReader& read_project, st
     }
     err << "kestrone-host: wrote " << target << " and " << compiled.hex << "\n";
     return kCodeWritten;
+}
+
+}  // namespace
+
+int run_code_command(const CodeOptions& o, const ProjectReader& read_project, std::ostream& out,
+                     std::ostream& err) {
+    std::string source;
+    if (!read_file(o.program, source)) {
+        err << "kestrone-host: cannot read the program " << o.program << "\n";
+        return kCannotBuild;
+    }
+    std::string error;
+    const auto module = host::ModuleHost::load(o.module, error);
+    if (!module) {
+        err << "kestrone-host: " << error << "\n";
+        return kCannotBuild;
+    }
+    NoteServices services(err);
+    ComPtr<kestrone::IUnknown> object;
+    const auto component = ready_component(o, read_project, *module, services, object, err);
+    if (!component) return kCannotBuild;
+    const auto macros = MacroTable::read(*component.get(), &error);
+    if (!macros) {
+        err << "kestrone-host: " << error << "\n";
+        return kCannotBuild;
+    }
+    const CheckedProgram checked = check_program(source, o.program, *macros);
+    for (const Diagnostic& d : checked.faults)
+        err << format_diagnostic(o.program, d) << "\n";
+    if (!checked.program) return kProgramFaulty;
+
+    const auto code = read_component_code(*component.get(), *checked.program, &error);
+    if (!code) {
+        err << "kestrone-host: " << error << "\n";
+        return kCannotBuild;
+    }
+    for (const std::string& w : code->warnings)
+        err << "kestrone-host: warning: " << w << "\n";
+    return deliver(o, write_c_program(*checked.program, *code, base_name(o.program)), out, err);
 }
 
 }  // namespace kflow
