@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <iostream>
 
+#include "code_command.h"
 #include "component_registry.h"
 #include "console_session.h"
 #include "info_report.h"
@@ -113,6 +114,7 @@ int main(int argc, char** argv) {
         "Commands:\n"
         "  console      drive the component line by line (commands on standard input)\n"
         "  info         list the component's macros and pins as the host sees them\n"
+        "  code PROGRAM the whole C program of a robot program (.kflow) for the robot's chip\n"
         "  components   list the components registered with this host\n"
         "  register     run the module's own registration\n"
         "  unregister   run the module's own unregistration");
@@ -128,12 +130,25 @@ int main(int argc, char** argv) {
     parser.addOption(module_option);
     parser.addOption(store_option);
     parser.addOption(component_option);
-    parser.addPositionalArgument("command", "console, info, components, register or unregister");
+    const QCommandLineOption output_option(QStringList{"o", "output"},
+                                           "code: the C file to write (default: standard output).",
+                                           "FILE");
+    const QCommandLineOption project_option(
+        "project", "code: the project file whose settings the component takes.", "FILE");
+    const QCommandLineOption hex_option(
+        "hex", "code: also compile the C with the PIC compiler; the .hex goes beside the C.");
+    parser.addOption(output_option);
+    parser.addOption(project_option);
+    parser.addOption(hex_option);
+    parser.addPositionalArgument("command",
+                                 "console, info, code, components, register or unregister");
     parser.process(app);
 
     const QStringList args = parser.positionalArguments();
-    if (args.size() != 1) {
-        std::cerr << "kestrone-host: name one command: console or info (see --help)\n";
+    const bool is_code = !args.isEmpty() && args.front() == "code";
+    if (args.size() != (is_code ? 2 : 1)) {
+        std::cerr << (is_code ? "kestrone-host: code takes one program: code PROGRAM.kflow\n"
+                              : "kestrone-host: name one command: console or info (see --help)\n");
         return 2;
     }
     std::string module_path = parser.isSet(module_option)
@@ -156,6 +171,16 @@ int main(int argc, char** argv) {
     if (command == "register" || command == "unregister")
         return run_registration(module_path, command == "unregister");
     if (command == "info") return run_info(module_path);
+    if (is_code)
+        return kflow::run_code_command(
+            {args[1].toStdString(), parser.value(output_option).toStdString(),
+             parser.value(project_option).toStdString(), parser.isSet(hex_option), module_path},
+            [](const std::string& path, host::StoreEntries& out, std::string& error) {
+                auto entries = host::load_project(path, &error);
+                if (entries) out = std::move(*entries);
+                return entries.has_value();
+            },
+            std::cout, std::cerr);
     std::cerr << "kestrone-host: unknown command '" << command.toStdString() << "' (see --help)\n";
     return 2;
 }

@@ -1,0 +1,34 @@
+// A fault in a robot program, at its place in the file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kflow {
+
+struct Place {
+    int line = 0;    // from 1
+    int column = 0;  // from 1, in characters of the line
+};
+
+struct Diagnostic {
+    Place at;
+    std::string text;
+};
+
+// FILE:LINE:COLUMN: TEXT, the form compilers use, so that editors can jump to the place.
+std::string format_diagnostic(const std::string& file, const Diagnostic& d);
+
+// Collects the faults of every stage; they are listed in the order of their places.
+class Diagnostics {
+  public:
+    void add(Place at, std::string text) { list_.push_back({at, std::move(text)}); }
+    bool empty() const { return list_.empty(); }
+    // Sorted by place; of two at the same place, the one found first stays first.
+    std::vector<Diagnostic> sorted() const;
+
+  private:
+    std::vector<Diagnostic> list_;
+};
+
+}  // namespace kflow

@@ -1,0 +1,46 @@
+// Expressions within one line: C's operators with C's precedence, all left-associative.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lexer.h"
+#include "syntax.h"
+
+namespace kflow {
+
+// Reads tokens from `pos` on. On a fault it gives kNoExpr and sets `fault`; the caller reports
+// it and drops the rest of the line.
+class ExpressionParser {
+  public:
+    ExpressionParser(const std::vector<Token>& tokens, std::size_t pos, std::vector<Expr>& exprs)
+        : t_(tokens), pos_(pos), exprs_(exprs) {}
+
+    ExprId parse();
+    std::size_t position() const { return pos_; }
+
+    struct Fault {
+        Place at;
+        std::string text;
+    };
+    const std::optional<Fault>& fault() const { return fault_; }
+
+  private:
+    ExprId binary(int level);
+    ExprId unary();
+    ExprId primary();
+    ExprId call(const Token& name);
+    ExprId add(Expr e);
+    ExprId fail(Place at, std::string text);
+    const Token* peek() const { return pos_ < t_.size() ? &t_[pos_] : nullptr; }
+    Place end_place() const;
+
+    const std::vector<Token>& t_;
+    std::size_t pos_;
+    std::vector<Expr>& exprs_;
+    std::optional<Fault> fault_;
+};
+
+}  // namespace kflow

@@ -1,0 +1,96 @@
+// Runs a checked program against a component, through the host interface alone: StartSimulation,
+// one SimMacroCall per macro call, StopSimulation at the end.
+//
+// The interpreter never waits and never looks at a clock. Its driver calls resume() with a number
+// of steps; it comes back when that slice is used up, when the program asks for a delay, or when
+// the program has ended. The driver moves its clock on by each delay (virtual in the console and
+// the tests, real time in a window, where the panel's timers keep the wheels turning) and calls
+// resume() again; a window yields to its event loop after every slice, a console counts the steps
+// against a budget. Between two calls the program can be halted with stop().
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kestrone/component_v5.h"
+#include "macro_table.h"
+#include "program.h"
+#include "step_code.h"
+
+namespace kflow {
+
+enum class RunState : std::uint8_t {
+    Ready,     // made, not started
+    Running,   // started: resume() goes on
+    Finished,  // ran to its end or to a `stop`
+    Halted,    // stopped from outside
+    Failed,    // a run-time fault (division by 0, a macro that failed); see message()
+};
+
+struct Pause {
+    enum class Why : std::uint8_t { Slice, Delay, Finished, Halted, Failed };
+    Why why = Why::Slice;
+    std::uint16_t delay_ms = 0;  // for Why::Delay: the driver waits this long, then resumes
+};
+
+class Interpreter {
+  public:
+    // The program and the component must outlive the interpreter.
+    Interpreter(const Program& program, kestrone::IKestroneComponentV5& component);
+
+    // Every variable to 0, then StartSimulation. A failed start leaves the state Failed.
+    kestrone::HRESULT start();
+    // Runs at most `max_steps` steps. Only in the state Running; otherwise it reports the state.
+    Pause resume(std::uint64_t max_steps);
+    // Halts a started program, with StopSimulation; `why` becomes the message. Nothing happens
+    // when the program is not running.
+    void stop(std::string why = {});
+
+    const Program& program() const { return program_; }
+    RunState state() const { return state_; }
+    // The place of the step that runs, or ran last: the line the program is at.
+    Place place() const;
+    std::uint64_t steps() const { return steps_; }
+    // FILE:LINE:COLUMN: TEXT of a fault, or the reason given to stop().
+    const std::string& message() const { return message_; }
+
+    // The value of a variable by name, after a run or during one.
+    std::optional<std::int16_t> variable(std::string_view name) const;
+    const std::vector<std::int16_t>& values() const { return values_; }
+
+  private:
+    struct MacroCall {
+        CType result = CType::Int;
+        std::vector<CType> params;
+        kestrone::Variant args;  // reused from call to call
+    };
+    struct Fault {
+        Place at;
+        std::string text;
+    };
+
+    bool step();  // false when the slice must end (delay, end, fault)
+    std::int16_t eval(ExprId id);
+    std::int16_t binary(const Expr& e);
+    std::int16_t call(const Expr& e);
+    void finish(RunState state, Pause::Why why);
+    void fail(const Fault& f);
+
+    const Program& program_;
+    kestrone::IKestroneComponentV5& component_;
+    StepCode code_;
+    std::vector<MacroCall> calls_;  // by macro id
+    std::vector<std::int16_t> values_;
+    std::vector<std::uint16_t> counters_;
+    std::size_t pc_ = 0;
+    std::size_t last_ = 0;  // the step that ran last
+    std::uint64_t steps_ = 0;
+    RunState state_ = RunState::Ready;
+    Pause pause_;
+    std::string message_;
+};
+
+}  // namespace kflow

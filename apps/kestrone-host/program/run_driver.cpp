@@ -1,0 +1,66 @@
+#include "run_driver.h"
+
+#include <algorithm>
+
+namespace kflow {
+
+void PanelClock::wait(std::uint16_t ms) {
+    std::int64_t now = 0, ticks = 0;
+    panel_.GetClock(&now);
+    panel_.AdvanceTo(now + ms, &ticks);
+    ticks_ += ticks;
+}
+
+namespace {
+std::string at_line(const Interpreter& program, const std::string& text) {
+    return format_diagnostic(program.program().file, {program.place(), text});
+}
+}  // namespace
+
+RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limits) {
+    RunOutcome out;
+    if (kestrone::failed(program.start())) {
+        out.end = RunOutcome::End::Failed;
+        out.message = program.message();
+        return out;
+    }
+    while (true) {
+        const std::uint64_t left = limits.steps - std::min(limits.steps, program.steps());
+        const Pause p = left ? program.resume(left) : Pause{Pause::Why::Slice};
+        switch (p.why) {
+            case Pause::Why::Delay:
+                if (out.elapsed_ms + p.delay_ms > limits.clock_ms) {
+                    clock.wait(static_cast<std::uint16_t>(limits.clock_ms - out.elapsed_ms));
+                    out.elapsed_ms = limits.clock_ms;
+                    program.stop(at_line(program, "the program was stopped after " +
+                                                      std::to_string(limits.clock_ms) +
+                                                      " ms at this line: does it run forever?"));
+                    out.end = RunOutcome::End::OutOfTime;
+                    break;
+                }
+                clock.wait(p.delay_ms);
+                out.elapsed_ms += p.delay_ms;
+                continue;
+            case Pause::Why::Slice:
+                program.stop(at_line(program, "the program was stopped after " +
+                                                  std::to_string(program.steps()) +
+                                                  " steps at this line: does a loop run on and "
+                                                  "on?"));
+                out.end = RunOutcome::End::OutOfSteps;
+                break;
+            case Pause::Why::Finished:
+                out.end = RunOutcome::End::Finished;
+                break;
+            case Pause::Why::Halted:
+                out.end = RunOutcome::End::Halted;
+                break;
+            case Pause::Why::Failed:
+                out.end = RunOutcome::End::Failed;
+                break;
+        }
+        out.message = program.message();
+        return out;
+    }
+}
+
+}  // namespace kflow

@@ -1,0 +1,181 @@
+// The C that a program becomes: every demonstration's C passes the host C compiler's syntax
+// check against the stand-in register header, and the C of a program does what the interpreter
+// does: the same macro calls with the same arguments in the same order, run on this machine with
+// macros that print their calls.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "c_program.h"
+#include "fake_component.h"
+#include "interpreter.h"
+#include "program_support.h"
+#include "robot_session.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using program_testing::FakeComponent;
+
+struct Command {
+    int status = -1;
+    std::string output;
+};
+
+Command run(const std::string& command) {
+    Command c;
+    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (!pipe) return c;
+    for (int ch; (ch = std::fgetc(pipe)) != EOF;)
+        c.output.push_back(static_cast<char>(ch));
+    c.status = ::pclose(pipe);
+    return c;
+}
+
+// The one SDCC keyword that a -D cannot take away for the host compiler: `__interrupt 0`.
+std::string for_host_compiler(std::string c) {
+    const std::string word = "__interrupt 0";
+    const std::size_t at = c.find(word);
+    if (at != std::string::npos) c.erase(at, word.size());
+    return c;
+}
+
+class DemonstrationC : public testing::TestWithParam<const char*> {};
+
+TEST_P(DemonstrationC, PassesTheSyntaxCheckOfAHostCompiler) {
+    program_testing::RobotSession robot;
+    const auto checked =
+        kflow::check_program(program_testing::example(GetParam()), GetParam(), robot.macros());
+    ASSERT_TRUE(checked.program);
+    std::string error;
+    const auto code = kflow::read_component_code(robot.component(), *checked.program, &error);
+    ASSERT_TRUE(code) << error;
+    EXPECT_TRUE(code->warnings.empty());
+    const std::string c = kflow::write_c_program(*checked.program, *code, GetParam());
+    // Only the macros the program calls, and the settings filled in.
+    EXPECT_EQ(c.find("ReadAnalogue("), std::string::npos);
+    EXPECT_EQ(c.find("%a"), std::string::npos);
+
+    testing_support::TempDir dir;
+    const std::string file = dir.write("program.c", for_host_compiler(c));
+    const Command cc =
+        run(std::string(KESTRONE_C_COMPILER) +
+            " -fsyntax-only -std=c99 -ffreestanding -Wall -Wextra -Werror"
+            " -Wno-unused-function -I " KESTRONE_STUB_DIR " -D__code= '-D__at(x)=' -x c " +
+            file);
+    EXPECT_EQ(cc.status, 0) << cc.output;
+}
+
+INSTANTIATE_TEST_SUITE_P(Examples, DemonstrationC,
+                         testing::Values("square.kflow", "line_follower.kflow",
+                                         "light_seeker.kflow", "bumpers.kflow"));
+
+// Component code whose macros print their calls, and answer as FakeComponent does by default.
+kflow::ComponentCode printing_component(const kflow::Program& p) {
+    kflow::ComponentCode code;
+    code.description = "printing robot";
+    code.defines =
+        "#include <signal.h>\n#include <stdio.h>\n#include <unistd.h>\n"
+        "static int fake_calls;\n"
+        "static void fake_end(int s) { (void)s; fflush(stdout); _exit(0); }\n";
+    // The program never returns: a stop and the end both hold it, so an alarm ends it.
+    code.initialisation = "    signal(SIGALRM, fake_end);\n    ualarm(500000, 0);\n";
+    for (std::int32_t id : p.used_macros) {
+        const kflow::MacroInfo& m = p.macros.at(id);
+        std::string format = m.name, args;
+        for (const kflow::MacroParam& param : m.params) {
+            format += " %d";
+            args += ", (int)" + param.name;
+        }
+        std::string body = "    printf(\"" + format + "\\n\"" + args + ");\n";
+        body += m.is_function ? "    return fake_calls++ * 37 + 11;\n" : "    fake_calls++;\n";
+        code.macro_bodies[id] = body;
+    }
+    return code;
+}
+
+// The calls of a program, once through the interpreter and once through its C.
+void expect_same_calls(const std::string& source) {
+    auto interpreted = program_testing::run_program(source);
+    ASSERT_TRUE(interpreted->checked.program) << interpreted->checked.faults.front().text;
+    std::string expected;
+    for (const program_testing::SimCall& call : interpreted->component.calls) {
+        expected += interpreted->checked.program->macros.at(call.id).name;
+        for (const kestrone::Variant& v : call.args)
+            expected += " " + std::to_string(v.as_integer());
+        expected += "\n";
+    }
+
+    const kflow::Program& p = *interpreted->checked.program;
+    const std::string c = kflow::write_c_program(p, printing_component(p), "same.kflow");
+    testing_support::TempDir dir;
+    const std::string file = dir.write("same.c", for_host_compiler(c));
+    // Plain char is unsigned on the robot's compiler.
+    const Command cc = run(std::string(KESTRONE_C_COMPILER) + " -std=gnu99 -funsigned-char -w -o " +
+                           dir.path() + "/same " + file);
+    ASSERT_EQ(cc.status, 0) << cc.output << c;
+    const Command ran = run(dir.path() + "/same");
+    EXPECT_EQ(ran.output, expected) << c;
+    EXPECT_FALSE(expected.empty());
+}
+
+TEST(ProgramAsC, CallsTheSameMacrosWithTheSameArgumentsInTheSameOrder) {
+    expect_same_calls(
+        "int a = 0\n"
+        "byte b = 250\n"
+        "int i = 0\n"
+        "repeat ReadLdr() % 5 + 2\n"  // 11 % 5 + 2: three passes, the count read once
+        "    b = b + 3\n"
+        "    LedOn(b)\n"
+        "    i = i + 1\n"
+        "end\n"
+        "while i > 0\n"
+        "    if i % 3 == 0\n"
+        "        WriteLeds(i << 4)\n"
+        "    else if i & 1 && ReadSwitch(i)\n"
+        "        SetMotors(i, -i, ReadLdr() >> 2, WaitSwitch(1) + ReadMic())\n"
+        "    else\n"
+        "        DriveForwards(-7 >> 1)\n"
+        "    end\n"
+        "    i = i - 1\n"
+        "end\n"
+        "a = ReadSwitch(0) - ReadLdr() * 2 + ReadMic() / (ReadSwitch(1) | 1)\n"
+        "LedOn(a)\n"
+        "a = -7 / 2 + -7 % 2 * 10 + (-300 >> 3) + (5 << -1)\n"
+        "PlayTone(a, 0, 'A')\n"
+        "SpinLeft((a + 1) * 2 - -a)\n"
+        "a = -(a - 1) * (2 + a) - !(a == 1)\n"
+        "LedOn(a)\n"
+        "delay 3\n"
+        "if a > 0 || ReadLdr()\n"
+        "    SpinLeft(~a)\n"
+        "end\n"
+        "forever\n"
+        "    a = a + 1\n"
+        "    if a > 3\n"
+        "        stop\n"
+        "    end\n"
+        "    SpinRight(a)\n"
+        "end\n"
+        "LedOff(99)\n");
+}
+
+TEST(ProgramAsC, ResultsOfWiderTypesAreCutToIntAsTheInterpreterCutsThem) {
+    FakeComponent c({{"Count", "long", {}}, {"Small", "char", {}}, {"Show", "void", {"int"}}});
+    const auto checked = kflow::check_program("Show(Count() + 1)\nShow(Small() + 1)\n", "w.kflow",
+                                              program_testing::table_of(c));
+    ASSERT_TRUE(checked.program);
+    const std::string text = kflow::write_c_program(*checked.program, {}, "w.kflow");
+    EXPECT_THAT(text, testing::HasSubstr("Show(((int)Count()) + 1);"));
+    EXPECT_THAT(text, testing::HasSubstr("Show(Small() + 1);"));
+}
+
+TEST(ProgramAsC, StopsAtADivisionByZeroAsTheInterpreterDoes) {
+    expect_same_calls("int z = 0\nLedOn(1)\nLedOn(ReadLdr() + 5 / z)\nLedOn(2)\n");
+    expect_same_calls("int z = 0\nLedOn(1)\nz = ReadLdr() % z\nLedOn(2)\n");
+}
+
+}  // namespace

@@ -1,0 +1,132 @@
+// A component of the test's own behind the host interface: it lists the macros it is given,
+// records every simulation call in order, and answers function macros from a rule of the
+// test's. The interpreter cannot tell it from a module.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "kestrone/component_v5.h"
+
+namespace program_testing {
+
+struct FakeMacro {
+    std::string name;
+    std::string returns = "void";
+    std::vector<std::string> param_types;  // one C type word per parameter
+    bool is_private = false;
+};
+
+// One call as the component saw it.
+struct SimCall {
+    std::int32_t id;
+    std::vector<kestrone::Variant> args;
+    bool operator==(const SimCall&) const = default;
+};
+
+class FakeComponent : public kestrone::IKestroneComponentV5 {
+  public:
+    explicit FakeComponent(std::vector<FakeMacro> macros) : macros_(std::move(macros)) {}
+    virtual ~FakeComponent() = default;
+
+    // The Rovanta robot's table as the code file gives it: ids 0 to 20.
+    static std::vector<FakeMacro> robot_macros();
+
+    // The result of a function macro: by default the low bits of a count of all calls made.
+    std::function<std::int32_t(std::int32_t id, std::size_t call)> result =
+        [](std::int32_t, std::size_t call) { return static_cast<std::int32_t>(call * 37 + 11); };
+    // A macro that fails with this status (0: none).
+    std::int32_t failing_id = -1;
+    kestrone::HRESULT failure = 0;
+
+    int starts = 0, stops = 0;
+    std::vector<SimCall> calls;
+    // Every event in order: "start", "stop", or the macro's name.
+    std::vector<std::string> events;
+
+    kestrone::HRESULT QueryInterface(const kestrone::Guid&, void**) noexcept override {
+        return kestrone::E_NOINTERFACE;
+    }
+    std::uint32_t AddRef() noexcept override { return 1; }
+    std::uint32_t Release() noexcept override { return 1; }
+
+    kestrone::HRESULT get_MacroNames(kestrone::Variant* pVal) noexcept override;
+    kestrone::HRESULT get_MacroIsFunction(std::int32_t id, std::int32_t* pVal) noexcept override;
+    kestrone::HRESULT get_MacroParameters(std::int32_t id,
+                                          kestrone::Variant* pVal) noexcept override;
+    kestrone::HRESULT get_MacroIsPrivate(std::int32_t id, std::int32_t* pVal) noexcept override;
+    kestrone::HRESULT StartSimulation() noexcept override;
+    kestrone::HRESULT StopSimulation() noexcept override;
+    kestrone::HRESULT SimMacroCall(std::int32_t id, const kestrone::Variant& vParams,
+                                   std::int32_t* pRetVal, kestrone::Variant* pvAffected,
+                                   std::int32_t* pCycles) noexcept override;
+
+    // Nothing else is asked by a running program.
+#define KFLOW_FAKE_UNUSED(signature)                \
+    kestrone::HRESULT signature noexcept override { \
+        return kestrone::E_NOTIMPL;                 \
+    }
+    KFLOW_FAKE_UNUSED(get_MultipleAllowed(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_MacroCode(std::int32_t, std::string*))
+    KFLOW_FAKE_UNUSED(get_IsSimulating(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_PinCount(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_HasInitialisation(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_HasInterrupts(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_HasExclusiveInts(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_InitialisationCode(std::string*))
+    KFLOW_FAKE_UNUSED(get_InterruptCode(std::string*))
+    KFLOW_FAKE_UNUSED(get_ExclusiveInterrupts(kestrone::Variant*))
+    KFLOW_FAKE_UNUSED(get_PinName(std::int32_t, std::string*))
+    KFLOW_FAKE_UNUSED(get_DesiredPort(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_Direction(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_PortMandatory(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_SamePortAsID(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_Description(std::string*))
+    KFLOW_FAKE_UNUSED(get_DesiredBit(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_BitMandatory(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_Port(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(put_Port(std::int32_t, std::int32_t))
+    KFLOW_FAKE_UNUSED(get_Bit(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(put_Bit(std::int32_t, std::int32_t))
+    KFLOW_FAKE_UNUSED(get_ConnectedOK(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_SimIODirection(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(SimReadPins(kestrone::Variant*))
+    KFLOW_FAKE_UNUSED(SimWritePins(const kestrone::Variant&))
+    KFLOW_FAKE_UNUSED(KeyDown(std::int32_t))
+    KFLOW_FAKE_UNUSED(KeyUp(std::int32_t))
+    KFLOW_FAKE_UNUSED(get_SupportsKeys(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_IsAnalogue(std::int32_t*))
+    KFLOW_FAKE_UNUSED(put_ClockSpeed(std::int32_t))
+    KFLOW_FAKE_UNUSED(put_PICAnalogueBits(std::int32_t))
+    KFLOW_FAKE_UNUSED(put_ADCCaptureCode(const std::string&))
+    KFLOW_FAKE_UNUSED(put_ADCReadHighCode(const std::string&))
+    KFLOW_FAKE_UNUSED(put_ADCReadLowCode(const std::string&))
+    KFLOW_FAKE_UNUSED(put_TargetController(const std::string&))
+    KFLOW_FAKE_UNUSED(put_ADCReadIntCode(const std::string&))
+    KFLOW_FAKE_UNUSED(put_KestroneVersion(std::int32_t))
+    KFLOW_FAKE_UNUSED(get_ComponentVersion(std::int32_t*))
+    KFLOW_FAKE_UNUSED(GeneralMethod(std::int32_t, kestrone::Variant*))
+    KFLOW_FAKE_UNUSED(put_GeneralPut(std::int32_t, kestrone::Variant*))
+    KFLOW_FAKE_UNUSED(get_GeneralGet(std::int32_t, kestrone::Variant*))
+    KFLOW_FAKE_UNUSED(put_KtxFilename(const std::string&))
+    KFLOW_FAKE_UNUSED(get_VNodeCount(std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_VNodeProtocol(std::int32_t, std::int32_t*))
+    KFLOW_FAKE_UNUSED(get_VNodeName(std::int32_t, std::string*))
+    KFLOW_FAKE_UNUSED(get_VNodeMsgRead(std::int32_t, std::int32_t*, kestrone::Variant*))
+    KFLOW_FAKE_UNUSED(put_VNodeMsgWrite(std::int32_t, std::int32_t, kestrone::Variant*))
+    KFLOW_FAKE_UNUSED(MacroCodeOverride(std::string*))
+    KFLOW_FAKE_UNUSED(get_CodeFilename(std::string*))
+    KFLOW_FAKE_UNUSED(get_DefinesCode(std::string*))
+    KFLOW_FAKE_UNUSED(get_ReadCustomImages(std::int32_t, std::string*))
+    KFLOW_FAKE_UNUSED(put_WriteCustomImages(std::int32_t, const std::string&))
+    KFLOW_FAKE_UNUSED(SimMacroCall2(std::int32_t, const kestrone::Variant&, kestrone::Variant*,
+                                    kestrone::Variant*, std::int32_t*))
+    KFLOW_FAKE_UNUSED(Refresh())
+#undef KFLOW_FAKE_UNUSED
+
+  private:
+    std::vector<FakeMacro> macros_;
+};
+
+}  // namespace program_testing
