@@ -41,14 +41,14 @@ void write(const fs::path& path, const std::string& text) {
 
 TEST(PixelMap, ReadsRowsTopFirstInThePalettesColours) {
     const std::string text =
-        "/* XPM */\r\n/* three by two */\r\nstatic const char* t[] = {\r\n\"3 2 3 1\",\r\n"
+        "/* XPM */\r\n/**/\r\nstatic const char* t[] = {\r\n\"3 2 3 1\",\r\n"
         "\"a c #12ab3F\", /* mixed case */\r\n\". c #FFFFFF\",\r\n\"# c #000000\",\r\n"
         "/* pixels */\r\n\"a.#\",\r\n\"#aa\"\r\n};\r\n";
     const auto r = parse_pixel_map(text);
     ASSERT_TRUE(r.ok()) << r.error_line << ": " << r.error;
     EXPECT_EQ(r.map.width, 3);
     EXPECT_EQ(r.map.height, 2);
-    EXPECT_EQ(r.map.header_line, 4);
+    EXPECT_EQ(r.map.header_line, 4);  // after an empty comment
     const std::vector<std::uint8_t> expected = {0x12, 0xAB, 0x3F, 255, 255,  255,  255,  255,
                                                 0,    0,    0,    255, 0,    0,    0,    255,
                                                 0x12, 0xAB, 0x3F, 255, 0x12, 0xAB, 0x3F, 255};
@@ -106,6 +106,7 @@ TEST(PixelMap, RefusesAFaultNamingItsLine) {
          "a colour must read \"<key> c #RRGGBB\""},
         {map_text("1 1 1 1", {"a", "a"}), 4, "a colour must read \"<key> c #RRGGBB\""},
         {map_text("1 2 1 1", {pal, "a"}), 5, "only 1 rows, the header's height is 2"},
+        {map_text("1 1 1 1", {pal}), 4, "only 0 rows, the header's height is 1"},
         {map_text("1 1 1 1", {pal, "a", "a"}), 6, "more rows than the header's height of 1"},
         {map_text("1 1 3 1", {pal, "b c #FFFFFF"}), 5, "only 2 colours, the header says 3"},
         {"static const char* t[] = {\n};\n", 0, "the map has no header"},
@@ -186,6 +187,7 @@ TEST(PictureLoading, NamesEachBadPictureWithItsFileAndLine) {
                   fs::copy_options::overwrite_existing);
     fs::remove(copy / "logo.xpm");
     copy.shorten_row("heading_07.xpm", 30);
+    write(copy / "heading_12.xpm", "static char* t[];\n" + read(copy / "heading_12.xpm"));
     const auto loaded = picture_compiler::load_pictures(copy.dir);
     const std::vector<std::string> expected = {
         (copy / "led_lit.xpm").string() + ":5: the picture is 23x26, its role LedLit needs 23x27",
@@ -193,9 +195,11 @@ TEST(PictureLoading, NamesEachBadPictureWithItsFileAndLine) {
         (copy / "heading_07.xpm").string() + ":" +
             std::to_string(copy.pixel_row_line("heading_07.xpm", 30)) +
             ": the row is 63 characters long, the width needs 64",
+        (copy / "heading_12.xpm").string() +
+            ":1: expected the \"static const char* name[] = {\" line",
     };
     EXPECT_EQ(loaded.errors, expected);
-    EXPECT_EQ(loaded.pictures.size(), picture_compiler::picture_sources().size() - 3);
+    EXPECT_EQ(loaded.pictures.size(), picture_compiler::picture_sources().size() - 4);
 }
 
 // The converter as the build runs it; its exit status, with what it wrote to stderr.

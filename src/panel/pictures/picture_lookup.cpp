@@ -1,11 +1,13 @@
+#include <span>
+
 #include "panel/pictures/compiled_pictures.h"
 
 namespace panel {
 
 const PictureData* picture_data(PictureRole role) {
-    for (std::size_t i = 0; i < pictures::kCompiledPictureCount; ++i)
-        if (pictures::kCompiledPictures[i].role == role)
-            return &pictures::kCompiledPictures[i].data;
+    for (const auto& picture :
+         std::span(pictures::kCompiledPictures, pictures::kCompiledPictureCount))
+        if (picture.role == role) return &picture.data;
     return nullptr;
 }
 
