@@ -202,6 +202,22 @@ TEST(PictureLoading, NamesEachBadPictureWithItsFileAndLine) {
     EXPECT_EQ(loaded.pictures.size(), picture_compiler::picture_sources().size() - 4);
 }
 
+TEST(PictureLoading, WritesEachPictureAsOneLineOfBytesPerPixelRow) {
+    const auto r = parse_pixel_map(map_text("2 2 2 1", {"a c #0A0B0C", "b c #F0E1D2", "ab", "ba"}));
+    ASSERT_TRUE(r.ok()) << r.error;
+    const auto& source = picture_compiler::picture_sources().front();
+    const std::string text = picture_compiler::compiled_source({{&source, r.map}});
+    const std::string name = "pixels_" + fs::path(source.file).stem().string();
+    const std::size_t from = text.find(name + "[] = {\n"), to = text.find("};", from);
+    ASSERT_NE(from, std::string::npos);
+    EXPECT_EQ(text.substr(text.find('\n', from) + 1, to - text.find('\n', from) - 1),
+              "    0x0a, 0x0b, 0x0c, 0xff, 0xf0, 0xe1, 0xd2, 0xff,\n"
+              "    0xf0, 0xe1, 0xd2, 0xff, 0x0a, 0x0b, 0x0c, 0xff,\n");
+    EXPECT_NE(text.find("{role_at(PictureRole::" + std::string(source.role) + ", 0), {2, 2, " +
+                        name + "}}"),
+              std::string::npos);
+}
+
 // The converter as the build runs it; its exit status, with what it wrote to stderr.
 int run_compiler(const std::string& args, std::string* errors, const fs::path& scratch) {
     const fs::path err = scratch / "stderr.txt";
