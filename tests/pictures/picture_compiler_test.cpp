@@ -114,6 +114,8 @@ TEST(PixelMap, RefusesAFaultNamingItsLine) {
          "the map is not closed by \"};\""},
         {"\"1 1 1 1\",\nstatic const char* t[] = {\n", 1,
          "expected the \"static const char* name[] = {\" line"},
+        {"/* XPM */\n\n", 2, "expected the \"static const char* name[] = {\" line"},
+        {"", 0, "expected the \"static const char* name[] = {\" line"},
         {map_text("1 1 1 1", {pal, "a"}) + "\"a\",\n", 7, "unexpected text: \"a\","},
         {"static const char* t[] = {\n\"1 1 1 1\",\nint x;\n", 3, "unexpected text: int x;"},
         {"static const char* t[] = {\n\"1 1 1 1,\n", 2, "the row has no closing quote"},

@@ -79,30 +79,33 @@ std::optional<Failure> read_entry(std::string_view s, int line, std::vector<Entr
     return std::nullopt;
 }
 
+constexpr const char* kExpectedOpening = "expected the \"static const char* name[] = {\" line";
+
 // The quoted rows between the `static ... = {` line and `};`; comments and blank lines between.
 std::optional<Failure> collect_entries(std::string_view text, std::vector<Entry>& entries) {
     enum class Place { Before, Inside, After } place = Place::Before;
-    int line = 0;
-    while (!text.empty() || line == 0) {
-        ++line;
+    int line = 0;  // the last line read
+    for (; !text.empty(); ++line) {
         std::size_t eol = text.find('\n');
         std::string_view raw = text.substr(0, eol);
         text.remove_prefix(eol == std::string_view::npos ? text.size() : eol + 1);
         std::string_view s = trim(raw);
         if (s.empty() || is_comment(s)) continue;
+        const int number = line + 1;
         if (place == Place::Before && s.starts_with("static ") && s.ends_with("{")) {
             place = Place::Inside;
         } else if (place == Place::Inside && s == "};") {
             place = Place::After;
         } else if (place == Place::Inside && s.starts_with("\"")) {
-            if (auto failure = read_entry(s, line, entries)) return failure;
+            if (auto failure = read_entry(s, number, entries)) return failure;
         } else if (place == Place::Before) {
-            return Failure{line, "expected the \"static const char* name[] = {\" line"};
+            return Failure{number, kExpectedOpening};
         } else {
-            return Failure{line, "unexpected text: " + std::string(s)};
+            return Failure{number, "unexpected text: " + std::string(s)};
         }
     }
-    if (place != Place::After) return Failure{line, "the map is not closed by \"};\""};
+    if (place == Place::Before) return Failure{line, kExpectedOpening};
+    if (place == Place::Inside) return Failure{line, "the map is not closed by \"};\""};
     return std::nullopt;
 }
 
