@@ -55,10 +55,16 @@ TEST(PixelMap, ReadsRowsTopFirstInThePalettesColours) {
     EXPECT_EQ(r.map.rgba, expected);
 }
 
-TEST(PixelMap, KeysMayBeSeveralCharacters) {
+TEST(PixelMap, KeysMayBeSeveralCharactersOrASpace) {
     const auto r = parse_pixel_map(map_text("2 1 2 2", {"aa c #010203", "ab c #0A0B0C", "abaa"}));
     ASSERT_TRUE(r.ok()) << r.error;
     EXPECT_EQ(r.map.rgba, (std::vector<std::uint8_t>{10, 11, 12, 255, 1, 2, 3, 255}));
+    // A space is a key like any other.
+    const auto spaced =
+        parse_pixel_map(map_text("3 1 2 1", {"  c #010203", "x\tc  #0A0B0C", " x "}));
+    ASSERT_TRUE(spaced.ok()) << spaced.error;
+    EXPECT_EQ(spaced.map.rgba,
+              (std::vector<std::uint8_t>{1, 2, 3, 255, 10, 11, 12, 255, 1, 2, 3, 255}));
 }
 
 TEST(PixelMap, TakesSizesUpToItsLimits) {

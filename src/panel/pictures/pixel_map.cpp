@@ -24,16 +24,12 @@ struct Failure {
     std::string what;
 };
 
-bool is_space(char c) {
-    return c == ' ' || c == '\t' || c == '\r';
-}
+constexpr std::string_view kSpaces = " \t\r";
 
 std::string_view trim(std::string_view s) {
-    while (!s.empty() && is_space(s.front()))
-        s.remove_prefix(1);
-    while (!s.empty() && is_space(s.back()))
-        s.remove_suffix(1);
-    return s;
+    const std::size_t first = s.find_first_not_of(kSpaces);
+    if (first == std::string_view::npos) return {};
+    return s.substr(first, s.find_last_not_of(kSpaces) - first + 1);
 }
 
 bool is_comment(std::string_view s) {
@@ -42,17 +38,11 @@ bool is_comment(std::string_view s) {
 
 std::vector<std::string_view> split_words(std::string_view s) {
     std::vector<std::string_view> words;
-    std::size_t i = 0;
-    while (i < s.size()) {
-        if (is_space(s[i])) {
-            ++i;
-            continue;
-        }
-        std::size_t end = i;
-        while (end < s.size() && !is_space(s[end]))
-            ++end;
-        words.push_back(s.substr(i, end - i));
-        i = end;
+    std::size_t from = s.find_first_not_of(kSpaces);
+    while (from != std::string_view::npos) {
+        const std::size_t end = s.find_first_of(kSpaces, from);
+        words.push_back(s.substr(from, end - from));  // to the end of s when end is npos
+        from = s.find_first_not_of(kSpaces, end);
     }
     return words;
 }
@@ -139,7 +129,8 @@ using Palette = std::map<std::string, std::array<std::uint8_t, 4>, std::less<>>;
 
 std::optional<Failure> read_colour(const Entry& e, int chars, Palette& palette) {
     const Failure bad{e.line, "a colour must read \"<key> c #RRGGBB\""};
-    if (static_cast<int>(e.text.size()) <= chars || !is_space(e.text[chars])) return bad;
+    // The key is the first `chars` characters, and a space follows it.
+    if (e.text.find_first_of(kSpaces, chars) != static_cast<std::size_t>(chars)) return bad;
     std::string key(e.text.substr(0, chars));
     auto words = split_words(e.text.substr(chars));
     if (words.size() != 2 || words[0] != "c" || words[1].size() != 7 || words[1][0] != '#')
