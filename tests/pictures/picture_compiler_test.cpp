@@ -43,7 +43,7 @@ TEST(PixelMap, ReadsRowsTopFirstInThePalettesColours) {
     const std::string text =
         "/* XPM */\r\n/**/\r\nstatic const char* t[] = {\r\n\"3 2 3 1\",\r\n"
         "\"a c #12ab3F\", /* mixed case */\r\n\". c #FFFFFF\",\r\n\"# c #000000\",\r\n"
-        "/* pixels */\r\n\"a.#\",\r\n\"#aa\"\r\n};\r\n";
+        "/* pixels */\r\n\"a.#\",\r\n  \"#aa\"\r\n  }; \r\n";  // indented, spaces and CRs around
     const auto r = parse_pixel_map(text);
     ASSERT_TRUE(r.ok()) << r.error_line << ": " << r.error;
     EXPECT_EQ(r.map.width, 3);
@@ -113,6 +113,7 @@ TEST(PixelMap, RefusesAFaultNamingItsLine) {
         {map_text("1 1 1 1", {"a", "a"}), 4, "a colour must read \"<key> c #RRGGBB\""},
         {map_text("1 2 1 1", {pal, "a"}), 5, "only 1 rows, the header's height is 2"},
         {map_text("1 1 1 1", {pal}), 4, "only 0 rows, the header's height is 1"},
+        {map_text("1 1 1 1", {pal, ""}), 5, "the row is 0 characters long, the width needs 1"},
         {map_text("1 1 1 1", {pal, "a", "a"}), 6, "more rows than the header's height of 1"},
         {map_text("1 1 3 1", {pal, "b c #FFFFFF"}), 5, "only 2 colours, the header says 3"},
         {"static const char* t[] = {\n};\n", 0, "the map has no header"},
