@@ -220,7 +220,8 @@ class ComponentSession {
     // Starts the program and runs it to its end, each delay moving the session's clock on (the
     // console's way). A program that reaches a limit is halted at the line it had reached.
     kflow::RunOutcome run_program(const kflow::RunLimits& limits = {});
-    // Halts a started program with StopSimulation.
+    // Halts a started program with StopSimulation; from inside one of its own steps (a window's
+    // Stop pressed while its tone sounds) once that step has returned.
     void stop_program(std::string why = {});
     kflow::RunState program_state() const;
     std::int64_t program_wakes_at() const { return wake_at_; }
@@ -266,9 +267,6 @@ class ComponentSession {
     std::unique_ptr<kflow::Program> program_;  // the interpreter holds on to it
     std::unique_ptr<kflow::Interpreter> interpreter_;
     std::int64_t wake_at_ = 0;
-    bool stepping_ = false;    // the interpreter is inside resume()
-    bool stop_asked_ = false;  // by a stop from inside a step: it stops when the step returns
-    std::string stop_why_;
     // The variables of the last program that ran, kept when it is replaced or its object goes.
     std::vector<std::pair<std::string, std::int16_t>> last_values_;
     bool any_run_ = false;

@@ -83,7 +83,6 @@ void ComponentSession::retire_program() {
     }
     interpreter_.reset();
     program_.reset();
-    stop_asked_ = false;
 }
 
 HRESULT ComponentSession::start_program() {
@@ -91,7 +90,6 @@ HRESULT ComponentSession::start_program() {
     if (!interpreter_) return kNoObject;
     Busy b(depth_);
     interpreter_->stop();
-    stop_asked_ = false;
     any_run_ = true;
     const HRESULT hr = interpreter_->start();
     wake_at_ = now();
@@ -108,14 +106,7 @@ Pause ComponentSession::drive_program(std::uint64_t max_steps) {
     Pause p;
     {
         Busy b(depth_);
-        stepping_ = true;
         p = interpreter_->resume(max_steps);
-        stepping_ = false;
-        if (stop_asked_ && interpreter_->state() == RunState::Running) {
-            interpreter_->stop(stop_why_);
-            p = {Pause::Why::Halted};
-        }
-        stop_asked_ = false;
     }
     if (p.why == Pause::Why::Delay) wake_at_ = now() + p.delay_ms;
     return p;
@@ -128,31 +119,15 @@ kflow::RunOutcome ComponentSession::run_program(const kflow::RunLimits& limits) 
     if (!panel_) return {End::Failed, 0, "the component offers no panel to keep time"};
     Busy b(depth_);
     interpreter_->stop();
-    stop_asked_ = false;
     any_run_ = true;
-    // A stop asked from inside a step takes effect at the next delay, between two steps.
-    SessionClock clock([this](std::uint16_t ms) {
-        advance(ms);
-        if (stop_asked_) {
-            stop_asked_ = false;
-            interpreter_->stop(stop_why_);
-        }
-    });
-    stepping_ = true;
-    const kflow::RunOutcome outcome = kflow::run_to_end(*interpreter_, clock, limits);
-    stepping_ = false;
-    return outcome;
+    SessionClock clock([this](std::uint16_t ms) { advance(ms); });
+    return kflow::run_to_end(*interpreter_, clock, limits);
 }
 
 void ComponentSession::stop_program(std::string why) {
-    if (!interpreter_ || interpreter_->state() != RunState::Running) return;
-    if (stepping_) {
-        stop_asked_ = true;
-        stop_why_ = std::move(why);
-        return;
-    }
+    if (!interpreter_) return;
     Busy b(depth_);
-    interpreter_->stop(std::move(why));
+    interpreter_->request_stop(std::move(why));
 }
 
 RunState ComponentSession::program_state() const {
