@@ -169,8 +169,9 @@ std::int64_t ComponentSession::now() const {
     return saturated_sum(panel_now, clock_offset_);
 }
 
+// The offset never reaches the lowest 64-bit value: the session's time starts at 0 and the
+// panels' clocks never go below it.
 std::int64_t ComponentSession::panel_time(std::int64_t session_time) const {
-    if (clock_offset_ == kEarliest) return kFarthest;
     return saturated_sum(session_time, -clock_offset_);
 }
 
