@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "value_syntax.h"
+
 namespace console {
 
 namespace {
@@ -50,6 +52,14 @@ std::optional<NamePath> parse_name_path(std::string_view text) {
         if (p.member.find_first_of(".()") != std::string::npos) return std::nullopt;
     }
     return p;
+}
+
+std::optional<std::string> word_text(const std::string& word) {
+    if (word.empty()) return std::nullopt;
+    if (word.front() != '"') return word;
+    const auto v = parse_value(word);
+    if (!v || v->is_array() || v->type() != kestrone::VarType::String) return std::nullopt;
+    return v->as_string();
 }
 
 bool is_skipped_line(std::string_view line) {

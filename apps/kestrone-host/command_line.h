@@ -26,8 +26,16 @@ struct NamePath {
     std::int32_t index = 0;
     std::string member;  // empty when there is none
 };
+// The index, if the path has one.
+inline std::optional<std::int32_t> index_of(const NamePath& path) {
+    return path.has_index ? std::optional<std::int32_t>(path.index) : std::nullopt;
+}
 // nullopt for anything else, a member that is itself a path included.
 std::optional<NamePath> parse_name_path(std::string_view text);
+
+// A word that names something, a key or a file: a bare word as it stands, or a quoted string
+// (for names with blanks or other bytes). nullopt for an empty word or a broken string.
+std::optional<std::string> word_text(const std::string& word);
 
 // True for a blank line or one whose first non-blank character is '#'.
 bool is_skipped_line(std::string_view line);

@@ -19,19 +19,18 @@ namespace {
 // ELEMENT or ELEMENT(I), then .PROPERTY when `with_property`.
 struct ElementPath {
     std::string element;
-    bool has_index = false;
-    std::int32_t index = 0;
+    std::optional<std::int32_t> index;
     std::string property;
 };
 
 std::optional<ElementPath> parse_element_path(std::string_view text, bool with_property) {
     const auto path = parse_name_path(text);
     if (!path || path->member.empty() == with_property) return std::nullopt;
-    return ElementPath{path->name, path->has_index, path->index, path->member};
+    return ElementPath{path->name, index_of(*path), path->member};
 }
 
 std::string element_text(const ElementPath& p) {
-    return p.has_index ? p.element + "(" + std::to_string(p.index) + ")" : p.element;
+    return p.index ? p.element + "(" + std::to_string(*p.index) + ")" : p.element;
 }
 
 // A number as written in the console: any numeric kind.
@@ -70,7 +69,7 @@ float coordinate(double d) {
 
 bool ConsoleSession::have_panel() {
     if (!have_object()) return false;
-    if (!panel_ || !panel_inspect_) {
+    if (!session_.offers(host::Facet::Panel)) {
         out_.fail("the component offers no panel");
         return false;
     }
@@ -89,8 +88,8 @@ void ConsoleSession::cmd_get(const CommandLine& c) {
     if (!path) return out_.fail("not an element's property: " + c.words[1]);
     if (!have_panel()) return;
     Variant value;
-    const HRESULT hr = panel_inspect_->GetProperty(
-        path->element, path->has_index ? &path->index : nullptr, path->property, &value);
+    const HRESULT hr =
+        session_.element_property(path->element, path->index, path->property, &value);
     if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the panel has no " + c.words[1]);
     if (kestrone::failed(hr)) return out_.error(hr);
     out_.ok(format_value(value));
@@ -105,8 +104,8 @@ void ConsoleSession::cmd_put(const CommandLine& c) {
     const auto value = parse_value(c.words[3], &error);
     if (!value) return out_.fail("cannot read the value " + c.words[3] + ": " + error);
     if (!have_panel()) return;
-    const HRESULT hr = panel_inspect_->PutProperty(
-        path->element, path->has_index ? &path->index : nullptr, path->property, *value);
+    const HRESULT hr =
+        session_.put_element_property(path->element, path->index, path->property, *value);
     answer_element_status(hr, c.words[1]);
 }
 
@@ -117,8 +116,7 @@ bool ConsoleSession::find_element(const std::string& text, std::int32_t* id) {
         return false;
     }
     if (!have_panel()) return false;
-    const HRESULT hr =
-        panel_inspect_->FindElement(path->element, path->has_index ? &path->index : nullptr, id);
+    const HRESULT hr = session_.find_element(path->element, path->index, id);
     if (kestrone::failed(hr)) {
         answer_element_status(hr, "element " + element_text(*path));
         return false;
@@ -130,7 +128,7 @@ void ConsoleSession::cmd_click(const CommandLine& c) {
     if (c.words.size() != 2 || c.equals) return out_.fail("click takes ELEMENT");
     std::int32_t id = -1;
     if (!find_element(c.words[1], &id)) return;
-    answer_element_status(panel_->Click(id), c.words[1]);
+    answer_element_status(session_.click(id), c.words[1]);
 }
 
 void ConsoleSession::cmd_arrow(const CommandLine& c) {
@@ -138,7 +136,7 @@ void ConsoleSession::cmd_arrow(const CommandLine& c) {
         return out_.fail("arrow takes ELEMENT up or ELEMENT down");
     std::int32_t id = -1;
     if (!find_element(c.words[1], &id)) return;
-    answer_element_status(panel_->Arrow(id, c.words[2] == "up"), c.words[1]);
+    answer_element_status(session_.arrow(id, c.words[2] == "up"), c.words[1]);
 }
 
 void ConsoleSession::cmd_mouse(const CommandLine& c) {
@@ -154,7 +152,7 @@ void ConsoleSession::cmd_mouse(const CommandLine& c) {
     if (!buttons) return out_.fail("not a button number: " + c.words[2]);
     if (!x || !y) return out_.fail("mouse takes X and Y as numbers");
     if (!have_panel()) return;
-    answer_element_status(panel_->Pointer(*action, *buttons, 0, coordinate(*x), coordinate(*y)),
+    answer_element_status(session_.pointer(*action, *buttons, 0, coordinate(*x), coordinate(*y)),
                           "such element");
 }
 
@@ -168,8 +166,7 @@ void ConsoleSession::cmd_event(const CommandLine& c) {
         args.push_back(std::move(*v));
     }
     if (!have_panel()) return;
-    const HRESULT hr =
-        panel_inspect_->RaiseEvent(c.words[1], args.data(), static_cast<std::int32_t>(args.size()));
+    const HRESULT hr = session_.raise_event(c.words[1], args);
     if (hr == kestrone::DISP_E_UNKNOWNNAME)
         return out_.fail("the panel has no event handler " + c.words[1]);
     if (hr == kestrone::DISP_E_BADPARAMCOUNT)
@@ -184,7 +181,7 @@ void ConsoleSession::cmd_tick(const CommandLine& c) {
     const auto index = whole_number(c.words[1]);
     if (!index) return out_.fail("not a timer index: " + c.words[1]);
     if (!have_panel()) return;
-    const HRESULT hr = panel_->Tick(*index);
+    const HRESULT hr = session_.tick(*index);
     if (kestrone::failed(hr)) return out_.error(hr);
     out_.ok();
 }
@@ -195,11 +192,8 @@ void ConsoleSession::cmd_advance(const CommandLine& c) {
     if (!ms || *ms != std::floor(*ms) || *ms < 0 || *ms > 9.2e18)
         return out_.fail("advance takes a whole number of milliseconds, 0 or more");
     if (!have_panel()) return;
-    std::int64_t now = 0, ticks = 0;
-    panel_->GetClock(&now);
-    const auto step = static_cast<std::int64_t>(*ms);
-    const std::int64_t until = now > INT64_MAX - step ? INT64_MAX : now + step;
-    const HRESULT hr = panel_->AdvanceTo(until, &ticks);
+    std::int64_t ticks = 0;
+    const HRESULT hr = session_.advance(static_cast<std::int64_t>(*ms), &ticks);
     if (kestrone::failed(hr)) return out_.error(hr);
     // The answer is a 32-bit count.
     if (ticks > INT32_MAX)

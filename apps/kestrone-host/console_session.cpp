@@ -1,6 +1,5 @@
 #include "console_session.h"
 
-#include <charconv>
 #include <istream>
 #include <ostream>
 
@@ -16,20 +15,27 @@ void Output::notice(const std::string& line) {
     out_ << line << '\n' << std::flush;
 }
 
+void Output::final_line(const std::string& line) {
+    if (capture_)
+        *capture_ = line;
+    else
+        out_ << line << '\n' << std::flush;
+}
+
 void Output::ok(const std::string& rest) {
-    out_ << (rest.empty() ? "ok" : "ok " + rest) << '\n' << std::flush;
+    final_line(rest.empty() ? "ok" : "ok " + rest);
 }
 
 void Output::error(HRESULT status) {
     const int number = kestrone::basic_error_number(status);
     if (number != 0)
-        out_ << "error " << number << ' ' << error_text(number) << '\n' << std::flush;
+        final_line("error " + std::to_string(number) + " " + error_text(number));
     else
         fail("the component answered with status " + status_text(status));
 }
 
 void Output::fail(const std::string& why) {
-    out_ << "fail " << why << '\n' << std::flush;
+    final_line("fail " + why);
 }
 
 void ConsoleServices::ShowMessage(const std::string& text) noexcept {
@@ -40,25 +46,8 @@ void ConsoleServices::PlayTone(std::int32_t hertz, std::int32_t milliseconds) no
     out_.notice("tone " + std::to_string(hertz) + " " + std::to_string(milliseconds));
 }
 
-ConsoleSession::ConsoleSession(const host::ModuleHost* module, std::string load_error,
-                               std::ostream& out)
-    : module_(module), load_error_(std::move(load_error)), out_(out), services_(out_) {}
-
-ConsoleSession::~ConsoleSession() {
-    release_object();
-}
-
-// Releases the interfaces before the object and before the services they were lent.
-void ConsoleSession::release_object() {
-    page_.reset();
-    pages_.reset();
-    persist_.reset();
-    panel_inspect_.reset();
-    panel_.reset();
-    inspect_.reset();
-    dispatch_.reset();
-    object_.reset();
-}
+ConsoleSession::ConsoleSession(std::ostream& out, host::ProjectCodec codec)
+    : out_(out), services_(out_), session_(services_, std::move(codec)) {}
 
 const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::commands() {
     static const std::map<std::string_view, Handler> table{
@@ -77,30 +66,20 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"event", &ConsoleSession::cmd_event},
         {"tick", &ConsoleSession::cmd_tick},
         {"advance", &ConsoleSession::cmd_advance},
+        {"run", &ConsoleSession::cmd_run},
+        {"var", &ConsoleSession::cmd_var},
+        {"expect", &ConsoleSession::cmd_expect},
     };
     return table;
 }
 
 void ConsoleSession::create_object() {
-    release_object();
-    if (!module_) {
-        out_.fail(load_error_);
-        return;
+    if (!session_.module_loaded()) {
+        session_.release_object();
+        return out_.fail(session_.load_error());
     }
-    kestrone::ComPtr<kestrone::IUnknown> object;
-    const HRESULT hr = module_->create(&services_, object);
-    if (kestrone::failed(hr)) {
-        out_.error(hr);
-        return;
-    }
-    object_ = object;
-    dispatch_ = object.query<kestrone::IKestroneDispatch>(kestrone::IID_IKestroneDispatch);
-    inspect_ = object.query<kestrone::IKestroneInspection>(kestrone::IID_IKestroneInspection);
-    persist_ = object.query<kestrone::IKestronePersist>(kestrone::IID_IKestronePersist);
-    pages_ = object.query<kestrone::IKestronePropertyPages>(kestrone::IID_IKestronePropertyPages);
-    panel_ = object.query<kestrone::IKestronePanel>(kestrone::IID_IKestronePanel);
-    panel_inspect_ =
-        object.query<kestrone::IKestronePanelInspection>(kestrone::IID_IKestronePanelInspection);
+    const HRESULT hr = session_.create_object();
+    if (kestrone::failed(hr)) return out_.error(hr);
     out_.ok();
 }
 
@@ -109,8 +88,9 @@ void ConsoleSession::start() {
 }
 
 bool ConsoleSession::have_object() {
-    if (object_) return true;
-    out_.fail(module_ ? "there is no object: its creation failed (try new)" : load_error_);
+    if (session_.has_object()) return true;
+    out_.fail(session_.module_loaded() ? "there is no object: its creation failed (try new)"
+                                       : session_.load_error());
     return false;
 }
 
@@ -164,55 +144,23 @@ void ConsoleSession::cmd_field(const CommandLine& c) {
     const auto path = parse_field_path(c.words[1]);
     if (!path) return out_.fail("not a field: " + c.words[1]);
     if (!have_object()) return;
-    if (!inspect_) return out_.fail("the component offers no inspection");
+    if (!session_.offers(host::Facet::Fields))
+        return out_.fail("the component offers no inspection");
     Variant value;
-    const HRESULT hr = inspect_->GetField(path->name, path->has_index ? &path->index : nullptr,
-                                          path->member, &value);
+    const HRESULT hr = session_.field(path->name, index_of(*path), path->member, &value);
     if (hr == kestrone::DISP_E_UNKNOWNNAME)
         return out_.fail("the component has no field " + c.words[1]);
     if (kestrone::failed(hr)) return out_.error(hr);
     out_.ok(format_value(value));
 }
 
-namespace {
-struct FoundMember {
-    kestrone::Interface iface;
-    std::int32_t number;
-    kestrone::MemberInfo info;
-};
-
-// The member of that name and kind: the host's interface first, then the control's own members
-// with its settings. A query or call when there is no "=", a write when there is.
-std::optional<FoundMember> find_member(std::string_view name, bool write) {
-    using kestrone::InvokeKind;
-    auto fits = [write](const kestrone::MemberInfo& m) {
-        return (m.kind == InvokeKind::Set) == write;
-    };
-    for (std::size_t i = 0; i < kestrone::kComponentV5Members.size(); ++i) {
-        const auto& m = kestrone::kComponentV5Members[i];
-        if (m.name == name && fits(m))
-            return FoundMember{kestrone::Interface::ComponentV5, static_cast<std::int32_t>(i), m};
-    }
-    for (std::size_t i = 0; i < kestrone::kRovantaMembers.size(); ++i) {
-        const auto& m = kestrone::kRovantaMembers[i];
-        if (m.name == name && fits(m))
-            return FoundMember{kestrone::Interface::Rovanta, static_cast<std::int32_t>(i), m};
-    }
-    return std::nullopt;
-}
-
-bool has_member_named(std::string_view name) {
-    return find_member(name, false) || find_member(name, true);
-}
-}  // namespace
-
 void ConsoleSession::cmd_operation(const CommandLine& c) {
     const std::string& name = c.words.front();
     const bool write = c.equals.has_value();
     if (write && *c.equals + 2 != c.words.size()) return out_.fail("one value must follow '='");
-    const auto member = find_member(name, write);
+    const auto member = host::ComponentSession::find_operation(name, write);
     if (!member) {
-        if (has_member_named(name))
+        if (host::ComponentSession::has_operation(name))
             return out_.fail(name + (write ? " can't be written"
                                            : " can only be written: " + name + " ... = VALUE"));
         return out_.fail("unknown command or operation: " + name);
@@ -220,9 +168,9 @@ void ConsoleSession::cmd_operation(const CommandLine& c) {
     // The arguments, then the written value.
     std::vector<std::string> texts(c.words.begin() + 1, c.words.end());
     if (write) texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(*c.equals - 1));
-    if (texts.size() != member->info.param_count)
+    if (texts.size() != member->info->param_count)
         return out_.fail(name + " takes " +
-                         std::to_string(member->info.param_count - (write ? 1 : 0)) +
+                         std::to_string(member->info->param_count - (write ? 1 : 0)) +
                          " argument(s)" + (write ? " and a value" : ""));
     std::vector<Variant> args;
     for (const std::string& t : texts) {
@@ -232,15 +180,15 @@ void ConsoleSession::cmd_operation(const CommandLine& c) {
         args.push_back(std::move(*v));
     }
     if (!have_object()) return;
-    if (!dispatch_) return out_.fail("the component offers no calls by name");
+    if (!session_.offers(host::Facet::Calls))
+        return out_.fail("the component offers no calls by name");
     Variant result;
-    const HRESULT hr = dispatch_->Invoke(member->iface, member->number, args.data(),
-                                         static_cast<std::int32_t>(args.size()), &result);
+    const HRESULT hr = session_.call(*member, args, &result);
     if (kestrone::failed(hr)) return out_.error(hr);
     std::string answer;
-    if (member->info.result != kestrone::VarType::Empty) answer = format_value(result);
-    for (std::size_t i = 0; i < member->info.param_count; ++i) {
-        const auto& p = member->info.params[i];
+    if (member->info->result != kestrone::VarType::Empty) answer = format_value(result);
+    for (std::size_t i = 0; i < member->info->param_count; ++i) {
+        const auto& p = member->info->params[i];
         if (!p.by_ref) continue;
         if (!answer.empty()) answer += ' ';
         answer += std::string(p.name) + "=" + format_value(args[i]);

@@ -1,27 +1,21 @@
 // The console: reads commands line by line and answers each with its notices and one final line.
+// It is the line protocol alone: every command is parsed here, carried out by the host session and
+// its outcome written back.
 #pragma once
 
-#include <functional>
 #include <iosfwd>
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "command_line.h"
-#include "kestrone/com.h"
-#include "kestrone/field_access.h"
-#include "kestrone/memory_store.h"
-#include "kestrone/panel.h"
-#include "kestrone/property_page.h"
+#include "component_session.h"
 #include "kestrone/services.h"
-#include "kestrone/store.h"
-#include "kestrone/typelib.h"
-#include "module_host.h"
 
 namespace console {
 
-// Writes the answers; every notice and final line is flushed as it is written.
+// Writes the answers; every notice and final line is flushed as it is written. While a final line
+// is captured (an `expect` runs its command) it is kept instead of written; notices still go out.
 class Output {
   public:
     explicit Output(std::ostream& out) : out_(out) {}
@@ -29,9 +23,13 @@ class Output {
     void ok(const std::string& rest = {});
     void error(kestrone::HRESULT status);
     void fail(const std::string& why);
+    // Where the next final lines go instead of the output; null to write them again.
+    void capture(std::string* final_line) { capture_ = final_line; }
 
   private:
+    void final_line(const std::string& line);
     std::ostream& out_;
+    std::string* capture_ = nullptr;
 };
 
 // The platform as the console gives it: a message is answered with OK at once and a tone
@@ -49,9 +47,11 @@ class ConsoleServices : public kestrone::IHostServices {
 
 class ConsoleSession {
   public:
-    // `module` may be null when it could not be loaded; `load_error` then says why.
-    ConsoleSession(const host::ModuleHost* module, std::string load_error, std::ostream& out);
-    ~ConsoleSession();
+    // `codec` reads and writes the project files of `store save` and `store load`.
+    explicit ConsoleSession(std::ostream& out, host::ProjectCodec codec = {});
+
+    // The session behind the console: load its module and open its project before start().
+    host::ComponentSession& session() { return session_; }
 
     // The start-up: creates the object and answers like `new`.
     void start();
@@ -59,16 +59,8 @@ class ConsoleSession {
     bool execute(std::string_view line);
     // Reads and runs lines until the end of input or `quit`.
     void run(std::istream& in);
-
-    // The host's store for the object, and where `store save` and `store load` keep it.
-    using StoreEntries = std::vector<kestrone::MemoryStore::Entry>;
-    struct ProjectFiles {
-        std::function<bool(const std::string& path, StoreEntries& out, std::string& error)> load;
-        std::function<bool(const std::string& path, const StoreEntries& in, std::string& error)>
-            save;
-    };
-    void set_store(StoreEntries entries);
-    void set_project_files(ProjectFiles files) { project_files_ = std::move(files); }
+    // False once an `expect` has failed: the console then exits with status 1.
+    bool expectations_met() const { return expectations_met_; }
 
   private:
     using Handler = void (ConsoleSession::*)(const CommandLine&);
@@ -76,7 +68,6 @@ class ConsoleSession {
 
     bool have_object();
     void create_object();
-    void release_object();
 
     void cmd_new(const CommandLine&);
     void cmd_quit(const CommandLine&);
@@ -85,10 +76,13 @@ class ConsoleSession {
 
     // the store and the property page (console_store.cpp)
     void cmd_store(const CommandLine&);
+    void cmd_project_file(const CommandLine&);
     void cmd_writeprops(const CommandLine&);
     void cmd_readprops(const CommandLine&);
     void run_store_walk(bool save);
     void cmd_page(const CommandLine&);
+    void page_get(const CommandLine&);
+    void page_put(const CommandLine&);
 
     // the panel (console_panel.cpp)
     bool have_panel();
@@ -103,21 +97,17 @@ class ConsoleSession {
     void cmd_tick(const CommandLine&);
     void cmd_advance(const CommandLine&);
 
-    const host::ModuleHost* module_;
-    std::string load_error_;
+    // programs and checks (console_program.cpp)
+    void cmd_run(const CommandLine&);
+    void cmd_var(const CommandLine&);
+    void cmd_expect(const CommandLine&);
+
+    // Declared in this order so that the session, and the object with it, goes first.
     Output out_;
     ConsoleServices services_;
-    kestrone::ComPtr<kestrone::IUnknown> object_;
-    kestrone::ComPtr<kestrone::IKestroneDispatch> dispatch_;
-    kestrone::ComPtr<kestrone::IKestroneInspection> inspect_;
-    kestrone::ComPtr<kestrone::IKestronePersist> persist_;
-    kestrone::ComPtr<kestrone::IKestronePropertyPages> pages_;
-    kestrone::ComPtr<kestrone::IKestronePropertyPage> page_;
-    kestrone::MemoryStore store_;
-    ProjectFiles project_files_;
-    kestrone::ComPtr<kestrone::IKestronePanel> panel_;
-    kestrone::ComPtr<kestrone::IKestronePanelInspection> panel_inspect_;
+    host::ComponentSession session_;
     bool quit_ = false;
+    bool expectations_met_ = true;
 };
 
 }  // namespace console

@@ -1,7 +1,5 @@
 // The console's store and property page: the host's key/value store with the component's save
 // and load, a project file behind it, and the property page as a property frame shows it.
-#include <utility>
-
 #include "console_session.h"
 #include "value_syntax.h"
 
@@ -10,73 +8,52 @@ namespace console {
 using kestrone::HRESULT;
 using kestrone::Variant;
 
-void ConsoleSession::set_store(std::vector<kestrone::MemoryStore::Entry> entries) {
-    store_.assign(std::move(entries));
-}
-
-// A key is a bare word or, for keys with blanks or other bytes, a quoted string.
-namespace {
-std::optional<std::string> store_key(const std::string& word) {
-    if (word.empty()) return std::nullopt;
-    if (word.front() != '"') return word;
-    const auto v = parse_value(word);
-    if (!v || v->is_array() || v->type() != kestrone::VarType::String) return std::nullopt;
-    return v->as_string();
-}
-}  // namespace
-
 void ConsoleSession::cmd_store(const CommandLine& c) {
     const auto& w = c.words;
     if (w.size() == 1) {
-        for (const auto& e : store_.entries())
+        for (const auto& e : session_.store().entries())
             out_.notice("entry " + e.key + " " + format_value(e.value));
         return out_.ok();
     }
     if (c.equals) {
         if (*c.equals != 2 || w.size() != 4) return out_.fail("store KEY = VALUE");
-        const auto key = store_key(w[1]);
+        const auto key = word_text(w[1]);
         if (!key) return out_.fail("not a key: " + w[1]);
         std::string error;
         auto value = parse_value(w[3], &error);
         if (!value) return out_.fail("cannot read the value " + w[3] + ": " + error);
-        store_.set(*key, std::move(*value));
+        session_.set_store_entry(*key, std::move(*value));
         return out_.ok();
     }
     if (w.size() == 2 && w[1] == "clear") {
-        store_.clear();
+        session_.clear_store();
         return out_.ok();
     }
-    if (w.size() == 3 && (w[1] == "save" || w[1] == "load")) {
-        const bool save = w[1] == "save";
-        if (!project_files_.load || !project_files_.save)
-            return out_.fail("this host keeps no project files");
-        const auto path = store_key(w[2]);
-        if (!path) return out_.fail("not a file name: " + w[2]);
-        std::string error;
-        if (save) {
-            if (!project_files_.save(*path, store_.entries(), error)) return out_.fail(error);
-            return out_.ok();
-        }
-        std::vector<kestrone::MemoryStore::Entry> entries;
-        // A file that can't be read changes nothing.
-        if (!project_files_.load(*path, entries, error)) return out_.fail(error);
-        store_.assign(std::move(entries));
-        return out_.ok();
-    }
+    if (w.size() == 3 && (w[1] == "save" || w[1] == "load")) return cmd_project_file(c);
     out_.fail("store, store KEY = VALUE, store clear, store save FILE or store load FILE");
+}
+
+// store save FILE, store load FILE: a file that can't be read changes nothing.
+void ConsoleSession::cmd_project_file(const CommandLine& c) {
+    if (!session_.keeps_project_files()) return out_.fail("this host keeps no project files");
+    const auto path = word_text(c.words[2]);
+    if (!path) return out_.fail("not a file name: " + c.words[2]);
+    std::string error;
+    const bool done = c.words[1] == "save" ? session_.save_project_as(*path, &error)
+                                           : session_.open_project(*path, &error);
+    if (!done) return out_.fail(error);
+    out_.ok();
 }
 
 void ConsoleSession::run_store_walk(bool save) {
     if (!have_object()) return;
-    if (!persist_) return out_.fail("the component keeps no settings");
-    auto& hook = save ? store_.on_write : store_.on_read;
+    if (!session_.offers(host::Facet::Settings))
+        return out_.fail("the component keeps no settings");
     const std::string word = save ? "write " : "read ";
-    hook = [&](const std::string& key, const Variant& value) {
+    const auto notice = [&](const std::string& key, const Variant& value) {
         out_.notice(word + key + " " + format_value(value));
     };
-    const HRESULT hr =
-        save ? persist_->WriteProperties(&store_) : persist_->ReadProperties(&store_);
-    hook = nullptr;
+    const HRESULT hr = save ? session_.write_settings(notice) : session_.read_settings(notice);
     if (kestrone::failed(hr)) return out_.error(hr);
     out_.ok();
 }
@@ -108,50 +85,47 @@ void ConsoleSession::cmd_page(const CommandLine& c) {
     if (verb == "open") {
         if (w.size() != 2) return out_.fail("page open takes no arguments");
         if (!have_object()) return;
-        if (!pages_) return out_.fail("the component has no property page");
-        page_.reset();
-        kestrone::IKestronePropertyPage* raw = nullptr;
-        HRESULT hr = pages_->CreatePropertyPage(&raw);
-        if (kestrone::failed(hr)) return out_.error(hr);
-        page_ = kestrone::ComPtr<kestrone::IKestronePropertyPage>::attach(raw);
-        kestrone::IUnknown* selected[] = {object_.get()};
-        hr = page_->SetSelectedControls(selected, 1);
+        if (!session_.offers(host::Facet::Page))
+            return out_.fail("the component has no property page");
+        const HRESULT hr = session_.open_page();
         if (kestrone::failed(hr)) return out_.error(hr);
         return out_.ok();
     }
     if (verb != "get" && verb != "put" && verb != "click" && verb != "apply")
         return out_.fail("page open, page get, page put, page click or page apply");
-    if (!page_) return out_.fail("there is no property page: page open first");
+    if (!session_.page_open()) return out_.fail("there is no property page: page open first");
     if (verb == "apply") {
         if (w.size() != 2) return out_.fail("page apply takes no arguments");
-        const HRESULT hr = page_->Apply();
+        const HRESULT hr = session_.apply_page();
         if (kestrone::failed(hr)) return out_.error(hr);
-        page_->PutChanged(false);  // as a property frame does after an Apply
         return out_.ok();
     }
     if (verb == "click") {
         if (w.size() != 3) return out_.fail("page click WIDGET");
-        const HRESULT hr = page_->UserClick(w[2]);
+        const HRESULT hr = session_.click_page(w[2]);
         if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the page has no widget " + w[2]);
         if (kestrone::failed(hr)) return out_.error(hr);
         return out_.ok();
     }
-    if (verb == "get") {
-        if (w.size() != 3) return out_.fail("page get WIDGET.PROPERTY or page get Changed");
-        if (w[2] == "Changed") {
-            bool changed = false;
-            page_->GetChanged(&changed);
-            return out_.ok(format_value(Variant::boolean(changed)));
-        }
-        std::string widget, property;
-        if (!split_widget(w[2], widget, property)) return out_.fail("not WIDGET.PROPERTY: " + w[2]);
-        Variant value;
-        const HRESULT hr = page_->GetProperty(widget, property, &value);
-        if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the page has no " + w[2]);
-        if (kestrone::failed(hr)) return out_.error(hr);
-        return out_.ok(format_value(value));
-    }
-    // put
+    if (verb == "get") return page_get(c);
+    page_put(c);
+}
+
+void ConsoleSession::page_get(const CommandLine& c) {
+    const auto& w = c.words;
+    if (w.size() != 3) return out_.fail("page get WIDGET.PROPERTY or page get Changed");
+    if (w[2] == "Changed") return out_.ok(format_value(Variant::boolean(session_.page_changed())));
+    std::string widget, property;
+    if (!split_widget(w[2], widget, property)) return out_.fail("not WIDGET.PROPERTY: " + w[2]);
+    Variant value;
+    const HRESULT hr = session_.page_property(widget, property, &value);
+    if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the page has no " + w[2]);
+    if (kestrone::failed(hr)) return out_.error(hr);
+    out_.ok(format_value(value));
+}
+
+void ConsoleSession::page_put(const CommandLine& c) {
+    const auto& w = c.words;
     if (!c.equals || *c.equals != 3 || w.size() != 5)
         return out_.fail("page put WIDGET.PROPERTY = VALUE");
     std::string widget, property;
@@ -159,7 +133,7 @@ void ConsoleSession::cmd_page(const CommandLine& c) {
     std::string error;
     const auto value = parse_value(w[4], &error);
     if (!value) return out_.fail("cannot read the value " + w[4] + ": " + error);
-    const HRESULT hr = page_->UserPut(widget, property, *value);
+    const HRESULT hr = session_.edit_page(widget, property, *value);
     if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the page has no " + w[2]);
     if (kestrone::failed(hr)) return out_.error(hr);
     out_.ok();

@@ -17,40 +17,22 @@
 
 namespace {
 
-console::ConsoleSession::ProjectFiles project_files() {
-    console::ConsoleSession::ProjectFiles files;
-    files.load = [](const std::string& path, host::StoreEntries& out, std::string& error) {
-        auto entries = host::load_project(path, &error);
-        if (entries) out = std::move(*entries);
-        return entries.has_value();
-    };
-    files.save = [](const std::string& path, const host::StoreEntries& in, std::string& error) {
-        return host::save_project(path, in, &error);
-    };
-    return files;
-}
-
+// A console over one host session. Its status is 1 when an `expect` failed.
 int run_console(const std::string& module_path, const std::string& store_file) {
+    console::ConsoleSession console(std::cout, {&host::load_project, &host::save_project});
     // A project that can't be read stops the console before anything runs: its store would
     // otherwise start empty, unlike what was asked for.
-    host::StoreEntries store;
     if (!store_file.empty()) {
         std::string error;
-        auto entries = host::load_project(store_file, &error);
-        if (!entries) {
+        if (!console.session().open_project(store_file, &error)) {
             std::cout << "fail " << error << std::endl;
             return 1;
         }
-        store = std::move(*entries);
     }
-    std::string error;
-    auto module = host::ModuleHost::load(module_path, error);
-    console::ConsoleSession session(module.get(), error, std::cout);
-    session.set_store(std::move(store));
-    session.set_project_files(project_files());
-    session.start();
-    session.run(std::cin);
-    return 0;
+    console.session().load_module(module_path);
+    console.start();
+    console.run(std::cin);
+    return console.expectations_met() ? 0 : 1;
 }
 
 int run_components() {

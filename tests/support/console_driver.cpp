@@ -10,22 +10,26 @@ namespace testing_support {
 
 std::string ConsoleRun::text() const {
     std::string out;
-    for (const std::string& l : lines) out += l + "\n";
+    for (const std::string& l : lines)
+        out += l + "\n";
     return out;
 }
 
 namespace {
 std::string shell_quote(const std::string& s) {
     std::string q = "'";
-    for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    for (char c : s)
+        q += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return q + "'";
 }
 }  // namespace
 
-ConsoleRun run_console(const std::string& script, const std::string& extra_args) {
-    TempDir dir;
-    const std::string input = dir.write("input.txt", script);
-    const std::string command = shell_quote(KESTRONE_HOST_BIN) + " console " + extra_args + " < " +
+ConsoleRun run_console(const std::string& script, const std::string& extra_args,
+                       const std::string& dir) {
+    TempDir input_dir;
+    const std::string input = input_dir.write("input.txt", script);
+    const std::string command = (dir.empty() ? "" : "cd " + shell_quote(dir) + " && ") +
+                                shell_quote(KESTRONE_HOST_BIN) + " console " + extra_args + " < " +
                                 shell_quote(input) + " 2>/dev/null";
     ConsoleRun run;
     FILE* pipe = ::popen(command.c_str(), "r");
@@ -51,8 +55,9 @@ ComponentFolder::ComponentFolder(const std::string& code_file, const std::string
     if (help) dir_.write("help/" + name + ".chm", "ITSF");
 }
 
-ConsoleRun ComponentFolder::run(const std::string& script, const std::string& extra_args) const {
-    return run_console(script, "--module " + shell_quote(module_) + " " + extra_args);
+ConsoleRun ComponentFolder::run(const std::string& script, const std::string& extra_args,
+                                const std::string& dir) const {
+    return run_console(script, "--module " + shell_quote(module_) + " " + extra_args, dir);
 }
 
 std::string shipped_code_file() {

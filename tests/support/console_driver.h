@@ -15,21 +15,25 @@ struct ConsoleRun {
     std::string text() const;  // the lines joined with "\n", for failure messages
 };
 
-// Runs the console with `script` as standard input. `extra_args` go after `console`.
-ConsoleRun run_console(const std::string& script, const std::string& extra_args = "");
+// Runs the console with `script` as standard input. `extra_args` go after `console`; a `dir`
+// is the folder it runs in, where the script's file names are found.
+ConsoleRun run_console(const std::string& script, const std::string& extra_args = "",
+                       const std::string& dir = "");
 
 // A component folder of its own: the built module copied in under `name` + ".so", with a code
 // file `name` + ".c" holding `code_file` (or none when empty) and, if `help` is true, a help file.
 class ComponentFolder {
-public:
-    explicit ComponentFolder(const std::string& code_file, const std::string& name = "Robo", bool help = true);
+  public:
+    explicit ComponentFolder(const std::string& code_file, const std::string& name = "Robo",
+                             bool help = true);
     const std::string& module() const { return module_; }
     std::string dir() const { return dir_.path(); }
     const TempDir& temp() const { return dir_; }
     // Runs the console against this copy of the module.
-    ConsoleRun run(const std::string& script, const std::string& extra_args = "") const;
+    ConsoleRun run(const std::string& script, const std::string& extra_args = "",
+                   const std::string& dir = "") const;
 
-private:
+  private:
     TempDir dir_;
     std::string module_;
 };

@@ -27,6 +27,7 @@ kestrone::HRESULT Interpreter::start() {
     counters_.assign(static_cast<std::size_t>(code_.counters), 0);
     pc_ = last_ = 0;
     steps_ = 0;
+    stop_requested_ = false;
     message_.clear();
     const kestrone::HRESULT hr = component_.StartSimulation();
     if (kestrone::failed(hr)) {
@@ -44,11 +45,17 @@ Pause Interpreter::resume(std::uint64_t max_steps) {
     if (state_ == RunState::Failed) return {Pause::Why::Failed};
     if (state_ != RunState::Running) return {Pause::Why::Halted};
     pause_ = {Pause::Why::Slice, 0};
+    in_step_ = true;
     try {
-        for (std::uint64_t n = 0; n < max_steps; ++n)
+        for (std::uint64_t n = 0; n < max_steps && !stop_requested_; ++n)
             if (!step()) break;
     } catch (const Fault& f) {
         fail(f);
+    }
+    in_step_ = false;
+    if (stop_requested_) {
+        stop_requested_ = false;
+        stop(std::move(stop_why_));
     }
     return pause_;
 }
@@ -57,6 +64,13 @@ void Interpreter::stop(std::string why) {
     if (state_ != RunState::Running) return;
     message_ = std::move(why);
     finish(RunState::Halted, Pause::Why::Halted);
+}
+
+void Interpreter::request_stop(std::string why) {
+    if (!in_step_) return stop(std::move(why));
+    if (state_ != RunState::Running) return;
+    stop_requested_ = true;
+    stop_why_ = std::move(why);
 }
 
 Place Interpreter::place() const {

@@ -6,7 +6,8 @@
 // the program has ended. The driver moves its clock on by each delay (virtual in the console and
 // the tests, real time in a window, where the panel's timers keep the wheels turning) and calls
 // resume() again; a window yields to its event loop after every slice, a console counts the steps
-// against a budget. Between two calls the program can be halted with stop().
+// against a budget. Between two calls the program can be halted with stop(); from inside one of
+// its own steps (a macro call that waits on the user) with request_stop().
 #pragma once
 
 #include <cstdint>
@@ -48,6 +49,10 @@ class Interpreter {
     // Halts a started program, with StopSimulation; `why` becomes the message. Nothing happens
     // when the program is not running.
     void stop(std::string why = {});
+    // Halts a running program as stop() does, but when called from inside one of its steps only
+    // once that step has returned: the step's macro call is never cut short, and the component
+    // is not told to stop from inside its own call.
+    void request_stop(std::string why = {});
 
     const Program& program() const { return program_; }
     RunState state() const { return state_; }
@@ -89,6 +94,9 @@ class Interpreter {
     std::size_t last_ = 0;  // the step that ran last
     std::uint64_t steps_ = 0;
     RunState state_ = RunState::Ready;
+    bool in_step_ = false;
+    bool stop_requested_ = false;
+    std::string stop_why_;
     Pause pause_;
     std::string message_;
 };
