@@ -269,12 +269,12 @@ HRESULT PanelFacet::FindElement(const std::string& element, const std::int32_t* 
 HRESULT PanelFacet::RaiseEvent(const std::string& handler, kestrone::Variant* args,
                                std::int32_t argc) noexcept {
     if (argc < 0 || (argc > 0 && !args)) return kestrone::E_INVALIDARG;
-    Rovanta::EventLookup found = Rovanta::EventLookup::Found;
+    Simulation::EventLookup found = Simulation::EventLookup::Found;
     std::vector<kestrone::Variant> list(args, args + argc);
-    const HRESULT hr = guarded_call([&] { found = core_.RaiseEvent(handler, list); });
+    const HRESULT hr = guarded_call([&] { found = core_.simulation.RaiseEvent(handler, list); });
     if (kestrone::failed(hr)) return hr;
-    if (found == Rovanta::EventLookup::Unknown) return kestrone::DISP_E_UNKNOWNNAME;
-    if (found == Rovanta::EventLookup::BadCount) return kestrone::DISP_E_BADPARAMCOUNT;
+    if (found == Simulation::EventLookup::Unknown) return kestrone::DISP_E_UNKNOWNNAME;
+    if (found == Simulation::EventLookup::BadCount) return kestrone::DISP_E_BADPARAMCOUNT;
     // By-reference arguments come back as the handler left them.
     std::copy(list.begin(), list.end(), args);
     return S_OK;

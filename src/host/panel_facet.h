@@ -5,7 +5,7 @@
 
 #include <atomic>
 
-#include "core/rovanta.h"
+#include "host/rovanta.h"
 #include "kestrone/field_access.h"
 #include "kestrone/panel.h"
 

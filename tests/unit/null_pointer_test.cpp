@@ -75,7 +75,7 @@ TEST(NullPointers, EveryOperationOfBothInterfacesRefusesThem) {
     check_every_pointer<kestrone::IRovanta, kestrone::kRovantaMethods>(
         robot.object(), kestrone::kRovantaMembers.data(), std::make_index_sequence<44>{});
     // Nothing ran: SimReadPins would have marked the pins as read.
-    EXPECT_FALSE(robot.core().bPinsChanged);
+    EXPECT_FALSE(robot.core().link.bPinsChanged);
 }
 
 struct Case {
