@@ -7,7 +7,7 @@
 #include <string>
 
 #include "bench_module.h"
-#include "core/rovanta.h"
+#include "host/rovanta.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/panel.h"
 
@@ -46,8 +46,8 @@ void SimSetMotorsOnCore(benchmark::State& state) {
     Variant affected;
     std::int32_t slot = 0;
     for (auto _ : state) {
-        core.SimSetMotors(params, affected, slot);
-        benchmark::DoNotOptimize(core.iMotorSpeed);
+        core.simulation.SimSetMotors(params, affected, slot);
+        benchmark::DoNotOptimize(core.motors.iMotorSpeed);
     }
 }
 BENCHMARK(SimSetMotorsOnCore);
@@ -55,11 +55,11 @@ BENCHMARK(SimSetMotorsOnCore);
 void WheelTick(benchmark::State& state) {
     platform::Services services;
     rovanta::Rovanta core(platform::ModuleFacts::for_path(KESTRONE_MODULE), services);
-    core.iMotorSpeed = {100, -100};
-    core.bSimulating = true;
+    core.motors.iMotorSpeed = {100, -100};
+    core.run.bSimulating = true;
     for (auto _ : state) {
-        core.Timer1_Timer(0);
-        benchmark::DoNotOptimize(core.iWheelPhase);
+        core.simulation.Timer1_Timer(0);
+        benchmark::DoNotOptimize(core.motors.iWheelPhase);
     }
 }
 BENCHMARK(WheelTick);

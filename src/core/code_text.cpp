@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <new>
 
-#include "core/rovanta.h"
+#include "core/rovanta_core.h"
 #include "platform/basic_error.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {
 
-std::string Rovanta::GetCodeFromFile(const std::string& lpCodeName) {
+std::string RovantaCore::GetCodeFromFile(const std::string& lpCodeName) {
     try {
         const std::string path = CodeFilePath();
         if (!platform::file_exists(path)) ReportMissingCodeFile();
@@ -37,7 +37,8 @@ std::string Rovanta::GetCodeFromFile(const std::string& lpCodeName) {
         file1_.close();
 
         if (!start_seen || !end_seen)
-            result = "//Error Reading Code For " + sDescription + "::" + lpCodeName + "\r\n";
+            result =
+                "//Error Reading Code For " + definition.sDescription + "::" + lpCodeName + "\r\n";
         return result;
     } catch (const vb::BasicError& e) {
         file1_.close();
@@ -49,10 +50,10 @@ std::string Rovanta::GetCodeFromFile(const std::string& lpCodeName) {
     return {};
 }
 
-std::string Rovanta::MacroCode(Long lMacroID) {
-    if (lMacroID > Macros.ubound() || lMacroID < Macros.lbound()) return {};
+std::string RovantaCore::MacroCode(Long lMacroID) {
+    if (lMacroID > macro_table.Macros.ubound() || lMacroID < macro_table.Macros.lbound()) return {};
     // The second of the three parts is the name.
-    const std::string& full = Macros(lMacroID).MacroName;
+    const std::string& full = macro_table.Macros(lMacroID).MacroName;
     std::string name = full;
     const std::size_t bar = full.find('|');
     if (bar != std::string::npos) {
@@ -64,12 +65,12 @@ std::string Rovanta::MacroCode(Long lMacroID) {
     return GetCodeFromFile("Macro_" + name);
 }
 
-Variant Rovanta::ExclusiveInterrupts() const {
+Variant RovantaCore::ExclusiveInterrupts() const {
     std::vector<Variant> items;
     std::int32_t lower = 0;
-    if (lExclusiveInterrupts.allocated()) {
-        lower = lExclusiveInterrupts.lbound();
-        for (Long v : lExclusiveInterrupts.items())
+    if (definition.lExclusiveInterrupts.allocated()) {
+        lower = definition.lExclusiveInterrupts.lbound();
+        for (Long v : definition.lExclusiveInterrupts.items())
             items.push_back(Variant::long_(v));
     }
     return Variant::array(kestrone::VarType::Long, lower, std::move(items));
@@ -81,7 +82,7 @@ Variant Rovanta::ExclusiveInterrupts() const {
 // A value that holds its own token would never run out of tokens; for such a value each place
 // that stands in the text before the replacement is replaced once and what it inserted is not
 // searched again.
-void Rovanta::ReplaceSettingTokens(std::string& text) const {
+void RovantaCore::ReplaceSettingTokens(std::string& text) const {
     auto place_of = [&text](std::string_view token, std::size_t from) {
         const std::size_t at = text.find(token, from);
         if (at != std::string::npos && at + 1 > 32767) vb::raise_error(vb::kOverflow);
@@ -101,11 +102,11 @@ void Rovanta::ReplaceSettingTokens(std::string& text) const {
     }
 }
 
-void Rovanta::KtxFilename(const std::string& RHS) {
-    sKtxFile = RHS;
-    sCodeFile = App.EXEName + ".c";
-    sInitialisationCode = GetCodeFromFile("InitialisationCode");
-    sInterruptCode = GetCodeFromFile("InterruptCode");
+void RovantaCore::KtxFilename(const std::string& RHS) {
+    link.sKtxFile = RHS;
+    link.sCodeFile = App.EXEName + ".c";
+    definition.sInitialisationCode = GetCodeFromFile("InitialisationCode");
+    definition.sInterruptCode = GetCodeFromFile("InterruptCode");
 }
 
 }  // namespace rovanta

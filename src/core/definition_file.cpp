@@ -1,7 +1,7 @@
 // The definition sections of the code file, read key by key through the profile reader.
 #include <new>
 
-#include "core/rovanta.h"
+#include "core/rovanta_core.h"
 #include "platform/basic_error.h"
 #include "platform/profile_reader.h"
 
@@ -12,17 +12,18 @@ namespace {
 constexpr std::size_t kValueBuffer = 255;
 }  // namespace
 
-std::string Rovanta::CodeFilePath() const {
-    return App.Path + platform::kPathSeparator + sCodeFile;
+std::string RovantaCore::CodeFilePath() const {
+    return App.Path + platform::kPathSeparator + link.sCodeFile;
 }
 
-void Rovanta::ReportMissingCodeFile() {
+void RovantaCore::ReportMissingCodeFile() {
     MsgBox("Error - cannot find C code file:\r\n\r\n" + CodeFilePath());
     file1_.close();
 }
 
-std::string Rovanta::GetIniKeyValue(const std::string& lpApplicationName,
-                                    const std::string& lpKeyName, const std::string& lpDefault) {
+std::string RovantaCore::GetIniKeyValue(const std::string& lpApplicationName,
+                                        const std::string& lpKeyName,
+                                        const std::string& lpDefault) {
     try {
         const std::string path = CodeFilePath();
         if (!platform::file_exists(path)) ReportMissingCodeFile();

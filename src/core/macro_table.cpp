@@ -1,28 +1,28 @@
 // The macro table, built from the definition sections when the host tells its version.
-#include "core/rovanta.h"
+#include "core/rovanta_core.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {
 
 using kestrone::VarType;
 
-void Rovanta::KestroneVersion(Long RHS) {
+void RovantaCore::KestroneVersion(Long RHS) {
     // The major number must fit before either field changes.
     const Integer major = vb::cint(std::int64_t{RHS & ~Long{0xFF}} / 256);
-    iVersionMajor = major;
-    iVersionMinor = static_cast<Integer>(RHS & 0xFF);
+    link.iVersionMajor = major;
+    link.iVersionMinor = static_cast<Integer>(RHS & 0xFF);
     LoadMacros();
 }
 
-void Rovanta::LoadMacros() {
-    lMacroCount = vb::text_to_long(GetIniKeyValue("MacroNames", "Count", "0"));
-    if (lMacroCount < 1) {
-        bInitialised = true;
+void RovantaCore::LoadMacros() {
+    macro_table.lMacroCount = vb::text_to_long(GetIniKeyValue("MacroNames", "Count", "0"));
+    if (macro_table.lMacroCount < 1) {
+        link.bInitialised = true;
         return;
     }
-    Macros.redim(0, lMacroCount - 1);
+    macro_table.Macros.redim(0, macro_table.lMacroCount - 1);
     // The running number is a 16-bit counter: a count beyond it overflows before the first macro.
-    const Integer last = vb::cint(std::int64_t{lMacroCount});
+    const Integer last = vb::cint(std::int64_t{macro_table.lMacroCount});
     for (int i = 1; i <= last; ++i) {
         const std::string key = vb::str(i);
         const std::string name = GetIniKeyValue("MacroNames", key, "");
@@ -33,7 +33,7 @@ void Rovanta::LoadMacros() {
             MsgBox("Error: Macro " + vb::cstr(std::int64_t{i}) + " is missing from the code file!");
             file1_.close();
         }
-        KTMacro& macro = Macros(i - 1);
+        KTMacro& macro = macro_table.Macros(i - 1);
         macro = KTMacro{};
         macro.MacroName = name + "|" + name + "|" + returns;
         macro.IsFunction = is_function;
@@ -65,31 +65,32 @@ void Rovanta::LoadMacros() {
             items.push_back(Variant::string(p));
         macro.MacroParams = Variant::array(VarType::String, 0, std::move(items));
     }
-    bInitialised = true;
+    link.bInitialised = true;
 }
 
-Variant Rovanta::MacroNames() const {
-    if (lMacroCount < 1) return Variant::string("");
+Variant RovantaCore::MacroNames() const {
+    if (macro_table.lMacroCount < 1) return Variant::string("");
     std::vector<Variant> names;
-    for (Long i = Macros.lbound(); i <= Macros.ubound(); ++i)
-        names.push_back(Variant::string(Macros(i).MacroName));
-    return Variant::array(VarType::String, Macros.lbound(), std::move(names));
+    for (Long i = macro_table.Macros.lbound(); i <= macro_table.Macros.ubound(); ++i)
+        names.push_back(Variant::string(macro_table.Macros(i).MacroName));
+    return Variant::array(VarType::String, macro_table.Macros.lbound(), std::move(names));
 }
 
 // Before the table exists the bounds can't be asked for: error 9, as the bounds test itself fails.
-Long Rovanta::MacroIsFunction(Long lMacroID) const {
-    if (lMacroID > Macros.ubound() || lMacroID < Macros.lbound()) return 0;
-    return host_boolean(Macros(lMacroID).IsFunction);
+Long RovantaCore::MacroIsFunction(Long lMacroID) const {
+    if (lMacroID > macro_table.Macros.ubound() || lMacroID < macro_table.Macros.lbound()) return 0;
+    return host_boolean(macro_table.Macros(lMacroID).IsFunction);
 }
 
-Long Rovanta::MacroIsPrivate(Long lMacroID) const {
-    if (lMacroID > Macros.ubound() || lMacroID < Macros.lbound()) return 0;
-    return host_boolean(Macros(lMacroID).IsPrivate);
+Long RovantaCore::MacroIsPrivate(Long lMacroID) const {
+    if (lMacroID > macro_table.Macros.ubound() || lMacroID < macro_table.Macros.lbound()) return 0;
+    return host_boolean(macro_table.Macros(lMacroID).IsPrivate);
 }
 
-Variant Rovanta::MacroParameters(Long lMacroID) const {
-    if (lMacroID > Macros.ubound() || lMacroID < Macros.lbound()) return Variant();
-    return Macros(lMacroID).MacroParams;
+Variant RovantaCore::MacroParameters(Long lMacroID) const {
+    if (lMacroID > macro_table.Macros.ubound() || lMacroID < macro_table.Macros.lbound())
+        return Variant();
+    return macro_table.Macros(lMacroID).MacroParams;
 }
 
 }  // namespace rovanta

@@ -1,13 +1,13 @@
 // The pin table, built once at start-up from the definition sections.
-#include "core/rovanta.h"
+#include "core/rovanta_core.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {
 
-void Rovanta::setupAPin(Long ArrayNumber, const std::string& PinName, Long PortAorB,
-                        bool MustUseThatPort, Long SamePortAsPinX, Long PinNum, bool MustUseThatPin,
-                        Long PinDirection, bool PinValue) {
-    KTPin& pin = Pins(ArrayNumber);
+void RovantaCore::setupAPin(Long ArrayNumber, const std::string& PinName, Long PortAorB,
+                            bool MustUseThatPort, Long SamePortAsPinX, Long PinNum,
+                            bool MustUseThatPin, Long PinDirection, bool PinValue) {
+    KTPin& pin = pin_table.Pins(ArrayNumber);
     pin = KTPin{};
     pin.DesiredPort = PortAorB;
     pin.PortMandatory = MustUseThatPort;
@@ -21,16 +21,16 @@ void Rovanta::setupAPin(Long ArrayNumber, const std::string& PinName, Long PortA
     pin.SimValue = PinValue;
 }
 
-void Rovanta::BuildPinTable() {
-    lPinCount = vb::text_to_long(GetIniKeyValue("Pins", "Count", "0"));
-    if (lPinCount == 0) {
+void RovantaCore::BuildPinTable() {
+    pin_table.lPinCount = vb::text_to_long(GetIniKeyValue("Pins", "Count", "0"));
+    if (pin_table.lPinCount == 0) {
         // The fallback pin: direction 2 and no shared port, unlike a pin the file names.
-        Pins.redim(0, 0);
+        pin_table.Pins.redim(0, 0);
         setupAPin(0, "XX", 0, false, -1, 0, false, 2, false);
         return;
     }
-    Pins.redim(0, vb::sub(lPinCount, Long{1}));
-    for (Long i = 1; i <= lPinCount; ++i) {
+    pin_table.Pins.redim(0, vb::sub(pin_table.lPinCount, Long{1}));
+    for (Long i = 1; i <= pin_table.lPinCount; ++i) {
         const std::string key = vb::str(i);
         const std::string name = GetIniKeyValue("Pins", key, "");
         const Long port = vb::text_to_long(GetIniKeyValue("PinPort", key, "0"));
@@ -45,8 +45,8 @@ void Rovanta::BuildPinTable() {
     }
 }
 
-std::string Rovanta::PinName(Long PinID) const {
-    return Pins.in_bounds(PinID) ? Pins(PinID).PinName : std::string();
+std::string RovantaCore::PinName(Long PinID) const {
+    return pin_table.Pins.in_bounds(PinID) ? pin_table.Pins(PinID).PinName : std::string();
 }
 
 }  // namespace rovanta

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "kestrone/variant.h"
+
 namespace rovanta {
 
 // The b settings are Integers like the others: any value may stand in them.
@@ -57,6 +59,11 @@ inline constexpr std::array<SettingInfo, 15> kSettings{{
 
 // The setting of that name, or null.
 const SettingInfo* find_setting(std::string_view key);
+
+// A setting as its property gives it, and a write with no range test (a value that does not
+// convert raises its Basic error and changes nothing).
+kestrone::Variant get_setting(const Settings& settings, const SettingInfo& setting);
+void let_setting(Settings& settings, const SettingInfo& setting, const kestrone::Variant& value);
 
 // The tokens of the code text, "%a" to "%p", with the text each stands for.
 struct SettingToken {

@@ -1,7 +1,8 @@
-// A dynamic array of the runtime: unallocated until sized, with bounds that every index is
-// tested against (error 9).
+// The runtime's arrays: a dynamic one, unallocated until sized, with bounds that every index is
+// tested against (error 9), and the same test on a fixed one.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -52,5 +53,12 @@ class VbArray {
     std::int32_t lower_ = 0;
     std::vector<T> items_;
 };
+
+// a(i) of a fixed array of the object: error 9 outside it.
+template <class T, std::size_t N>
+T& elem(std::array<T, N>& a, std::int64_t i) {
+    if (i < 0 || i >= static_cast<std::int64_t>(N)) vb::raise_error(vb::kSubscriptOutOfRange);
+    return a[static_cast<std::size_t>(i)];
+}
 
 }  // namespace rovanta

@@ -4,7 +4,7 @@
 namespace rovanta {
 
 void RovantaObject::query_MultipleAllowed(std::int32_t& pVal) {
-    pVal = host_boolean(core_->bMultipleAllowed);
+    pVal = host_boolean(core_->definition.bMultipleAllowed);
 }
 void RovantaObject::query_MacroNames(Variant& pVal) {
     pVal = core_->MacroNames();
@@ -19,7 +19,7 @@ void RovantaObject::query_MacroCode(std::int32_t lMacroID, std::string& pVal) {
     pVal = core_->MacroCode(lMacroID);
 }
 void RovantaObject::query_IsSimulating(std::int32_t& pVal) {
-    pVal = core_->IsSimulating();
+    pVal = core_->simulation.IsSimulating();
 }
 void RovantaObject::query_PinCount(std::int32_t& pVal) {
     pVal = core_->PinCount();
@@ -34,10 +34,10 @@ void RovantaObject::query_HasExclusiveInts(std::int32_t& pVal) {
     pVal = core_->HasExclusiveInts();
 }
 void RovantaObject::query_InitialisationCode(std::string& pVal) {
-    pVal = core_->sInitialisationCode;
+    pVal = core_->definition.sInitialisationCode;
 }
 void RovantaObject::query_InterruptCode(std::string& pVal) {
-    pVal = core_->sInterruptCode;
+    pVal = core_->definition.sInterruptCode;
 }
 void RovantaObject::query_ExclusiveInterrupts(Variant& pVal) {
     pVal = core_->ExclusiveInterrupts();
@@ -82,10 +82,10 @@ void RovantaObject::query_ConnectedOK(std::int32_t& pVal) {
     pVal = core_->ConnectedOK();
 }
 void RovantaObject::call_StartSimulation() {
-    core_->StartSimulation();
+    core_->simulation.StartSimulation();
 }
 void RovantaObject::call_StopSimulation() {
-    core_->StopSimulation();
+    core_->simulation.StopSimulation();
 }
 void RovantaObject::query_SimIODirection(std::int32_t PinID, std::int32_t& pVal) {
     pVal = core_->SimIODirection(PinID);
@@ -99,16 +99,16 @@ void RovantaObject::call_SimWritePins(const Variant& NewVal) {
 void RovantaObject::call_SimMacroCall(std::int32_t lMacroID, const Variant& vParams,
                                       std::int32_t& pRetVal, Variant& pvAffected,
                                       std::int32_t& pCycles) {
-    core_->SimMacroCall(lMacroID, vParams, pRetVal, pvAffected, pCycles);
+    core_->simulation.SimMacroCall(lMacroID, vParams, pRetVal, pvAffected, pCycles);
 }
 // This component takes no keys from the host.
 void RovantaObject::call_KeyDown(std::int32_t) {}
 void RovantaObject::call_KeyUp(std::int32_t) {}
 void RovantaObject::query_SupportsKeys(std::int32_t& pVal) {
-    pVal = core_->lSupportsKeys;
+    pVal = core_->definition.lSupportsKeys;
 }
 void RovantaObject::query_IsAnalogue(std::int32_t& pVal) {
-    pVal = host_boolean(core_->bIsAnalogue);
+    pVal = host_boolean(core_->definition.bIsAnalogue);
 }
 void RovantaObject::query_MacroIsPrivate(std::int32_t lMacroID, std::int32_t& pVal) {
     pVal = core_->MacroIsPrivate(lMacroID);
@@ -182,10 +182,10 @@ void RovantaObject::set_WriteCustomImages(std::int32_t lID, const std::string& R
 void RovantaObject::call_SimMacroCall2(std::int32_t lMacroID, const Variant& vParams,
                                        Variant& pRetVal, Variant& pvAffected,
                                        std::int32_t& pCycles) {
-    core_->SimMacroCall2(lMacroID, vParams, pRetVal, pvAffected, pCycles);
+    core_->simulation.SimMacroCall2(lMacroID, vParams, pRetVal, pvAffected, pCycles);
 }
 void RovantaObject::call_Refresh() {
-    core_->Refresh();
+    core_->simulation.Refresh();
 }
 
 }  // namespace rovanta

@@ -1,5 +1,5 @@
 // The host interface's own operations: general-purpose calls, nodes and custom images.
-#include "core/rovanta.h"
+#include "host/rovanta.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {
@@ -7,8 +7,8 @@ namespace rovanta {
 Variant Rovanta::GeneralGet(Long lID) {
     switch (lID) {
         case 1: {
-            const bool changed = bPinsChanged;
-            bPinsChanged = false;
+            const bool changed = link.bPinsChanged;
+            link.bPinsChanged = false;
             return Variant::boolean(changed);
         }
         case 3:

@@ -1,5 +1,7 @@
 #include "host/panel_facet.h"
 
+#include <new>
+
 #include "host/guarded_call.h"
 #include "panel/colours.h"
 #include "panel/element_view.h"
@@ -11,46 +13,9 @@ namespace rovanta {
 using kestrone::HRESULT;
 using kestrone::S_OK;
 
-PanelFacet::PanelFacet(kestrone::IUnknown* owner, Rovanta& core) : owner_(owner), core_(core) {
-    owner_->AddRef();
-}
-
-PanelFacet::~PanelFacet() {
-    owner_->Release();
-}
-
 HRESULT PanelFacet::create(kestrone::IUnknown* owner, Rovanta& core, const kestrone::Guid& iid,
                            void** ppv) noexcept {
-    if (!ppv) return kestrone::E_POINTER;
-    *ppv = nullptr;
-    PanelFacet* facet = new (std::nothrow) PanelFacet(owner, core);
-    if (!facet) return kestrone::E_OUTOFMEMORY;
-    const HRESULT hr = facet->QueryInterface(iid, ppv);
-    facet->Release();
-    return hr;
-}
-
-HRESULT PanelFacet::QueryInterface(const kestrone::Guid& iid, void** ppv) noexcept {
-    if (!ppv) return kestrone::E_POINTER;
-    *ppv = nullptr;
-    if (iid == kestrone::IID_IKestronePanel)
-        *ppv = static_cast<kestrone::IKestronePanel*>(this);
-    else if (iid == kestrone::IID_IKestronePanelInspection)
-        *ppv = static_cast<kestrone::IKestronePanelInspection*>(this);
-    else
-        return owner_->QueryInterface(iid, ppv);
-    AddRef();
-    return S_OK;
-}
-
-std::uint32_t PanelFacet::AddRef() noexcept {
-    return ++refs_;
-}
-
-std::uint32_t PanelFacet::Release() noexcept {
-    const std::uint32_t left = --refs_;
-    if (left == 0) delete this;
-    return left;
+    return kestrone::hand_out(new (std::nothrow) PanelFacet(owner, core), iid, ppv);
 }
 
 // ---- IKestronePanel
@@ -269,12 +234,12 @@ HRESULT PanelFacet::FindElement(const std::string& element, const std::int32_t* 
 HRESULT PanelFacet::RaiseEvent(const std::string& handler, kestrone::Variant* args,
                                std::int32_t argc) noexcept {
     if (argc < 0 || (argc > 0 && !args)) return kestrone::E_INVALIDARG;
-    Rovanta::EventLookup found = Rovanta::EventLookup::Found;
+    Simulation::EventLookup found = Simulation::EventLookup::Found;
     std::vector<kestrone::Variant> list(args, args + argc);
-    const HRESULT hr = guarded_call([&] { found = core_.RaiseEvent(handler, list); });
+    const HRESULT hr = guarded_call([&] { found = core_.simulation.RaiseEvent(handler, list); });
     if (kestrone::failed(hr)) return hr;
-    if (found == Rovanta::EventLookup::Unknown) return kestrone::DISP_E_UNKNOWNNAME;
-    if (found == Rovanta::EventLookup::BadCount) return kestrone::DISP_E_BADPARAMCOUNT;
+    if (found == Simulation::EventLookup::Unknown) return kestrone::DISP_E_UNKNOWNNAME;
+    if (found == Simulation::EventLookup::BadCount) return kestrone::DISP_E_BADPARAMCOUNT;
     // By-reference arguments come back as the handler left them.
     std::copy(list.begin(), list.end(), args);
     return S_OK;

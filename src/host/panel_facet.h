@@ -3,24 +3,24 @@
 // interface is asked of the object.
 #pragma once
 
-#include <atomic>
-
-#include "core/rovanta.h"
+#include "host/module_lock.h"
+#include "host/rovanta.h"
+#include "kestrone/com_object.h"
 #include "kestrone/field_access.h"
 #include "kestrone/panel.h"
 
 namespace rovanta {
 
-class PanelFacet final : public kestrone::IKestronePanel,
-                         public kestrone::IKestronePanelInspection {
+using PanelInterfaces = kestrone::Interfaces<
+    kestrone::Implements<kestrone::IKestronePanel, kestrone::IID_IKestronePanel>,
+    kestrone::Implements<kestrone::IKestronePanelInspection,
+                         kestrone::IID_IKestronePanelInspection>>;
+
+class PanelFacet final : public kestrone::ComTearOff<PanelInterfaces, ModuleObjectLifetime> {
   public:
     // Hands out `iid` (one of the two) on a new tear-off of `owner`.
     static kestrone::HRESULT create(kestrone::IUnknown* owner, Rovanta& core,
                                     const kestrone::Guid& iid, void** ppv) noexcept;
-
-    kestrone::HRESULT QueryInterface(const kestrone::Guid& iid, void** ppv) noexcept override;
-    std::uint32_t AddRef() noexcept override;
-    std::uint32_t Release() noexcept override;
 
     // IKestronePanel
     kestrone::HRESULT GetElementCount(std::int32_t* count) noexcept override;
@@ -60,14 +60,12 @@ class PanelFacet final : public kestrone::IKestronePanel,
                                  std::int32_t argc) noexcept override;
 
   private:
-    PanelFacet(kestrone::IUnknown* owner, Rovanta& core);
-    ~PanelFacet();
+    PanelFacet(kestrone::IUnknown* owner, Rovanta& core) : ComTearOff(owner), core_(core) {}
+    ~PanelFacet() override = default;
     // The element behind a name: S_OK with its id, or the status of a name that fails.
     kestrone::HRESULT lookup(const std::string& element, const std::int32_t* index, int* id);
 
-    kestrone::IUnknown* owner_;
     Rovanta& core_;
-    std::atomic<std::uint32_t> refs_{1};
 };
 
 }  // namespace rovanta

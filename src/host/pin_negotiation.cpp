@@ -1,6 +1,6 @@
 // Where each pin sits, as the host asks before it generates code, and the simulated levels of
 // all pins as one array. The pins are fixed: nothing here moves a pin, only SimValue changes.
-#include "core/rovanta.h"
+#include "host/rovanta.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {
@@ -15,58 +15,60 @@ Long guarded(const VbArray<KTPin>& pins, Long PinID, Get get) {
 }  // namespace
 
 Long Rovanta::DesiredPort(Long PinID) const {
-    return Pins(PinID).DesiredPort;
+    return pin_table.Pins(PinID).DesiredPort;
 }
 Long Rovanta::Direction(Long PinID) const {
-    return guarded(Pins, PinID, [](const KTPin& p) { return p.Direction; });
+    return guarded(pin_table.Pins, PinID, [](const KTPin& p) { return p.Direction; });
 }
 Long Rovanta::PortMandatory(Long PinID) const {
-    return guarded(Pins, PinID, [](const KTPin& p) { return host_boolean(p.PortMandatory); });
+    return guarded(pin_table.Pins, PinID,
+                   [](const KTPin& p) { return host_boolean(p.PortMandatory); });
 }
 Long Rovanta::SamePortAsID(Long PinID) const {
-    return guarded(Pins, PinID, [](const KTPin& p) { return p.SamePortAsID; });
+    return guarded(pin_table.Pins, PinID, [](const KTPin& p) { return p.SamePortAsID; });
 }
 Long Rovanta::DesiredBit(Long PinID) const {
-    return guarded(Pins, PinID, [](const KTPin& p) { return p.DesiredBit; });
+    return guarded(pin_table.Pins, PinID, [](const KTPin& p) { return p.DesiredBit; });
 }
 Long Rovanta::BitMandatory(Long PinID) const {
-    return guarded(Pins, PinID, [](const KTPin& p) { return host_boolean(p.BitMandatory); });
+    return guarded(pin_table.Pins, PinID,
+                   [](const KTPin& p) { return host_boolean(p.BitMandatory); });
 }
 Long Rovanta::Port(Long PinID) const {
-    return guarded(Pins, PinID, [](const KTPin& p) { return p.Port; });
+    return guarded(pin_table.Pins, PinID, [](const KTPin& p) { return p.Port; });
 }
 Long Rovanta::Bit(Long PinID) const {
-    return guarded(Pins, PinID, [](const KTPin& p) { return p.Bit; });
+    return guarded(pin_table.Pins, PinID, [](const KTPin& p) { return p.Bit; });
 }
 
 // The host may try to move a pin; it is told no once the macros are loaded, and before that it
 // is ignored without a word. Either way it is not a failure. (The two words differ on purpose.)
 void Rovanta::LetPort(Long /*PinID*/, Long /*RHS*/) {
-    if (bInitialised) MsgBox("Cannot change pins for this component");
+    if (link.bInitialised) MsgBox("Cannot change pins for this component");
 }
 void Rovanta::LetBit(Long /*PinID*/, Long /*RHS*/) {
-    if (bInitialised) MsgBox("Cannot change ports for this component");
+    if (link.bInitialised) MsgBox("Cannot change ports for this component");
 }
 
 // -1 in Port or Bit marks a pin without a place. Every pin is looked at, the fallback one too.
 Long Rovanta::ConnectedOK() const {
     bool ok = true;
-    for (Long i = Pins.lbound(); i <= Pins.ubound(); ++i) {
-        if (Pins(i).Bit == -1) ok = false;
-        if (Pins(i).Port == -1) ok = false;
+    for (Long i = pin_table.Pins.lbound(); i <= pin_table.Pins.ubound(); ++i) {
+        if (pin_table.Pins(i).Bit == -1) ok = false;
+        if (pin_table.Pins(i).Port == -1) ok = false;
     }
     return host_boolean(ok);
 }
 
 void Rovanta::SimReadPins(Variant& pVal) {
-    if (lPinCount >= 1) {
+    if (pin_table.lPinCount >= 1) {
         std::vector<Variant> levels;
-        levels.reserve(static_cast<std::size_t>(lPinCount));
-        for (Long i = 0; i <= lPinCount - 1; ++i)
-            levels.push_back(Variant::boolean(Pins(i).SimValue));
+        levels.reserve(static_cast<std::size_t>(pin_table.lPinCount));
+        for (Long i = 0; i <= pin_table.lPinCount - 1; ++i)
+            levels.push_back(Variant::boolean(pin_table.Pins(i).SimValue));
         pVal = Variant::array(kestrone::VarType::Boolean, 0, std::move(levels));
     }
-    bPinsChanged = true;
+    link.bPinsChanged = true;
 }
 
 namespace {
@@ -83,9 +85,9 @@ const Variant& element(const Variant& v, Long i) {
 // A failing element ends the call there: the pins before it keep their new levels, and the
 // flag is not raised.
 void Rovanta::SimWritePins(const Variant& NewVal) {
-    for (Long i = 0; i <= lPinCount - 1; ++i)
-        Pins(i).SimValue = vb::to_boolean(element(NewVal, i));
-    bPinsChanged = true;
+    for (Long i = 0; i <= pin_table.lPinCount - 1; ++i)
+        pin_table.Pins(i).SimValue = vb::to_boolean(element(NewVal, i));
+    link.bPinsChanged = true;
 }
 
 }  // namespace rovanta

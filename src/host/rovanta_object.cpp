@@ -1,6 +1,6 @@
 #include "host/rovanta_object.h"
 
-#include "core/field_table.h"
+#include "host/field_table.h"
 #include "host/guarded_call.h"
 #include "host/panel_facet.h"
 #include "host/property_page_object.h"
@@ -14,7 +14,7 @@ using kestrone::S_OK;
 
 RovantaObject::RovantaObject(const platform::ModuleFacts& app, kestrone::IHostServices* host)
     : services_(host), core_(std::make_unique<Rovanta>(app, services_)) {
-    core_->SitePanel();
+    core_->simulation.SitePanel();
 }
 
 RovantaObject::~RovantaObject() = default;
@@ -35,22 +35,22 @@ HRESULT RovantaObject::query_other(const Guid& iid, void** ppv) noexcept {
 // ---- IRovanta
 
 void RovantaObject::query_iVersionMajor(std::int16_t& pVal) {
-    pVal = core_->iVersionMajor;
+    pVal = core_->link.iVersionMajor;
 }
 void RovantaObject::set_iVersionMajor(std::int16_t RHS) {
-    core_->iVersionMajor = RHS;
+    core_->link.iVersionMajor = RHS;
 }
 void RovantaObject::query_iVersionMinor(std::int16_t& pVal) {
-    pVal = core_->iVersionMinor;
+    pVal = core_->link.iVersionMinor;
 }
 void RovantaObject::set_iVersionMinor(std::int16_t RHS) {
-    core_->iVersionMinor = RHS;
+    core_->link.iVersionMinor = RHS;
 }
 void RovantaObject::query_VERSION_STRING(std::string& pVal) {
-    pVal = core_->VERSION_STRING;
+    pVal = core_->link.VERSION_STRING;
 }
 void RovantaObject::set_VERSION_STRING(const std::string& RHS) {
-    core_->VERSION_STRING = RHS;
+    core_->link.VERSION_STRING = RHS;
 }
 void RovantaObject::call_GetIniKeyValue(const std::string& lpApplicationName,
                                         const std::string& lpKeyName, const std::string& lpDefault,

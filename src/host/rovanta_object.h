@@ -6,9 +6,9 @@
 #include <memory>
 #include <string_view>
 
-#include "core/rovanta.h"
 #include "host/boundary.h"
 #include "host/module_lock.h"
+#include "host/rovanta.h"
 #include "kestrone/com_object.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/field_access.h"

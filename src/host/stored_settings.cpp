@@ -4,7 +4,7 @@
 // comes before any later key.
 #include "host/stored_settings.h"
 
-#include "core/rovanta.h"
+#include "host/rovanta.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {
@@ -38,9 +38,9 @@ Variant load_default(const SettingInfo& s) {
 }  // namespace
 
 void Rovanta::UserControl_WriteProperties(IKestroneStore& PropBag) {
-    for (Long i = 0; i <= Pins.ubound(); ++i) {
-        write(PropBag, port_key(i), Variant::long_(Pins(i).Port));
-        write(PropBag, bit_key(i), Variant::long_(Pins(i).Bit));
+    for (Long i = 0; i <= pin_table.Pins.ubound(); ++i) {
+        write(PropBag, port_key(i), Variant::long_(pin_table.Pins(i).Port));
+        write(PropBag, bit_key(i), Variant::long_(pin_table.Pins(i).Bit));
     }
     for (const SettingInfo& s : kSettings)
         write(PropBag, std::string(s.key), GetSetting(s));
@@ -50,7 +50,7 @@ void Rovanta::UserControl_ReadProperties(IKestroneStore& PropBag) {
     // The pins' places are read and checked as 32-bit numbers, and go nowhere: the pins stay as
     // the definition file gave them.
     const Variant unplaced = Variant::integer(-1);
-    for (Long i = 0; i <= Pins.ubound(); ++i) {
+    for (Long i = 0; i <= pin_table.Pins.ubound(); ++i) {
         (void)vb::to_long(read(PropBag, port_key(i), unplaced));
         (void)vb::to_long(read(PropBag, bit_key(i), unplaced));
     }

@@ -281,14 +281,8 @@ Row cell(std::string_view name, K kind, const std::array<float, 4>& c, std::stri
     return {name, 0, kind, c[0], c[1], c[2], c[3], caption, picture, style, true};
 }
 
-}  // namespace
-
-void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
-                  float twips_per_pixel) {
-    Builder b(elements, top_level, twips_per_pixel);
-    for (const Row& r : kTopLevel)
-        b.add(r, -1, r.index);
-
+// The five sensor panels: the arrows, bar, caption, plate and track of each.
+void add_sensor_panels(Builder& b, std::vector<Element>& elements) {
     for (std::int16_t i = 0; i < 5; ++i) {
         const int frame = b.find("frameADC", i);
         const SensorCells& s = kSensorPanels[i];
@@ -308,7 +302,9 @@ void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
         // The one track shorter than its picture stretches it.
         if (i == 3) elements[static_cast<std::size_t>(track)].stretch = true;
     }
+}
 
+void add_motor_panels(Builder& b) {
     // In the left motor the lines come first; in the right one they lie between the direction
     // signs and the drum. Either way every line lies over the drum.
     auto add_lines = [&](std::int16_t motor, int frame) {
@@ -328,7 +324,9 @@ void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
         if (m == 1) add_lines(m, frame);
         b.add(kWheelBase, frame, m);
     }
+}
 
+void add_leds(Builder& b) {
     // LED i stands at 60 + 330 x (7 - i): LED 7 leftmost. The lit picture is a pixel taller and
     // stands 15 higher, so that the two coincide.
     const int leds = b.find("Frame1", -1);
@@ -347,6 +345,18 @@ void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
                k == 15 ? 555.0f : 570.0f, 90, 195, kDigits[static_cast<std::size_t>(k - 8)],
                P::None, Style::LedLabel, true},
               leds, k);
+}
+
+}  // namespace
+
+void build_layout(std::vector<Element>& elements, std::vector<int>& top_level,
+                  float twips_per_pixel) {
+    Builder b(elements, top_level, twips_per_pixel);
+    for (const Row& r : kTopLevel)
+        b.add(r, -1, r.index);
+    add_sensor_panels(b, elements);
+    add_motor_panels(b);
+    add_leds(b);
 
     const int switches = b.find("frameSwitches", -1);
     const int followers = b.find("frameLineFollowers", -1);

@@ -2,9 +2,9 @@
 // fixed range 4 to 20 and runs that macro's handler; the simulation's running flag.
 #include <array>
 
-#include "core/rovanta.h"
 #include "platform/vb_numeric.h"
 #include "simulation/params.h"
+#include "simulation/simulation.h"
 
 namespace rovanta {
 
@@ -30,7 +30,7 @@ namespace {
 
 enum class Result : std::uint8_t { None, Byte, Long };
 
-using Handler = void (Rovanta::*)(const Variant&, Variant&, Long&);
+using Handler = void (Simulation::*)(const Variant&, Variant&, Long&);
 
 struct MacroHandler {
     Handler run;
@@ -41,31 +41,33 @@ constexpr Long kFirstMacro = 4, kLastMacro = 20;
 
 // Macros 4 to 20, by number.
 const std::array<MacroHandler, kLastMacro - kFirstMacro + 1> kHandlers{{
-    {&Rovanta::SimDriveForwards, Result::None},   // 4
-    {&Rovanta::SimDriveBackwards, Result::None},  // 5
-    {&Rovanta::SimDriveStop, Result::None},       // 6
-    {&Rovanta::SimSpinLeft, Result::None},        // 7
-    {&Rovanta::SimSpinRight, Result::None},       // 8
-    {&Rovanta::SimSetMotors, Result::None},       // 9
-    {&Rovanta::SimWriteLeds, Result::None},       // 10
-    {&Rovanta::SimLedOn, Result::None},           // 11
-    {&Rovanta::SimLedOff, Result::None},          // 12
-    {&Rovanta::SimReadSwitch, Result::Byte},      // 13
-    {&Rovanta::SimWaitSwitch, Result::Long},      // 14
-    {&Rovanta::SimPlayTone, Result::None},        // 15
-    {&Rovanta::SimReadMic, Result::Long},         // 16
-    {&Rovanta::SimReadLdr, Result::Long},         // 17
-    {&Rovanta::SimTestSideSensor, Result::Byte},  // 18
-    {&Rovanta::SimReadSideSensor, Result::Long},  // 19
-    {&Rovanta::SimReadLine, Result::Byte},        // 20
+    {&Simulation::SimDriveForwards, Result::None},   // 4
+    {&Simulation::SimDriveBackwards, Result::None},  // 5
+    {&Simulation::SimDriveStop, Result::None},       // 6
+    {&Simulation::SimSpinLeft, Result::None},        // 7
+    {&Simulation::SimSpinRight, Result::None},       // 8
+    {&Simulation::SimSetMotors, Result::None},       // 9
+    {&Simulation::SimWriteLeds, Result::None},       // 10
+    {&Simulation::SimLedOn, Result::None},           // 11
+    {&Simulation::SimLedOff, Result::None},          // 12
+    {&Simulation::SimReadSwitch, Result::Byte},      // 13
+    {&Simulation::SimWaitSwitch, Result::Long},      // 14
+    {&Simulation::SimPlayTone, Result::None},        // 15
+    {&Simulation::SimReadMic, Result::Long},         // 16
+    {&Simulation::SimReadLdr, Result::Long},         // 17
+    {&Simulation::SimTestSideSensor, Result::Byte},  // 18
+    {&Simulation::SimReadSideSensor, Result::Long},  // 19
+    {&Simulation::SimReadLine, Result::Byte},        // 20
 }};
 
 }  // namespace
 
-void Rovanta::SimMacroCall(Long lMacroID, const Variant& vParams, Long& pRetVal,
-                           Variant& pvAffected, Long&) {
+void Simulation::SimMacroCall(Long lMacroID, const Variant& vParams, Long& pRetVal,
+                              Variant& pvAffected, Long&) {
     // Before the macro table exists its bounds can't be asked for: error 9.
-    if (lMacroID > Macros.ubound() || lMacroID < Macros.lbound()) return;
+    if (lMacroID > core_.macro_table.Macros.ubound() ||
+        lMacroID < core_.macro_table.Macros.lbound())
+        return;
     if (lMacroID < kFirstMacro || lMacroID > kLastMacro) return;
     const MacroHandler& h = kHandlers[static_cast<std::size_t>(lMacroID - kFirstMacro)];
     Long slot = 0;
@@ -77,26 +79,26 @@ void Rovanta::SimMacroCall(Long lMacroID, const Variant& vParams, Long& pRetVal,
         pRetVal = slot;
 }
 
-void Rovanta::SimMacroCall2(Long, const Variant&, Variant&, Variant&, Long&) {
-    MsgBox("Error in <SimMacroCall2>");
+void Simulation::SimMacroCall2(Long, const Variant&, Variant&, Variant&, Long&) {
+    core_.MsgBox("Error in <SimMacroCall2>");
 }
 
-void Rovanta::StartSimulation() {
-    bSimulating = true;
-    bSwitchLatch = false;
+void Simulation::StartSimulation() {
+    run_.bSimulating = true;
+    run_.bSwitchLatch = false;
     Refresh();
 }
 
-void Rovanta::StopSimulation() {
-    bSimulating = false;
+void Simulation::StopSimulation() {
+    run_.bSimulating = false;
     Refresh();
 }
 
-void Rovanta::Refresh() {
+void Simulation::Refresh() {
     UserControl_Paint();
 }
 
-void Rovanta::UserControl_Paint() {
+void Simulation::UserControl_Paint() {
     DrawLeds();
 }
 

@@ -2,7 +2,7 @@
 #include <array>
 #include <cstdlib>
 
-#include "core/rovanta.h"
+#include "simulation/simulation.h"
 
 namespace rovanta {
 
@@ -48,8 +48,8 @@ constexpr std::array<HeadingRule, 17> kHeadingRules{{
 
 }  // namespace
 
-void Rovanta::UpdateDirection() {
-    const int L = iMotorSpeed[0], R = iMotorSpeed[1];
+void Simulation::UpdateDirection() {
+    const int L = motors_.iMotorSpeed[0], R = motors_.iMotorSpeed[1];
     const int d = std::abs(L - R);
     Integer image = 0;
     for (const HeadingRule& rule : kHeadingRules)
@@ -58,9 +58,9 @@ void Rovanta::UpdateDirection() {
             break;
         }
     // All hidden in rising order, then the chosen one shown, on every run.
-    for (int id : panel.ids().imDirection)
-        panel.set_visible(id, false);
-    panel.set_visible(panel.ids().imDirection[static_cast<std::size_t>(image)], true);
+    for (int id : panel_.ids().imDirection)
+        panel_.set_visible(id, false);
+    panel_.set_visible(panel_.ids().imDirection[static_cast<std::size_t>(image)], true);
 }
 
 }  // namespace rovanta

@@ -2,8 +2,8 @@
 // any handler can be raised by name with its arguments converted as the event passes them.
 #include <array>
 
-#include "core/rovanta.h"
 #include "platform/vb_numeric.h"
+#include "simulation/simulation.h"
 
 namespace rovanta {
 
@@ -12,13 +12,20 @@ using panel::Event;
 
 namespace {
 
+// Where the handlers live: the sensor bars take the pointer and the arrows, the simulation the
+// rest.
+struct Targets {
+    Simulation& simulation;
+    SensorBars& bars;
+};
+
 struct EventHandler {
     std::string_view name;     // element _ event
     std::string_view element;  // "UserControl" for the panel's own
     Event event;
     std::uint8_t count;
     std::array<VarType, 5> params;
-    void (*call)(Rovanta&, Variant*);
+    void (*call)(const Targets&, Variant*);
 };
 
 constexpr std::array<VarType, 5> kMouse{VarType::Integer, VarType::Integer, VarType::Integer,
@@ -26,50 +33,50 @@ constexpr std::array<VarType, 5> kMouse{VarType::Integer, VarType::Integer, VarT
 constexpr std::array<VarType, 5> kIndex{VarType::Integer};
 constexpr std::array<VarType, 5> kNone{};
 
-template <void (Rovanta::*handler)(Integer&, Integer&, Integer&, float&, float&)>
-void mouse(Rovanta& r, Variant* a) {
+template <void (SensorBars::*handler)(Integer&, Integer&, Integer&, float&, float&)>
+void mouse(const Targets& t, Variant* a) {
     Integer index = a[0].as_integer(), button = a[1].as_integer(), shift = a[2].as_integer();
     float x = a[3].as_single(), y = a[4].as_single();
-    (r.*handler)(index, button, shift, x, y);
+    (t.bars.*handler)(index, button, shift, x, y);
 }
 
-template <void (Rovanta::*handler)()>
-void plain(Rovanta& r, Variant*) {
-    (r.*handler)();
+template <void (Simulation::*handler)()>
+void plain(const Targets& t, Variant*) {
+    (t.simulation.*handler)();
 }
 
 const EventHandler kHandlers[] = {
     {"frameADC_MouseDown", "frameADC", Event::MouseDown, 5, kMouse,
-     &mouse<&Rovanta::frameADC_MouseDown>},
+     &mouse<&SensorBars::frameADC_MouseDown>},
     {"frameADC_MouseMove", "frameADC", Event::MouseMove, 5, kMouse,
-     &mouse<&Rovanta::frameADC_MouseMove>},
+     &mouse<&SensorBars::frameADC_MouseMove>},
     {"imSlideBar_MouseDown", "imSlideBar", Event::MouseDown, 5, kMouse,
-     &mouse<&Rovanta::imSlideBar_MouseDown>},
+     &mouse<&SensorBars::imSlideBar_MouseDown>},
     {"imSlideBar_MouseMove", "imSlideBar", Event::MouseMove, 5, kMouse,
-     &mouse<&Rovanta::imSlideBar_MouseMove>},
+     &mouse<&SensorBars::imSlideBar_MouseMove>},
     {"imSlideBase_MouseDown", "imSlideBase", Event::MouseDown, 5, kMouse,
-     &mouse<&Rovanta::imSlideBase_MouseDown>},
+     &mouse<&SensorBars::imSlideBase_MouseDown>},
     {"imSlideBase_MouseMove", "imSlideBase", Event::MouseMove, 5, kMouse,
-     &mouse<&Rovanta::imSlideBase_MouseMove>},
+     &mouse<&SensorBars::imSlideBase_MouseMove>},
     {"updownADC_Change", "updownADC", Event::Change, 1, kIndex,
-     [](Rovanta& r, Variant* a) {
+     [](const Targets& t, Variant* a) {
          Integer index = a[0].as_integer();
-         r.updownADC_Change(index);
+         t.bars.updownADC_Change(index);
      }},
     {"chkSwitchLeft_Click", "chkSwitchLeft", Event::Click, 0, kNone,
-     &plain<&Rovanta::chkSwitchLeft_Click>},
+     &plain<&Simulation::chkSwitchLeft_Click>},
     {"chkSwitchRight_Click", "chkSwitchRight", Event::Click, 0, kNone,
-     &plain<&Rovanta::chkSwitchRight_Click>},
+     &plain<&Simulation::chkSwitchRight_Click>},
     {"chkLineLeft_Click", "chkLineLeft", Event::Click, 0, kNone,
-     &plain<&Rovanta::chkLineLeft_Click>},
+     &plain<&Simulation::chkLineLeft_Click>},
     {"chkLineRight_Click", "chkLineRight", Event::Click, 0, kNone,
-     &plain<&Rovanta::chkLineRight_Click>},
+     &plain<&Simulation::chkLineRight_Click>},
     {"Timer1_Timer", "Timer1", Event::Timer, 1, kIndex,
-     [](Rovanta& r, Variant* a) { r.Timer1_Timer(a[0].as_integer()); }},
+     [](const Targets& t, Variant* a) { t.simulation.Timer1_Timer(a[0].as_integer()); }},
     {"UserControl_Resize", "UserControl", Event::Resize, 0, kNone,
-     &plain<&Rovanta::UserControl_Resize>},
+     &plain<&Simulation::UserControl_Resize>},
     {"UserControl_Paint", "UserControl", Event::Paint, 0, kNone,
-     &plain<&Rovanta::UserControl_Paint>},
+     &plain<&Simulation::UserControl_Paint>},
 };
 
 const EventHandler* handler_for(std::string_view element, Event event) {
@@ -80,7 +87,8 @@ const EventHandler* handler_for(std::string_view element, Event event) {
 
 }  // namespace
 
-void Rovanta::panel_event(const panel::Element* element, Event event, const panel::MouseArgs* m) {
+void Simulation::panel_event(const panel::Element* element, Event event,
+                             const panel::MouseArgs* m) {
     const EventHandler* h =
         handler_for(element ? std::string_view(element->name) : "UserControl", event);
     if (!h) return;  // an element without a handler for it
@@ -94,32 +102,33 @@ void Rovanta::panel_event(const panel::Element* element, Event event, const pane
         args[n++] = Variant::single(m->x);
         args[n++] = Variant::single(m->y);
     }
-    h->call(*this, args.data());
+    h->call(Targets{*this, bars_}, args.data());
 }
 
-Rovanta::EventLookup Rovanta::RaiseEvent(std::string_view handler, std::vector<Variant>& args) {
+Simulation::EventLookup Simulation::RaiseEvent(std::string_view handler,
+                                               std::vector<Variant>& args) {
     for (const EventHandler& h : kHandlers) {
         if (h.name != handler) continue;
         if (args.size() != h.count) return EventLookup::BadCount;
         for (std::size_t i = 0; i < args.size(); ++i)
             args[i] = vb::coerce(args[i], h.params[i]);
-        h.call(*this, args.data());
+        h.call(Targets{*this, bars_}, args.data());
         return EventLookup::Found;
     }
     return EventLookup::Unknown;
 }
 
-void Rovanta::UserControl_Resize() {
+void Simulation::UserControl_Resize() {
     // The panel takes back the size of its bottom-right corner, the right motor's frame, read
     // afresh each time; Width before Height.
-    const int frame = panel.ids().frameMotor[1];
-    panel.set_width_twips(
-        panel.pixels_to_twips_x(vb::fadd(panel.at(frame).left, panel.at(frame).width)));
-    panel.set_height_twips(
-        panel.pixels_to_twips_y(vb::fadd(panel.at(frame).top, panel.at(frame).height)));
+    const int frame = panel_.ids().frameMotor[1];
+    panel_.set_width_twips(
+        panel_.pixels_to_twips_x(vb::fadd(panel_.at(frame).left, panel_.at(frame).width)));
+    panel_.set_height_twips(
+        panel_.pixels_to_twips_y(vb::fadd(panel_.at(frame).top, panel_.at(frame).height)));
 }
 
-void Rovanta::SitePanel() {
+void Simulation::SitePanel() {
     // A container raises Resize when it first sizes the panel.
     UserControl_Resize();
 }

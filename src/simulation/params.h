@@ -1,7 +1,6 @@
 // How the macro handlers read their parameters.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "kestrone/variant.h"
@@ -17,16 +16,5 @@ enum class Side { Left, Forward, Right };
 // The side a number names, as a digit or a letter's code: 0, 108 "l", 76 "L" left; 1, 102 "f",
 // 70 "F" forward where `forward` is known, else right; any other number right.
 Side side_of(const kestrone::Variant& value, bool forward);
-
-}  // namespace rovanta::sim
-
-namespace rovanta::sim {
-
-// a(i) of a fixed array of the object: error 9 outside it.
-template <class T, std::size_t N>
-T& elem(std::array<T, N>& a, std::int64_t i) {
-    if (i < 0 || i >= static_cast<std::int64_t>(N)) vb::raise_error(vb::kSubscriptOutOfRange);
-    return a[static_cast<std::size_t>(i)];
-}
 
 }  // namespace rovanta::sim

@@ -12,6 +12,7 @@
 #include "host/class_factory.h"
 #include "host/property_page_object.h"
 #include "host_fixture.h"
+#include "kestrone/panel.h"
 
 namespace {
 
@@ -75,7 +76,7 @@ TEST(NullPointers, EveryOperationOfBothInterfacesRefusesThem) {
     check_every_pointer<kestrone::IRovanta, kestrone::kRovantaMethods>(
         robot.object(), kestrone::kRovantaMembers.data(), std::make_index_sequence<44>{});
     // Nothing ran: SimReadPins would have marked the pins as read.
-    EXPECT_FALSE(robot.core().bPinsChanged);
+    EXPECT_FALSE(robot.core().link.bPinsChanged);
 }
 
 struct Case {
@@ -117,6 +118,68 @@ TEST(NullPointers, TheOtherInterfacesRefuseThemToo) {
     };
     for (const Case& c : cases)
         EXPECT_EQ(c.call(), kestrone::E_POINTER) << c.what;
+}
+
+// The panel's two interfaces, on their tear-off: each out-pointer null on its own. The values given
+// beside a null one keep their marks, and a refused AdvanceTo leaves the clock where it was.
+TEST(NullPointers, ThePanelsInterfacesRefuseThemAndWriteNothing) {
+    host_testing::Robot robot(host_testing::kNoPins);
+    kestrone::ComPtr<kestrone::IKestronePanel> view;
+    kestrone::ComPtr<kestrone::IKestronePanelInspection> inspect;
+    ASSERT_EQ(robot.unknown()->QueryInterface(kestrone::IID_IKestronePanel, view.put()),
+              kestrone::S_OK);
+    ASSERT_EQ(
+        robot.unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect.put()),
+        kestrone::S_OK);
+    std::int64_t clock = 0;
+    ASSERT_EQ(view->GetClock(&clock), kestrone::S_OK);
+
+    constexpr std::int32_t kMark = -7321;
+    float width = -3.5f, height = -4.5f;
+    std::int32_t w = kMark, h = kMark, timer = kMark;
+    std::int64_t due = kMark;
+    std::uint64_t now = 991;
+    std::vector<std::int32_t> ids{kMark};
+    std::vector<std::uint8_t> rgba{0x5A};
+    const kestrone::Guid& any = kestrone::IID_IUnknown;
+    const Case cases[] = {
+        {"panel QueryInterface", [&] { return view->QueryInterface(any, nullptr); }},
+        {"inspection QueryInterface", [&] { return inspect->QueryInterface(any, nullptr); }},
+        {"GetElementCount", [&] { return view->GetElementCount(nullptr); }},
+        {"GetElement", [&] { return view->GetElement(0, nullptr); }},
+        {"GetRevision", [&] { return view->GetRevision(nullptr); }},
+        {"GetChangedElements ids", [&] { return view->GetChangedElements(0, nullptr, &now); }},
+        {"GetChangedElements now", [&] { return view->GetChangedElements(0, &ids, nullptr); }},
+        {"GetSize width", [&] { return view->GetSize(nullptr, &height); }},
+        {"GetSize height", [&] { return view->GetSize(&width, nullptr); }},
+        {"GetTwipsPerPixel", [&] { return view->GetTwipsPerPixel(nullptr); }},
+        {"GetBackColour", [&] { return view->GetBackColour(nullptr); }},
+        {"GetElementView", [&] { return view->GetElementView(0, nullptr); }},
+        {"GetPaintOrder", [&] { return view->GetPaintOrder(nullptr); }},
+        {"GetPicture width", [&] { return view->GetPicture(1, nullptr, &h, &rgba); }},
+        {"GetPicture height", [&] { return view->GetPicture(1, &w, nullptr, &rgba); }},
+        {"GetPicture rgba", [&] { return view->GetPicture(1, &w, &h, nullptr); }},
+        {"GetClock", [&] { return view->GetClock(nullptr); }},
+        {"NextTick due", [&] { return view->NextTick(nullptr, &timer); }},
+        {"NextTick timer", [&] { return view->NextTick(&due, nullptr); }},
+        {"AdvanceTo", [&] { return view->AdvanceTo(clock + 5000, nullptr); }},
+        {"GetProperty", [&] { return inspect->GetProperty("Timer1", &w, "Interval", nullptr); }},
+        {"FindElement", [&] { return inspect->FindElement("Timer1", nullptr, nullptr); }},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(c.call(), kestrone::E_POINTER) << c.what;
+    EXPECT_EQ(width, -3.5f);
+    EXPECT_EQ(height, -4.5f);
+    EXPECT_EQ(w, kMark);
+    EXPECT_EQ(h, kMark);
+    EXPECT_EQ(timer, kMark);
+    EXPECT_EQ(due, kMark);
+    EXPECT_EQ(now, 991u);
+    EXPECT_EQ(ids, std::vector<std::int32_t>{kMark});
+    EXPECT_EQ(rgba, std::vector<std::uint8_t>{0x5A});
+    std::int64_t after = 0;
+    ASSERT_EQ(view->GetClock(&after), kestrone::S_OK);
+    EXPECT_EQ(after, clock);
 }
 
 // Calls by name have no result pointer to refuse: without one the result is dropped; missing

@@ -92,7 +92,7 @@ TEST(PropertyPage, AnyNonZeroReturnTypeShowsIntAndAppliesAsOne) {
         EXPECT_EQ(page.get("optInt", "Value"), Variant::boolean(true)) << v;
         ASSERT_EQ(page->Apply(), kestrone::S_OK);
         EXPECT_EQ(setting(robot, "bReturnInt"), 1);
-        EXPECT_EQ(robot.core().iADCMax, 1023);
+        EXPECT_EQ(robot.core().sensors.iADCMax, 1023);
     }
 }
 
@@ -195,7 +195,7 @@ TEST(PropertyPage, ClicksSetTheReturnTypeAndTheButtonWait) {
     ASSERT_EQ(page->Apply(), kestrone::S_OK);
     EXPECT_EQ(setting(robot, "bWaitForButton"), 0);
     EXPECT_EQ(setting(robot, "bReturnInt"), 0);
-    EXPECT_EQ(robot.core().iADCMax, 255);
+    EXPECT_EQ(robot.core().sensors.iADCMax, 255);
 }
 
 TEST(PropertyPage, OnlyTheFirstSelectedControlIsReadAndWritten) {

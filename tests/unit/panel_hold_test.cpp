@@ -55,8 +55,8 @@ class BusyHost final : public kestrone::IHostServices {
         statuses.push_back(panel->Tick(1));
         statuses.push_back(panel->Pointer(PointerAction::Down, 1, 0, 20, 60));
         statuses.push_back(panel->Pointer(PointerAction::Up, 1, 0, 20, 60));
-        phases_inside = core->iWheelPhase;
-        ldr_inside = core->lADCVal[0];
+        phases_inside = core->motors.iWheelPhase;
+        ldr_inside = core->sensors.lADCVal[0];
     }
 };
 
@@ -123,7 +123,7 @@ TEST(PanelHold, TicksDueInABoxOrAToneComeOnceEachAfterItAndKeepTheirPhase) {
             EXPECT_EQ(hr, S_FALSE);
         EXPECT_EQ(robot.host.ticks_inside, 0);
         EXPECT_EQ(robot.host.phases_inside, (std::array<std::int16_t, 2>{0, 0}));
-        EXPECT_EQ(robot.host.ldr_inside, robot.core().lADCVal[0]);
+        EXPECT_EQ(robot.host.ldr_inside, robot.core().sensors.lADCVal[0]);
         EXPECT_EQ(robot.core().panel.captured(), -1);
 
         // Free again: one kept tick a timer, due at once, the lower index first.
@@ -132,13 +132,13 @@ TEST(PanelHold, TicksDueInABoxOrAToneComeOnceEachAfterItAndKeepTheirPhase) {
         EXPECT_EQ(timer, 0);
         ASSERT_EQ(robot.panel().AdvanceTo(420, &ticks), S_OK);
         EXPECT_EQ(ticks, 2);
-        EXPECT_EQ(robot.core().iWheelPhase, (std::array<std::int16_t, 2>{1, 1}));
+        EXPECT_EQ(robot.core().motors.iWheelPhase, (std::array<std::int16_t, 2>{1, 1}));
         // Then on the old beat: 500, not 520.
         robot.panel().NextTick(&due, &timer);
         EXPECT_EQ(due, 500);
         ASSERT_EQ(robot.panel().AdvanceTo(500, &ticks), S_OK);
         EXPECT_EQ(ticks, 2);
-        EXPECT_EQ(robot.core().iWheelPhase, (std::array<std::int16_t, 2>{2, 2}));
+        EXPECT_EQ(robot.core().motors.iWheelPhase, (std::array<std::int16_t, 2>{2, 2}));
     }
 }
 
@@ -146,15 +146,15 @@ TEST(PanelHold, WithTheThreadFreeInputAndAskedTicksGoStraightIn) {
     HeldRobot robot;
     kestrone::IKestronePanel& panel = robot.panel();
     // Free: a press on the LDR's panel moves its bar; a tick asked for runs at once.
-    const std::int32_t ldr = robot.core().lADCVal[0];
+    const std::int32_t ldr = robot.core().sensors.lADCVal[0];
     ASSERT_EQ(panel.Pointer(PointerAction::Down, 1, 0, 20, 60), S_OK);
     EXPECT_EQ(robot.core().panel.captured(), robot.core().panel.find("frameADC", 0));
     ASSERT_EQ(panel.Pointer(PointerAction::Up, 1, 0, 20, 60), S_OK);
-    EXPECT_NE(robot.core().lADCVal[0], ldr);
+    EXPECT_NE(robot.core().sensors.lADCVal[0], ldr);
     ASSERT_EQ(robot.object().StartSimulation(), S_OK);
     ASSERT_EQ(robot.call(4, params({100})), S_OK);
     EXPECT_EQ(panel.Tick(1), S_OK);
-    EXPECT_EQ(robot.core().iWheelPhase[1], 1);
+    EXPECT_EQ(robot.core().motors.iWheelPhase[1], 1);
     std::int64_t due = 0;
     std::int32_t timer = -1;
     panel.NextTick(&due, &timer);

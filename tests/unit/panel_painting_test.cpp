@@ -84,7 +84,7 @@ TEST(PanelPainting, LedsStandFromSevenAtTheLeftToZeroAtTheRight) {
         EXPECT_EQ(mismatches(dark, off, 86 + 22 * (7 - i), 80, i > 0), 0) << "LED " << i;
     ASSERT_EQ(robot.call(11, params({0})), S_OK);  // LED 0 on
     ASSERT_EQ(robot.call(11, params({6})), S_OK);
-    robot.r().UserControl_Paint();  // the lamps follow a repaint
+    robot.r().simulation.UserControl_Paint();  // the lamps follow a repaint
     const PanelImage lit = robot.paint();
     EXPECT_EQ(mismatches(lit, on, 240, 79), 0);
     EXPECT_EQ(mismatches(lit, on, 108, 79, 1), 0);
@@ -163,7 +163,7 @@ TEST(PanelPainting, OnlyTheShownMotorSignIsPainted) {
     EXPECT_EQ(image.at(47, 245), robot.look("imageUp", 0).fore);
     // A tick at speed 0 while running shows the stopped mark, in front of the rest.
     ASSERT_EQ(robot.object().StartSimulation(), S_OK);
-    robot.r().Timer1_Timer(0);
+    robot.r().simulation.Timer1_Timer(0);
     image = robot.paint();
     EXPECT_EQ(mismatches(image, stopped, 48, 246), 0);
     EXPECT_EQ(mismatches(image, up, 306, 246), 0);

@@ -52,10 +52,10 @@ TEST(PanelPointer, APressedElementKeepsTheMovesUntilTheRelease) {
     p.pointer(PointerAction::Down, 1, 0, 20, 60);  // frame twips y 900: bar at 825
     EXPECT_EQ(robot.el("imSlideBar", 0).top, 825.0f);
     p.pointer(PointerAction::Move, 1, 0, 3000, 1e6f);  // far outside, still captured
-    EXPECT_EQ(robot.r().lADCVal[0], 0);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 0);
     EXPECT_EQ(robot.el("imSlideBar", 0).top, 1350.0f);
     p.pointer(PointerAction::Move, 1, 0, 20, -50);
-    EXPECT_EQ(robot.r().lADCVal[0], 255);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 255);
     p.pointer(PointerAction::Up, 1, 0, 20, -50);
     EXPECT_EQ(p.captured(), -1);
     // A drag that begins on the bar: its own coordinates, summed with its place that moves.
@@ -72,9 +72,9 @@ TEST(PanelPointer, CheckBoxesClickOnReleaseArrowsOnPress) {
     SimRobot robot;
     panel::Panel& p = robot.panel();
     p.pointer(PointerAction::Down, 1, 0, 80, 30);
-    EXPECT_FALSE(robot.r().Pins(8).SimValue);
+    EXPECT_FALSE(robot.r().pin_table.Pins(8).SimValue);
     p.pointer(PointerAction::Up, 1, 0, 80, 30);
-    EXPECT_TRUE(robot.r().Pins(8).SimValue);
+    EXPECT_TRUE(robot.r().pin_table.Pins(8).SimValue);
     EXPECT_EQ(robot.el("chkSwitchLeft").check_value, 1);
     p.pointer(PointerAction::Down, 1, 0, 80, 30);
     p.pointer(PointerAction::Up, 1, 0, 200, 200);  // released elsewhere: no click
@@ -82,9 +82,9 @@ TEST(PanelPointer, CheckBoxesClickOnReleaseArrowsOnPress) {
     // The upper arrow of updownADC(0), then the lower one.
     p.pointer(PointerAction::Down, 1, 0, 11, 95);
     p.pointer(PointerAction::Up, 1, 0, 11, 95);
-    EXPECT_EQ(robot.r().lADCVal[0], 1);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 1);
     p.pointer(PointerAction::Down, 1, 0, 11, 120);
-    EXPECT_EQ(robot.r().lADCVal[0], 0);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 0);
 }
 
 class TickLog : public panel::PanelEvents {
@@ -254,8 +254,8 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
     for (const Put& p : puts)
         EXPECT_EQ(inspect->PutProperty(p.element, p.index, p.property, p.value), p.status)
             << p.element << "." << p.property;
-    EXPECT_TRUE(robot.r().Pins(10).SimValue);
-    EXPECT_EQ(robot.r().lADCVal[1], 255);
+    EXPECT_TRUE(robot.r().pin_table.Pins(10).SimValue);
+    EXPECT_EQ(robot.r().sensors.lADCVal[1], 255);
     // A range's ends as written.
     EXPECT_EQ(inspect->PutProperty("updownADC", &one, "Min", Variant::long_(7)), S_OK);
     EXPECT_EQ(inspect->PutProperty("updownADC", &one, "Max", Variant::long_(300)), S_OK);

@@ -86,7 +86,7 @@ TEST(ConnectedOK, AnyUnplacedPinMakesItFalse) {
     EXPECT_EQ(a, 0);
     EXPECT_EQ(b, -1);
     // A -1 in Bit alone counts as well.
-    placed.core().Pins(1).Bit = -1;
+    placed.core().pin_table.Pins(1).Bit = -1;
     ASSERT_EQ(placed.object().get_ConnectedOK(&b), kestrone::S_OK);
     EXPECT_EQ(b, 0);
 }
@@ -97,7 +97,7 @@ TEST(MovingAPin, IsQuietBeforeTheVersionAndRefusedAfter) {
     EXPECT_EQ(robot.object().put_Bit(0, 3), kestrone::S_OK);
     EXPECT_TRUE(robot.services.messages.empty());
 
-    robot.core().bInitialised = true;  // as KestroneVersion leaves it
+    robot.core().link.bInitialised = true;  // as KestroneVersion leaves it
     EXPECT_EQ(robot.object().put_Port(99, 3), kestrone::S_OK);
     EXPECT_EQ(robot.object().put_Bit(-7, 3), kestrone::S_OK);
     EXPECT_EQ(robot.services.messages,
@@ -109,7 +109,7 @@ TEST(MovingAPin, IsQuietBeforeTheVersionAndRefusedAfter) {
 
 std::vector<bool> levels(Robot& robot) {
     std::vector<bool> out;
-    for (const rovanta::KTPin& p : robot.core().Pins.items())
+    for (const rovanta::KTPin& p : robot.core().pin_table.Pins.items())
         out.push_back(p.SimValue);
     return out;
 }
@@ -193,7 +193,7 @@ TEST(SimWritePins, TakesEveryArrayKindAndStopsAtTheFirstBadElement) {
         Robot robot(host_testing::kThreePins);
         EXPECT_EQ(robot.object().SimWritePins(c.value), c.status);
         EXPECT_EQ(levels(robot), c.after);
-        EXPECT_EQ(robot.core().bPinsChanged, c.status == ok);
+        EXPECT_EQ(robot.core().link.bPinsChanged, c.status == ok);
     }
 }
 
@@ -235,11 +235,11 @@ TEST(SimPins, WithNoPinsTheArgumentIsLeftAloneAndTheFlagStillRises) {
     Variant keep = Variant::string("as passed");
     ASSERT_EQ(robot.object().SimReadPins(&keep), kestrone::S_OK);
     EXPECT_EQ(keep, Variant::string("as passed"));
-    EXPECT_TRUE(robot.core().bPinsChanged);
-    robot.core().bPinsChanged = false;
+    EXPECT_TRUE(robot.core().link.bPinsChanged);
+    robot.core().link.bPinsChanged = false;
     EXPECT_EQ(robot.object().SimWritePins(Variant::string("not looked at")), kestrone::S_OK);
-    EXPECT_TRUE(robot.core().bPinsChanged);
-    EXPECT_FALSE(robot.core().Pins(0).SimValue);
+    EXPECT_TRUE(robot.core().link.bPinsChanged);
+    EXPECT_FALSE(robot.core().pin_table.Pins(0).SimValue);
 }
 
 }  // namespace

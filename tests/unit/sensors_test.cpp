@@ -32,10 +32,10 @@ TEST(Sensors, StartAtZeroWithTheBarsAtTheirEnds) {
         const bool horizontal = i == 2 || i == 4;
         EXPECT_EQ(horizontal ? bar(robot, i).top : bar(robot, i).left, e.across) << i;
         EXPECT_EQ(travel_place(robot, i), e.place) << i;
-        EXPECT_EQ(robot.r().lSliderPos[static_cast<std::size_t>(i)], e.pos) << i;
-        EXPECT_EQ(robot.r().vSliderMin[static_cast<std::size_t>(i)],
+        EXPECT_EQ(robot.r().sensors.lSliderPos[static_cast<std::size_t>(i)], e.pos) << i;
+        EXPECT_EQ(robot.r().sensors.vSliderMin[static_cast<std::size_t>(i)],
                   kestrone::Variant::single(e.min));
-        EXPECT_EQ(robot.r().vSliderMax[static_cast<std::size_t>(i)],
+        EXPECT_EQ(robot.r().sensors.vSliderMax[static_cast<std::size_t>(i)],
                   kestrone::Variant::single(e.max));
         EXPECT_EQ(robot.el("lblADCVal", i).caption, "0");
         EXPECT_EQ(robot.el("lblADCVal", i).width, 90.0f);  // sized to its text
@@ -57,8 +57,8 @@ TEST(Sensors, ArrowsSetTheValueAndTheBarFollows) {
         robot.panel().set_updown_value(
             robot.panel().ids().updownADC[static_cast<std::size_t>(c.panel)], c.value);
         const auto i = static_cast<std::size_t>(c.panel);
-        EXPECT_EQ(robot.r().lADCVal[i], c.value);
-        EXPECT_EQ(robot.r().lSliderPos[i], c.pos) << c.panel << " " << c.value;
+        EXPECT_EQ(robot.r().sensors.lADCVal[i], c.value);
+        EXPECT_EQ(robot.r().sensors.lSliderPos[i], c.pos) << c.panel << " " << c.value;
         EXPECT_EQ(travel_place(robot, c.panel), c.place) << c.panel << " " << c.value;
         EXPECT_EQ(robot.el("lblADCVal", c.panel).caption, std::to_string(c.value));
     }
@@ -70,20 +70,20 @@ TEST(Sensors, ScaleChangeKeepsThePlaceNotTheNumber) {
     p.set_updown_value(p.ids().updownADC[0], 100);
     p.set_updown_value(p.ids().updownADC[4], 100);
     robot.object().put_bReturnInt(1);
-    EXPECT_EQ(robot.r().lADCVal[0], 401);
-    EXPECT_EQ(robot.r().lADCVal[4], 401);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 401);
+    EXPECT_EQ(robot.r().sensors.lADCVal[4], 401);
     EXPECT_EQ(robot.el("lblADCVal", 0).caption, "401");
     EXPECT_EQ(robot.el("updownADC", 0).max, 1023);
     EXPECT_EQ(robot.el("updownADC", 2).min, 1023);
     EXPECT_EQ(robot.el("updownADC", 2).max, 0);
     EXPECT_EQ(bar(robot, 0).top, 909.0f);
     robot.object().put_bReturnInt(0);
-    EXPECT_EQ(robot.r().lADCVal[0], 100);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 100);
     // The span of panel 3 is shorter than 1023 steps: 28 by the arrows reads back as 29.
     robot.object().put_bReturnInt(1);
     p.set_updown_value(p.ids().updownADC[3], 28);
     robot.object().put_bReturnInt(1);
-    EXPECT_EQ(robot.r().lADCVal[3], 29);
+    EXPECT_EQ(robot.r().sensors.lADCVal[3], 29);
 }
 
 TEST(Sensors, ArrowsStopAtTheLimitsBothWays) {
@@ -92,24 +92,24 @@ TEST(Sensors, ArrowsStopAtTheLimitsBothWays) {
     const int a0 = p.ids().updownADC[0], a2 = p.ids().updownADC[2];
     p.set_updown_value(a0, 100);
     p.arrow(a0, true);
-    EXPECT_EQ(robot.r().lADCVal[0], 101);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 101);
     EXPECT_EQ(bar(robot, 0).top, 904.0f);
     // The arrows reach 1023 but the full scale is 255: value, arrows and bar stop at 255.
     for (int k = 0; k < 3000; ++k)
         p.arrow(a0, true);
-    EXPECT_EQ(robot.r().lADCVal[0], 255);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 255);
     EXPECT_EQ(robot.el("updownADC", 0).value, 255);
     EXPECT_EQ(bar(robot, 0).top, 225.0f);
     for (int k = 0; k < 3000; ++k)
         p.arrow(a0, false);
-    EXPECT_EQ(robot.r().lADCVal[0], 0);
+    EXPECT_EQ(robot.r().sensors.lADCVal[0], 0);
     // Panel 2: the arrow towards Max lowers the value, moving the bar to the right.
     p.arrow(a2, false);
     p.arrow(a2, false);
-    EXPECT_EQ(robot.r().lADCVal[2], 2);
+    EXPECT_EQ(robot.r().sensors.lADCVal[2], 2);
     const float left = bar(robot, 2).left;
     p.arrow(a2, true);
-    EXPECT_EQ(robot.r().lADCVal[2], 1);
+    EXPECT_EQ(robot.r().sensors.lADCVal[2], 1);
     EXPECT_GT(bar(robot, 2).left, left);
 }
 
@@ -148,10 +148,11 @@ TEST(Sensors, PressesOnFrameBarAndTrack) {
             kestrone::Variant::integer(static_cast<std::int16_t>(c.button)),
             kestrone::Variant::integer(0), kestrone::Variant::single(c.x),
             kestrone::Variant::single(c.y)};
-        ASSERT_EQ(robot.r().RaiseEvent(c.handler, args), rovanta::Rovanta::EventLookup::Found);
+        ASSERT_EQ(robot.r().simulation.RaiseEvent(c.handler, args),
+                  rovanta::Simulation::EventLookup::Found);
         const auto i = static_cast<std::size_t>(c.panel);
-        EXPECT_EQ(robot.r().lSliderPos[i], c.pos) << c.handler << " " << c.panel;
-        EXPECT_EQ(robot.r().lADCVal[i], c.value) << c.handler << " " << c.panel;
+        EXPECT_EQ(robot.r().sensors.lSliderPos[i], c.pos) << c.handler << " " << c.panel;
+        EXPECT_EQ(robot.r().sensors.lADCVal[i], c.value) << c.handler << " " << c.panel;
         EXPECT_EQ(robot.el("updownADC", c.panel).value, c.value);
         EXPECT_EQ(robot.el("lblADCVal", c.panel).caption, std::to_string(c.value));
         EXPECT_EQ(travel_place(robot, c.panel), c.place) << c.handler << " " << c.panel;
@@ -164,7 +165,7 @@ TEST(Sensors, APressOnTheBarCountsFromTheBar) {
     std::vector<kestrone::Variant> args{
         kestrone::Variant::integer(0), kestrone::Variant::integer(1), kestrone::Variant::integer(0),
         kestrone::Variant::single(10), kestrone::Variant::single(70)};
-    robot.r().RaiseEvent("imSlideBar_MouseDown", args);
+    robot.r().simulation.RaiseEvent("imSlideBar_MouseDown", args);
     EXPECT_EQ(bar(robot, 0).top, 495.0f);  // as a press in the frame at 570
 }
 

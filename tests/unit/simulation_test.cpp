@@ -23,12 +23,12 @@ TEST(SimulationDispatch, NumbersOutsideEitherRangeDoNothing) {
     for (const Case c : {Case{3, 21}, Case{21, 21}, Case{20, 20}, Case{-2147483647 - 1, 21},
                          Case{2147483647, 21}, Case{-1, 21}}) {
         SimRobot robot(c.macros);
-        robot.r().lADCVal[1] = 77;
+        robot.r().sensors.lADCVal[1] = 77;
         std::int32_t ret = 1234;
         EXPECT_EQ(robot.call(c.id, params({1, 2, 3, 4}), &ret), S_OK) << c.id;
         EXPECT_EQ(ret, 1234) << c.id;
         EXPECT_TRUE(robot.last_affected.is_empty()) << c.id;
-        EXPECT_EQ(robot.r().iMotorSpeed[0], 0) << c.id;
+        EXPECT_EQ(robot.r().motors.iMotorSpeed[0], 0) << c.id;
     }
 }
 
@@ -64,7 +64,7 @@ TEST(SimulationDispatch, FailuresLeaveWhatRanAndNeverWriteTheResult) {
     // The left pair of a SetMotors whose right pair is missing stands; no wheel was drawn.
     SimRobot robot;
     EXPECT_EQ(robot.call(9, params({0, 100, 0})), error(vb::kSubscriptOutOfRange));
-    EXPECT_EQ(robot.r().iMotorSpeed[0], 100);
+    EXPECT_EQ(robot.r().motors.iMotorSpeed[0], 100);
     EXPECT_EQ(robot.el("Timer1", 0).interval, 312);
     EXPECT_EQ(robot.el("lblSpeedVal", 0).caption, "0");
 }
@@ -75,7 +75,7 @@ TEST(SimulationDispatch, NeedsTheMacroTable) {
     Variant affected;
     EXPECT_EQ(robot.object().SimMacroCall(4, params({10}), &ret, &affected, &cycles),
               error(vb::kSubscriptOutOfRange));
-    EXPECT_EQ(robot.core().iMotorSpeed[0], 0);
+    EXPECT_EQ(robot.core().motors.iMotorSpeed[0], 0);
 }
 
 TEST(SimulationDispatch, SecondCallShowsItsMessageAndRunsNothing) {
@@ -84,7 +84,7 @@ TEST(SimulationDispatch, SecondCallShowsItsMessageAndRunsNothing) {
     std::int32_t cycles = 9;
     EXPECT_EQ(robot.object().SimMacroCall2(4, params({100}), &ret, &affected, &cycles), S_OK);
     EXPECT_EQ(robot.services.messages.back(), "Error in <SimMacroCall2>");
-    EXPECT_EQ(robot.r().iMotorSpeed[0], 0);
+    EXPECT_EQ(robot.r().motors.iMotorSpeed[0], 0);
     EXPECT_EQ(ret, Variant::long_(3));
     EXPECT_EQ(cycles, 9);
 }
@@ -101,7 +101,7 @@ TEST(SetMotors, DecodesLimitsAndSetsTheIntervals) {
         SimRobot robot;
         ASSERT_EQ(robot.call(9, params({c.high, c.low, c.high, c.low})), S_OK);
         for (int m = 0; m < 2; ++m) {
-            EXPECT_EQ(robot.r().iMotorSpeed[static_cast<std::size_t>(m)], c.speed)
+            EXPECT_EQ(robot.r().motors.iMotorSpeed[static_cast<std::size_t>(m)], c.speed)
                 << c.high << "," << c.low;
             EXPECT_EQ(robot.el("Timer1", m).interval, c.interval) << c.high << "," << c.low;
         }
@@ -120,8 +120,8 @@ TEST(DriveMacros, SetSpeedsWithoutLimitAndLeaveTheTimers) {
         SimRobot robot;
         ASSERT_EQ(robot.call(9, params({0, 0, 0, 0})), S_OK);
         ASSERT_EQ(robot.call(c.id, params({c.p})), S_OK);
-        EXPECT_EQ(robot.r().iMotorSpeed[0], c.left) << c.id;
-        EXPECT_EQ(robot.r().iMotorSpeed[1], c.right) << c.id;
+        EXPECT_EQ(robot.r().motors.iMotorSpeed[0], c.left) << c.id;
+        EXPECT_EQ(robot.r().motors.iMotorSpeed[1], c.right) << c.id;
         EXPECT_EQ(robot.el("lblSpeedVal", 0).caption, std::to_string(c.left));
         EXPECT_EQ(robot.el("Timer1", 0).interval, 512);
     }
@@ -130,8 +130,8 @@ TEST(DriveMacros, SetSpeedsWithoutLimitAndLeaveTheTimers) {
 TEST(Wheels, LinesFollowTheCosineProjection) {
     SimRobot robot;
     rovanta::Rovanta& r = robot.r();
-    EXPECT_EQ(r.iWheelCentre[0], 765);
-    EXPECT_EQ(r.iWheelTravel[1], 1040);
+    EXPECT_EQ(r.motors.iWheelCentre[0], 765);
+    EXPECT_EQ(r.motors.iWheelTravel[1], 1040);
     EXPECT_EQ(robot.el("WheelLine", 4).left, 53.0f);
     EXPECT_EQ(robot.el("WheelLine", 15).width, 387.0f);
     struct Case {
@@ -142,11 +142,12 @@ TEST(Wheels, LinesFollowTheCosineProjection) {
                           {0, 0, 10, 266.06366}, {0, 10, 7, 259.09},   {0, 10, 8, 1284.29},
                           {1, 0, 11, 1285},      {1, 0, 16, 839.0037}};
     for (const Case& c : cases) {
-        r.DrawWheel(static_cast<std::int16_t>(c.index), static_cast<std::int16_t>(c.phase));
+        r.simulation.DrawWheel(static_cast<std::int16_t>(c.index),
+                               static_cast<std::int16_t>(c.phase));
         EXPECT_NEAR(robot.el("WheelLine", c.line).top, c.top, 0.01) << c.line;
     }
     // Placed in single precision only at the end, and never made whole.
-    r.DrawWheel(0, 0);
+    r.simulation.DrawWheel(0, 0);
     const double exact = 765 + 1040 * std::cos(3.14159265 / 11) / 2;
     EXPECT_EQ(robot.el("WheelLine", 1).top, static_cast<float>(exact));
 }
@@ -162,20 +163,20 @@ TEST(Wheels, TicksAnimateOnlyWhileRunning) {
                           {0, 6, 6, true, false, false}};
     for (const Case& c : cases) {
         SimRobot robot;
-        robot.r().iMotorSpeed[0] = static_cast<std::int16_t>(c.speed);
-        robot.r().iWheelPhase[0] = static_cast<std::int16_t>(c.phase_before);
-        robot.r().Timer1_Timer(0);  // idle: nothing at all, not even the caption
-        EXPECT_EQ(robot.r().iWheelPhase[0], c.phase_before);
+        robot.r().motors.iMotorSpeed[0] = static_cast<std::int16_t>(c.speed);
+        robot.r().motors.iWheelPhase[0] = static_cast<std::int16_t>(c.phase_before);
+        robot.r().simulation.Timer1_Timer(0);  // idle: nothing at all, not even the caption
+        EXPECT_EQ(robot.r().motors.iWheelPhase[0], c.phase_before);
         EXPECT_EQ(robot.el("lblSpeedVal", 0).caption, "0");
         ASSERT_EQ(robot.object().StartSimulation(), S_OK);
-        robot.r().Timer1_Timer(0);
-        EXPECT_EQ(robot.r().iWheelPhase[0], c.phase_after) << c.speed;
+        robot.r().simulation.Timer1_Timer(0);
+        EXPECT_EQ(robot.r().motors.iWheelPhase[0], c.phase_after) << c.speed;
         EXPECT_EQ(robot.el("imageStopped", 0).visible, c.stopped);
         EXPECT_EQ(robot.el("imageUp", 0).visible, c.up);
         EXPECT_EQ(robot.el("imageDown", 0).visible, c.down);
         // The tick draws the phase the tick before left.
         std::int16_t shown = static_cast<std::int16_t>(c.phase_before);
-        robot.r().DrawWheel(1, shown);
+        robot.r().simulation.DrawWheel(1, shown);
         EXPECT_EQ(robot.el("WheelLine", 0).top, robot.el("WheelLine", 11).top);
     }
 }
@@ -189,20 +190,21 @@ TEST(Heading, ChoosesByTheRulesInOrder) {
     SimRobot robot;
     EXPECT_EQ(robot.shown_heading(), 0);
     for (const auto& c : cases) {
-        robot.r().iMotorSpeed = {static_cast<std::int16_t>(c[0]), static_cast<std::int16_t>(c[1])};
-        robot.r().UpdateDirection();
+        robot.r().motors.iMotorSpeed = {static_cast<std::int16_t>(c[0]),
+                                        static_cast<std::int16_t>(c[1])};
+        robot.r().simulation.UpdateDirection();
         EXPECT_EQ(robot.shown_heading(), c[2]) << c[0] << "," << c[1];
     }
 }
 
 TEST(Leds, MacrosSetPinsAndReportThemTheLampsFollowARefresh) {
     SimRobot robot;
-    auto pin = [&](int i) { return robot.r().Pins(i).SimValue; };
+    auto pin = [&](int i) { return robot.r().pin_table.Pins(i).SimValue; };
     ASSERT_EQ(robot.call(10, params({165})), S_OK);
     for (int i = 0; i < 8; ++i)
         EXPECT_EQ(pin(i), i == 0 || i == 2 || i == 5 || i == 7) << i;
     EXPECT_EQ(robot.last_affected.as_array().items.size(), 8u);
-    EXPECT_TRUE(robot.r().bPinsChanged);
+    EXPECT_TRUE(robot.r().link.bPinsChanged);
     EXPECT_FALSE(robot.el("imageLedOn", 0).visible);  // not until a repaint
     ASSERT_EQ(robot.object().Refresh(), S_OK);
     EXPECT_TRUE(robot.el("imageLedOn", 0).visible);
@@ -213,11 +215,11 @@ TEST(Leds, MacrosSetPinsAndReportThemTheLampsFollowARefresh) {
     for (int i = 0; i < 8; ++i)
         EXPECT_FALSE(pin(i));
     for (int n : {8, -1}) {
-        robot.r().bPinsChanged = false;
+        robot.r().link.bPinsChanged = false;
         ASSERT_EQ(robot.call(11, params({n})), S_OK);
         EXPECT_EQ(robot.last_affected,
                   Variant::array(kestrone::VarType::Long, 0, {Variant::long_(n)}));
-        EXPECT_TRUE(robot.r().bPinsChanged);
+        EXPECT_TRUE(robot.r().link.bPinsChanged);
     }
     ASSERT_EQ(robot.call(11, params({3})), S_OK);
     EXPECT_TRUE(pin(3));
@@ -229,11 +231,11 @@ TEST(Inputs, SwitchesLinesAndSensorsAnswerBySide) {
     SimRobot robot;
     panel::Panel& p = robot.panel();
     p.click(p.ids().chkSwitchLeft);
-    EXPECT_TRUE(robot.r().Pins(8).SimValue);
+    EXPECT_TRUE(robot.r().pin_table.Pins(8).SimValue);
     EXPECT_EQ(p.focus(), p.ids().Picture1);
     p.click(p.ids().chkLineRight);
-    EXPECT_TRUE(robot.r().Pins(11).SimValue);
-    robot.r().lADCVal = {10, 11, 199, 200, 14};
+    EXPECT_TRUE(robot.r().pin_table.Pins(11).SimValue);
+    robot.r().sensors.lADCVal = {10, 11, 199, 200, 14};
     struct Case {
         std::int32_t id;
         int side, result;

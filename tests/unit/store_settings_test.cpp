@@ -159,7 +159,7 @@ TEST(ReadProperties, ReturnTypeActsAtOnce) {
         MemoryStore store;
         store.set("bReturnInt", Variant::integer(v));
         ASSERT_EQ(robot.object().ReadProperties(&store), kestrone::S_OK);
-        EXPECT_EQ(robot.core().iADCMax, v != 0 ? 1023 : 255) << v;
+        EXPECT_EQ(robot.core().sensors.iADCMax, v != 0 ? 1023 : 255) << v;
         std::string text = "%a";
         robot.core().MacroCodeOverride(text);
         EXPECT_EQ(text, std::to_string(v));

@@ -1,4 +1,4 @@
-#include "core/field_table.h"
+#include "host/field_table.h"
 
 #include <array>
 
@@ -41,18 +41,18 @@ struct Field {
 
 // Scalars and arrays of values, in the order of declaration.
 const Field kFields[] = {
-    {"iVersionMajor", [](const Rovanta& r) { return I(r.iVersionMajor); }},
-    {"iVersionMinor", [](const Rovanta& r) { return I(r.iVersionMinor); }},
-    {"VERSION_STRING", [](const Rovanta& r) { return S(r.VERSION_STRING); }},
-    {"bSimulating", [](const Rovanta& r) { return B(r.bSimulating); }},
-    {"bHasExclusiveInts", [](const Rovanta& r) { return B(r.bHasExclusiveInts); }},
+    {"iVersionMajor", [](const Rovanta& r) { return I(r.link.iVersionMajor); }},
+    {"iVersionMinor", [](const Rovanta& r) { return I(r.link.iVersionMinor); }},
+    {"VERSION_STRING", [](const Rovanta& r) { return S(r.link.VERSION_STRING); }},
+    {"bSimulating", [](const Rovanta& r) { return B(r.run.bSimulating); }},
+    {"bHasExclusiveInts", [](const Rovanta& r) { return B(r.definition.bHasExclusiveInts); }},
     {"lExclusiveInterrupts", [](const Rovanta& r) { return r.ExclusiveInterrupts(); }},
-    {"bMultipleAllowed", [](const Rovanta& r) { return B(r.bMultipleAllowed); }},
-    {"bIsAnalogue", [](const Rovanta& r) { return B(r.bIsAnalogue); }},
-    {"sDescription", [](const Rovanta& r) { return S(r.sDescription); }},
-    {"lSupportsKeys", [](const Rovanta& r) { return L(r.lSupportsKeys); }},
-    {"sInitialisationCode", [](const Rovanta& r) { return S(r.sInitialisationCode); }},
-    {"sInterruptCode", [](const Rovanta& r) { return S(r.sInterruptCode); }},
+    {"bMultipleAllowed", [](const Rovanta& r) { return B(r.definition.bMultipleAllowed); }},
+    {"bIsAnalogue", [](const Rovanta& r) { return B(r.definition.bIsAnalogue); }},
+    {"sDescription", [](const Rovanta& r) { return S(r.definition.sDescription); }},
+    {"lSupportsKeys", [](const Rovanta& r) { return L(r.definition.lSupportsKeys); }},
+    {"sInitialisationCode", [](const Rovanta& r) { return S(r.definition.sInitialisationCode); }},
+    {"sInterruptCode", [](const Rovanta& r) { return S(r.definition.sInterruptCode); }},
     {"TargetController", [](const Rovanta& r) { return S(r.target.TargetController); }},
     {"ClockSpeed", [](const Rovanta& r) { return L(r.target.ClockSpeed); }},
     {"ADCCaptureCode", [](const Rovanta& r) { return S(r.target.ADCCaptureCode); }},
@@ -60,22 +60,28 @@ const Field kFields[] = {
     {"ADCReadLowCode", [](const Rovanta& r) { return S(r.target.ADCReadLowCode); }},
     {"ADCReadIntCode", [](const Rovanta& r) { return S(r.target.ADCReadIntCode); }},
     {"PICAnalogueBits", [](const Rovanta& r) { return L(r.target.PICAnalogueBits); }},
-    {"lPinCount", [](const Rovanta& r) { return L(r.lPinCount); }},
-    {"lMacroCount", [](const Rovanta& r) { return L(r.lMacroCount); }},
-    {"lADCVal", [](const Rovanta& r) { return array_of(VarType::Long, r.lADCVal); }},
-    {"lSliderPos", [](const Rovanta& r) { return array_of(VarType::Long, r.lSliderPos); }},
-    {"vSliderMax", [](const Rovanta& r) { return array_of(VarType::Variant, r.vSliderMax); }},
-    {"vSliderMin", [](const Rovanta& r) { return array_of(VarType::Variant, r.vSliderMin); }},
-    {"iADCMax", [](const Rovanta& r) { return I(r.iADCMax); }},
-    {"iWheelPhase", [](const Rovanta& r) { return array_of(VarType::Integer, r.iWheelPhase); }},
-    {"iMotorSpeed", [](const Rovanta& r) { return array_of(VarType::Integer, r.iMotorSpeed); }},
-    {"bSwitchLatch", [](const Rovanta& r) { return B(r.bSwitchLatch); }},
-    {"iWheelTravel", [](const Rovanta& r) { return array_of(VarType::Integer, r.iWheelTravel); }},
-    {"iWheelCentre", [](const Rovanta& r) { return array_of(VarType::Integer, r.iWheelCentre); }},
-    {"bInitialised", [](const Rovanta& r) { return B(r.bInitialised); }},
-    {"sCodeFile", [](const Rovanta& r) { return S(r.sCodeFile); }},
-    {"sKtxFile", [](const Rovanta& r) { return S(r.sKtxFile); }},
-    {"bPinsChanged", [](const Rovanta& r) { return B(r.bPinsChanged); }},
+    {"lPinCount", [](const Rovanta& r) { return L(r.pin_table.lPinCount); }},
+    {"lMacroCount", [](const Rovanta& r) { return L(r.macro_table.lMacroCount); }},
+    {"lADCVal", [](const Rovanta& r) { return array_of(VarType::Long, r.sensors.lADCVal); }},
+    {"lSliderPos", [](const Rovanta& r) { return array_of(VarType::Long, r.sensors.lSliderPos); }},
+    {"vSliderMax",
+     [](const Rovanta& r) { return array_of(VarType::Variant, r.sensors.vSliderMax); }},
+    {"vSliderMin",
+     [](const Rovanta& r) { return array_of(VarType::Variant, r.sensors.vSliderMin); }},
+    {"iADCMax", [](const Rovanta& r) { return I(r.sensors.iADCMax); }},
+    {"iWheelPhase",
+     [](const Rovanta& r) { return array_of(VarType::Integer, r.motors.iWheelPhase); }},
+    {"iMotorSpeed",
+     [](const Rovanta& r) { return array_of(VarType::Integer, r.motors.iMotorSpeed); }},
+    {"bSwitchLatch", [](const Rovanta& r) { return B(r.run.bSwitchLatch); }},
+    {"iWheelTravel",
+     [](const Rovanta& r) { return array_of(VarType::Integer, r.motors.iWheelTravel); }},
+    {"iWheelCentre",
+     [](const Rovanta& r) { return array_of(VarType::Integer, r.motors.iWheelCentre); }},
+    {"bInitialised", [](const Rovanta& r) { return B(r.link.bInitialised); }},
+    {"sCodeFile", [](const Rovanta& r) { return S(r.link.sCodeFile); }},
+    {"sKtxFile", [](const Rovanta& r) { return S(r.link.sKtxFile); }},
+    {"bPinsChanged", [](const Rovanta& r) { return B(r.link.bPinsChanged); }},
     {"HelpFile", [](const Rovanta& r) { return S(r.App.HelpFile); }},
 };
 
@@ -123,8 +129,9 @@ FieldLookup read_record(const Table& members, const VbArray<Record>& records,
 
 FieldLookup read_field(const Rovanta& r, std::string_view name, const std::int32_t* index,
                        std::string_view member, Variant& out) {
-    if (name == "Pins") return read_record(kPinMembers, r.Pins, index, member, out);
-    if (name == "Macros") return read_record(kMacroMembers, r.Macros, index, member, out);
+    if (name == "Pins") return read_record(kPinMembers, r.pin_table.Pins, index, member, out);
+    if (name == "Macros")
+        return read_record(kMacroMembers, r.macro_table.Macros, index, member, out);
     Variant value;
     bool known = false;
     for (const Field& f : kFields)

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/rovanta.h"
+#include "host/rovanta.h"
 
 namespace rovanta {
 

@@ -1,0 +1,23 @@
+# Builds each probe target; each must fail, and for the one reason that its header is not found.
+set(failures 0)
+foreach(entry IN LISTS PROBES)
+  string(REPLACE "=" ";" parts "${entry}")
+  list(GET parts 0 target)
+  list(GET parts 1 header)
+  execute_process(COMMAND "${CMAKE_COMMAND}" --build "${BUILD_DIR}" --target ${target}
+                  RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  string(REGEX REPLACE "([.+])" "\\\\\\1" pattern "${header}")
+  # GCC: "x.h: No such file or directory"; Clang: "'x.h' file not found".
+  if(result EQUAL 0)
+    message(SEND_ERROR "${target} built: ${header} is visible to it")
+    math(EXPR failures "${failures} + 1")
+  elseif(NOT "${out}${err}" MATCHES "${pattern}: No such file|'${pattern}' file not found")
+    message(SEND_ERROR "${target} failed for another reason than ${header}:\n${out}${err}")
+    math(EXPR failures "${failures} + 1")
+  else()
+    message(STATUS "${target}: ${header} not found, as it should be")
+  endif()
+endforeach()
+if(failures GREATER 0)
+  message(FATAL_ERROR "${failures} layer(s) see the headers of the layer above")
+endif()
