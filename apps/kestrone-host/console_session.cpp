@@ -3,6 +3,7 @@
 #include <istream>
 #include <ostream>
 
+#include "console_interrupt.h"
 #include "error_text.h"
 #include "value_syntax.h"
 
@@ -35,7 +36,7 @@ void Output::error(HRESULT status) {
 }
 
 void Output::fail(const std::string& why) {
-    final_line("fail " + why);
+    final_line("fail " + escape_text(why));
 }
 
 void ConsoleServices::ShowMessage(const std::string& text) noexcept {
@@ -69,6 +70,7 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"run", &ConsoleSession::cmd_run},
         {"var", &ConsoleSession::cmd_var},
         {"expect", &ConsoleSession::cmd_expect},
+        {"help", &ConsoleSession::cmd_help},
     };
     return table;
 }
@@ -104,11 +106,30 @@ bool ConsoleSession::execute(std::string_view line) {
     }
     const auto& table = commands();
     const auto it = table.find(command->words.front());
+    take_interrupt();  // one made while nothing ran stops nothing
+    command_word_ = command->words.front();
+    command_started_ = std::chrono::steady_clock::now();
     if (it != table.end())
         (this->*(it->second))(*command);
     else
         cmd_operation(*command);
+    if (progress_shown_) *progress_ << "\r\033[K" << std::flush;
+    progress_shown_ = false;
     return !quit_;
+}
+
+void ConsoleSession::watch_long_work(std::ostream& progress) {
+    progress_ = &progress;
+    session_.set_progress_check([this](std::int64_t done, std::int64_t total) {
+        if (take_interrupt()) return false;
+        if (std::chrono::steady_clock::now() - command_started_ > std::chrono::seconds(1)) {
+            *progress_ << "\r" << command_word_ << ": " << done << " of " << total
+                       << " ms on the clock (" << (total > 0 ? done * 100 / total : 100)
+                       << "%), Ctrl-C stops" << std::flush;
+            progress_shown_ = true;
+        }
+        return true;
+    });
 }
 
 void ConsoleSession::run(std::istream& in) {
