@@ -1,5 +1,6 @@
 #include "console_session.h"
 
+#include <algorithm>
 #include <istream>
 #include <ostream>
 
@@ -118,14 +119,20 @@ bool ConsoleSession::execute(std::string_view line) {
     return !quit_;
 }
 
+std::string progress_text(std::string_view command, std::int64_t done, std::int64_t total) {
+    // In floating point: a count of milliseconds times 100 may not fit.
+    const auto percent = static_cast<int>(100.0 * static_cast<double>(done) /
+                                          static_cast<double>(std::max<std::int64_t>(total, 1)));
+    return std::string(command) + ": " + std::to_string(done) + " of " + std::to_string(total) +
+           " ms on the clock (" + std::to_string(percent) + "%), Ctrl-C stops";
+}
+
 void ConsoleSession::watch_long_work(std::ostream& progress) {
     progress_ = &progress;
     session_.set_progress_check([this](std::int64_t done, std::int64_t total) {
         if (take_interrupt()) return false;
         if (std::chrono::steady_clock::now() - command_started_ > std::chrono::seconds(1)) {
-            *progress_ << "\r" << command_word_ << ": " << done << " of " << total
-                       << " ms on the clock (" << (total > 0 ? done * 100 / total : 100)
-                       << "%), Ctrl-C stops" << std::flush;
+            *progress_ << "\r" << progress_text(command_word_, done, total) << std::flush;
             progress_shown_ = true;
         }
         return true;

@@ -46,6 +46,9 @@ class ConsoleServices : public kestrone::IHostServices {
     Output& out_;
 };
 
+// The progress of long work as a terminal shows it.
+std::string progress_text(std::string_view command, std::int64_t done, std::int64_t total);
+
 // The answer of `advance`: its count of ticks, without loss.
 kestrone::Variant tick_count(std::int64_t ticks);
 

@@ -117,6 +117,7 @@ TEST(ProjectFile, RefusesDamagedContentWithAReason) {
          "not of the array's kind Long"},
         {"bad base64", with_store(R"([{"keyBase64": "!!", "value": {"kind": "Empty"}}])"),
          "not valid base64"},
+        {"JSON nested without end", with_store(std::string(100000, '[')), "too deeply nested"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

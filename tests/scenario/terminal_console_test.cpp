@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
 #include <string>
 
 namespace {
@@ -79,9 +80,22 @@ TEST(TerminalConsole, CtrlCStopsALongAdvanceAndTheSessionLivesOn) {
         EXPECT_THAT(t.wait_for("> "), HasSubstr("ok")) << line;
     }
     t.type("advance 1000000000000\r");
-    EXPECT_THAT(t.wait_for("Ctrl-C stops"), HasSubstr("advance: "));
+    // "advance: DONE of 1000000000000 ms on the clock (PERCENT%), Ctrl-C stops"
+    const std::string progress = t.wait_for("%), Ctrl-C stops");
+    const std::size_t at = progress.rfind("advance: ");
+    ASSERT_NE(at, std::string::npos) << progress;
+    long long done = -1, percent = -1;
+    ASSERT_EQ(std::sscanf(progress.c_str() + at,
+                          "advance: %lld of 1000000000000 ms on the clock (%lld", &done, &percent),
+              2)
+        << progress.substr(at);
+    EXPECT_GT(done, 0);
+    EXPECT_EQ(percent, done * 100 / 1000000000000LL);
     t.type("\x03");
-    EXPECT_THAT(t.wait_for("> "), HasSubstr("fail interrupted after "));
+    const std::string stopped = t.wait_for("> ");
+    EXPECT_THAT(stopped, HasSubstr("fail interrupted after "));
+    // The progress line is wiped before the answer.
+    EXPECT_THAT(stopped, HasSubstr("\r\033[K"));
     t.type("get Timer1(0).Interval\r");
     EXPECT_THAT(t.wait_for("> "), HasSubstr("ok 1&"));
     t.type("help\r");

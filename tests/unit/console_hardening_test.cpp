@@ -99,6 +99,14 @@ TEST(ConsoleAnswers, TickCountsBeyond32BitsKeepTheirValue) {
     EXPECT_EQ(console::format_value(console::tick_count(2147483649LL)), "2147483649#");
 }
 
+TEST(ConsoleAnswers, ProgressSaysHowFarWithoutOverflow) {
+    EXPECT_EQ(console::progress_text("advance", 999, 1000),
+              "advance: 999 of 1000 ms on the clock (99%), Ctrl-C stops");
+    EXPECT_EQ(console::progress_text("run", 9000000000000000000, 9200000000000000000),
+              "run: 9000000000000000000 of 9200000000000000000 ms on the clock (97%), Ctrl-C "
+              "stops");
+}
+
 TEST(ConsoleHelp, ListsTheCommandsAndAnOperationsParameters) {
     Console c;
     const std::string all = c.answer("help");
