@@ -93,4 +93,28 @@ void EncodeAndDecodeProject(benchmark::State& state) {
 }
 BENCHMARK(EncodeAndDecodeProject)->Unit(benchmark::kMicrosecond);
 
+// Many keys written one by one, saved, loaded and taken into a store again: linear in the count
+// (the complexity line says so), where a search per key made it grow with its square.
+void ManyKeysThroughAProjectFile(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    std::string error;
+    for (auto _ : state) {
+        kestrone::MemoryStore store;
+        for (int i = 0; i < count; ++i)
+            store.set("key" + std::to_string(i), kestrone::Variant::long_(i));
+        if (!host::save_project(project_path(), store.entries(), &error))
+            state.SkipWithError(error.c_str());
+        auto entries = host::load_project(project_path(), &error);
+        if (!entries) state.SkipWithError(error.c_str());
+        store.assign(std::move(*entries));
+        benchmark::DoNotOptimize(store.entries().data());
+    }
+    state.SetComplexityN(count);
+}
+BENCHMARK(ManyKeysThroughAProjectFile)
+    ->RangeMultiplier(4)
+    ->Range(1 << 10, 1 << 17)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity(benchmark::oN);
+
 }  // namespace

@@ -1,12 +1,17 @@
 #include "component_registry.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonParseError>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
 namespace host {
 
@@ -18,6 +23,24 @@ std::string component_folder() {
     else
         base = QDir::homePath() + QStringLiteral("/.local/share");
     return QDir::cleanPath(base + QStringLiteral("/kestrone/components")).toStdString();
+}
+
+std::string folder_problem(const std::string& folder) {
+    if (folder.empty() || folder.front() != '/')
+        return "there is no folder for registrations (neither XDG_DATA_HOME nor HOME is set)";
+    // The deepest part of the path that exists decides: a file in the way, or a folder that
+    // can't be written, where the rest would have to be made.
+    std::string existing = folder;
+    struct stat st {};
+    while (::stat(existing.c_str(), &st) != 0) {
+        if (errno != ENOENT && errno != ENOTDIR) return existing + ": " + std::strerror(errno);
+        existing.erase(existing.rfind('/'));
+        if (existing.empty()) existing = "/";
+    }
+    if (!S_ISDIR(st.st_mode)) return existing + " is a file, not a folder";
+    if (::access(existing.c_str(), W_OK | X_OK) != 0)
+        return existing + " can't be written: " + std::strerror(errno);
+    return {};
 }
 
 namespace {

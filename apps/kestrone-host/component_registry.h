@@ -16,6 +16,10 @@ struct ComponentRecord {
 // $XDG_DATA_HOME/kestrone/components, or ~/.local/share/kestrone/components.
 std::string component_folder();
 
+// Why no record can be written into `folder`: the first part of its path that is no folder or
+// can't be made or written, with the reason. Empty when nothing stands in the way.
+std::string folder_problem(const std::string& folder);
+
 // Every readable record in the folder, by name; `problems` gets one line per record that
 // can't be read.
 std::vector<ComponentRecord> list_components(std::vector<std::string>* problems = nullptr);

@@ -1,8 +1,10 @@
 #include "console_session.h"
 
+#include <algorithm>
 #include <istream>
 #include <ostream>
 
+#include "console_interrupt.h"
 #include "error_text.h"
 #include "value_syntax.h"
 
@@ -35,7 +37,7 @@ void Output::error(HRESULT status) {
 }
 
 void Output::fail(const std::string& why) {
-    final_line("fail " + why);
+    final_line("fail " + escape_text(why));
 }
 
 void ConsoleServices::ShowMessage(const std::string& text) noexcept {
@@ -69,6 +71,7 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"run", &ConsoleSession::cmd_run},
         {"var", &ConsoleSession::cmd_var},
         {"expect", &ConsoleSession::cmd_expect},
+        {"help", &ConsoleSession::cmd_help},
     };
     return table;
 }
@@ -104,11 +107,36 @@ bool ConsoleSession::execute(std::string_view line) {
     }
     const auto& table = commands();
     const auto it = table.find(command->words.front());
+    take_interrupt();  // one made while nothing ran stops nothing
+    command_word_ = command->words.front();
+    command_started_ = std::chrono::steady_clock::now();
     if (it != table.end())
         (this->*(it->second))(*command);
     else
         cmd_operation(*command);
+    if (progress_shown_) *progress_ << "\r\033[K" << std::flush;
+    progress_shown_ = false;
     return !quit_;
+}
+
+std::string progress_text(std::string_view command, std::int64_t done, std::int64_t total) {
+    // In floating point: a count of milliseconds times 100 may not fit.
+    const auto percent = static_cast<int>(100.0 * static_cast<double>(done) /
+                                          static_cast<double>(std::max<std::int64_t>(total, 1)));
+    return std::string(command) + ": " + std::to_string(done) + " of " + std::to_string(total) +
+           " ms on the clock (" + std::to_string(percent) + "%), Ctrl-C stops";
+}
+
+void ConsoleSession::watch_long_work(std::ostream& progress) {
+    progress_ = &progress;
+    session_.set_progress_check([this](std::int64_t done, std::int64_t total) {
+        if (take_interrupt()) return false;
+        if (std::chrono::steady_clock::now() - command_started_ > std::chrono::seconds(1)) {
+            *progress_ << "\r" << progress_text(command_word_, done, total) << std::flush;
+            progress_shown_ = true;
+        }
+        return true;
+    });
 }
 
 void ConsoleSession::run(std::istream& in) {

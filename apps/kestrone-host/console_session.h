@@ -3,6 +3,7 @@
 // its outcome written back.
 #pragma once
 
+#include <chrono>
 #include <iosfwd>
 #include <map>
 #include <string>
@@ -45,6 +46,12 @@ class ConsoleServices : public kestrone::IHostServices {
     Output& out_;
 };
 
+// The progress of long work as a terminal shows it.
+std::string progress_text(std::string_view command, std::int64_t done, std::int64_t total);
+
+// The answer of `advance`: its count of ticks, without loss.
+kestrone::Variant tick_count(std::int64_t ticks);
+
 class ConsoleSession {
   public:
     // `codec` reads and writes the project files of `store save` and `store load`.
@@ -61,6 +68,9 @@ class ConsoleSession {
     void run(std::istream& in);
     // False once an `expect` has failed: the console then exits with status 1.
     bool expectations_met() const { return expectations_met_; }
+    // For a person at a terminal: long work (advance, run) can be stopped by an interrupt
+    // (console_interrupt.h) and, past a second, shows its progress on `progress`.
+    void watch_long_work(std::ostream& progress);
 
   private:
     using Handler = void (ConsoleSession::*)(const CommandLine&);
@@ -73,6 +83,7 @@ class ConsoleSession {
     void cmd_quit(const CommandLine&);
     void cmd_field(const CommandLine&);
     void cmd_operation(const CommandLine&);
+    void cmd_help(const CommandLine&);  // console_help.cpp
 
     // the store and the property page (console_store.cpp)
     void cmd_store(const CommandLine&);
@@ -108,6 +119,11 @@ class ConsoleSession {
     host::ComponentSession session_;
     bool quit_ = false;
     bool expectations_met_ = true;
+    // Long work of the command that runs, for watch_long_work.
+    std::ostream* progress_ = nullptr;
+    std::string command_word_;
+    std::chrono::steady_clock::time_point command_started_;
+    bool progress_shown_ = false;
 };
 
 }  // namespace console

@@ -12,7 +12,7 @@ void ConsoleSession::cmd_store(const CommandLine& c) {
     const auto& w = c.words;
     if (w.size() == 1) {
         for (const auto& e : session_.store().entries())
-            out_.notice("entry " + e.key + " " + format_value(e.value));
+            out_.notice("entry " + key_text(e.key) + " " + format_value(e.value));
         return out_.ok();
     }
     if (c.equals) {
@@ -51,7 +51,7 @@ void ConsoleSession::run_store_walk(bool save) {
         return out_.fail("the component keeps no settings");
     const std::string word = save ? "write " : "read ";
     const auto notice = [&](const std::string& key, const Variant& value) {
-        out_.notice(word + key + " " + format_value(value));
+        out_.notice(word + key_text(key) + " " + format_value(value));
     };
     const HRESULT hr = save ? session_.write_settings(notice) : session_.read_settings(notice);
     if (kestrone::failed(hr)) return out_.error(hr);

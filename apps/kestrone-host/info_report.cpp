@@ -1,5 +1,11 @@
 #include "info_report.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <iomanip>
 #include <ostream>
 #include <vector>
@@ -8,6 +14,7 @@
 #include "kestrone/component_v5.h"
 #include "kestrone/field_access.h"
 #include "kestrone/panel.h"
+#include "kestrone/property_page.h"
 #include "value_syntax.h"
 
 namespace host {
@@ -87,6 +94,84 @@ void write_simulated_run(const ComPtr<kestrone::IUnknown>& object, std::ostream&
     c->StopSimulation();
 }
 
+// The version as the component shows it on its property page ("v5.0.3"), the same text as its
+// registration; the major and minor parts of ComponentVersion when it has no page.
+std::string component_version(const ComPtr<kestrone::IUnknown>& object, std::int32_t number) {
+    const std::string from_number =
+        std::to_string(number >> 8) + "." + std::to_string(number & 0xFF);
+    auto pages =
+        object.query<kestrone::IKestronePropertyPages>(kestrone::IID_IKestronePropertyPages);
+    kestrone::IKestronePropertyPage* raw = nullptr;
+    if (!pages || kestrone::failed(pages->CreatePropertyPage(&raw)) || !raw) return from_number;
+    const auto page = ComPtr<kestrone::IKestronePropertyPage>::attach(raw);
+    Variant caption;
+    if (kestrone::failed(page->GetProperty("lblVersion", "Caption", &caption)) ||
+        caption.is_array() || caption.type() != kestrone::VarType::String)
+        return from_number;
+    std::string text = caption.as_string();
+    if (!text.empty() && text.front() == 'v') text.erase(0, 1);
+    // A page that shows another version than the number would be a fault worth seeing.
+    return text.rfind(from_number + ".", 0) == 0 ? text
+                                                 : from_number + " (its page says " + text + ")";
+}
+
+// Why the component found no macros in its code file, or empty when it has some.
+std::string code_file_problem(const std::string& path, std::size_t macros) {
+    if (macros > 0) return {};
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (fd < 0)
+        return "The code file " + path + " is missing or unreadable (" + std::strerror(errno) +
+               "): the component offers no macros without it.";
+    struct stat st {};
+    const bool regular = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
+    ::close(fd);
+    if (!regular)
+        return "The code file " + path +
+               " is not a regular file: the component offers no macros without it.";
+    return "The code file " + path +
+           " holds no macro definitions: it is cut short, damaged or not a code file.";
+}
+
+void write_macros(kestrone::IKestroneComponentV5& c, const kestrone::SafeArray& list,
+                  std::ostream& out) {
+    out << "\nMacros (" << list.items.size() << "):\n";
+    for (std::int32_t id = list.lower; id <= list.upper(); ++id) {
+        const auto [name, returns] =
+            split_three(list.items[static_cast<std::size_t>(id - list.lower)].as_string());
+        Variant params;
+        std::int32_t is_private = 0;
+        c.get_MacroParameters(id, &params);
+        c.get_MacroIsPrivate(id, &is_private);
+        std::string signature;
+        if (params.is_array())
+            for (const Variant& p : params.as_array().items) {
+                const auto [pname, ptype] =
+                    split_three(p.is_array() ? std::string() : p.as_string());
+                signature += (signature.empty() ? "" : ", ") + ptype + " " + pname;
+            }
+        out << "  " << std::setw(2) << id << "  " << returns << " " << name << "(" << signature
+            << ")" << (is_private ? "  [private]" : "") << "\n";
+    }
+}
+
+void write_pins(kestrone::IKestroneComponentV5& c, std::ostream& out) {
+    std::int32_t n = 0;
+    std::string text;
+    c.get_PinCount(&n);
+    out << "\nPins (" << n << "):\n";
+    for (std::int32_t id = 0; id < std::max(n, 1); ++id) {
+        c.get_PinName(id, &text);
+        std::int32_t port = 0, bit = 0, direction = 0;
+        const HRESULT hp = c.get_Port(id, &port);
+        const HRESULT hb = c.get_Bit(id, &bit);
+        const HRESULT hd = c.get_Direction(id, &direction);
+        out << "  " << std::setw(2) << id << "  " << std::left << std::setw(20) << text
+            << std::right << " port " << number_or_status(hp, port) << "  bit "
+            << number_or_status(hb, bit) << "  direction " << number_or_status(hd, direction)
+            << "\n";
+    }
+}
+
 }  // namespace
 
 int write_info(const ModuleHost& module, std::ostream& out) {
@@ -110,9 +195,10 @@ int write_info(const ModuleHost& module, std::ostream& out) {
     c->get_Description(&text);
     out << "Description: " << text << "\n";
     c->get_ComponentVersion(&n);
-    out << "Component version: " << (n >> 8) << "." << (n & 0xFF) << "\n";
-    c->get_CodeFilename(&text);
-    out << "Code file: " << text << "\n";
+    out << "Component version: " << component_version(object, n) << "\n";
+    std::string code_file;
+    c->get_CodeFilename(&code_file);
+    out << "Code file: " << code_file << "\n";
 
     // The host tells its version first: that builds the macro table.
     services.messages.clear();
@@ -122,38 +208,14 @@ int write_info(const ModuleHost& module, std::ostream& out) {
     Variant names;
     c->get_MacroNames(&names);
     const auto* list = names.is_array() ? &names.as_array() : nullptr;
-    out << "\nMacros (" << (list ? list->items.size() : 0) << "):\n";
-    for (std::int32_t id = list ? list->lower : 0; list && id <= list->upper(); ++id) {
-        const auto [name, returns] =
-            split_three(list->items[static_cast<std::size_t>(id - list->lower)].as_string());
-        Variant params;
-        std::int32_t is_private = 0;
-        c->get_MacroParameters(id, &params);
-        c->get_MacroIsPrivate(id, &is_private);
-        std::string signature;
-        if (params.is_array())
-            for (const Variant& p : params.as_array().items) {
-                const auto [pname, ptype] =
-                    split_three(p.is_array() ? std::string() : p.as_string());
-                signature += (signature.empty() ? "" : ", ") + ptype + " " + pname;
-            }
-        out << "  " << std::setw(2) << id << "  " << returns << " " << name << "(" << signature
-            << ")" << (is_private ? "  [private]" : "") << "\n";
+    const std::string problem = code_file_problem(code_file, list ? list->items.size() : 0);
+    if (!problem.empty()) {
+        // Without macros the rest of the report would only contradict itself.
+        out << "\n" << problem << "\n";
+        return 1;
     }
-
-    c->get_PinCount(&n);
-    out << "\nPins (" << n << "):\n";
-    for (std::int32_t id = 0; id < std::max(n, 1); ++id) {
-        c->get_PinName(id, &text);
-        std::int32_t port = 0, bit = 0, direction = 0;
-        const HRESULT hp = c->get_Port(id, &port);
-        const HRESULT hb = c->get_Bit(id, &bit);
-        const HRESULT hd = c->get_Direction(id, &direction);
-        out << "  " << std::setw(2) << id << "  " << std::left << std::setw(20) << text
-            << std::right << " port " << number_or_status(hp, port) << "  bit "
-            << number_or_status(hb, bit) << "  direction " << number_or_status(hd, direction)
-            << "\n";
-    }
+    write_macros(*c.get(), *list, out);
+    write_pins(*c.get(), out);
     std::int32_t has = 0;
     c->get_HasInitialisation(&has);
     out << "\nInitialisation code: " << (has ? "yes" : "no");

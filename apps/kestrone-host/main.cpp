@@ -10,10 +10,14 @@
 
 #include "code_command.h"
 #include "component_registry.h"
+#include "console_interrupt.h"
 #include "console_session.h"
+#include "host_help.h"
 #include "info_report.h"
+#include "line_editor.h"
 #include "module_host.h"
 #include "project_file.h"
+#include "value_syntax.h"
 
 namespace {
 
@@ -29,9 +33,24 @@ int run_console(const std::string& module_path, const std::string& store_file) {
             return 1;
         }
     }
-    console.session().load_module(module_path);
+    // Without its module the console can do nothing: say so once, not at every line.
+    std::string error;
+    if (!console.session().load_module(module_path, &error)) {
+        std::cout << "fail " << console::escape_text(error) << std::endl;
+        return 2;
+    }
     console.start();
-    console.run(std::cin);
+    if (::isatty(STDIN_FILENO)) {
+        // A person at a terminal: a prompt, editing and history, progress and Ctrl-C.
+        console::install_interrupt_handler();
+        console.watch_long_work(std::cerr);
+        host::LineEditor editor(host::LineEditor::default_history_file());
+        std::string line;
+        while (editor.read(line) && console.execute(line)) {
+        }
+    } else {
+        console.run(std::cin);
+    }
     return console.expectations_met() ? 0 : 1;
 }
 
@@ -61,9 +80,12 @@ int run_registration(const std::string& module_path, bool unregister) {
     const kestrone::HRESULT hr =
         unregister ? module->unregister_server() : module->register_server();
     if (kestrone::failed(hr)) {
+        const std::string folder = host::component_folder();
+        std::string why = host::folder_problem(folder);
+        if (why.empty()) why = "the record in it could not be written or removed";
         std::cerr << "kestrone-host: " << (unregister ? "unregistering " : "registering ")
-                  << module_path << " failed with status 0x" << std::hex
-                  << static_cast<std::uint32_t>(hr) << "\n";
+                  << module_path << " in " << folder << " failed: " << why << " (status 0x"
+                  << std::hex << static_cast<std::uint32_t>(hr) << ")\n";
         return 1;
     }
     if (hr == kestrone::S_FALSE)
@@ -99,7 +121,9 @@ int main(int argc, char** argv) {
         "  code PROGRAM the whole C program of a robot program (.kflow) for the robot's chip\n"
         "  components   list the components registered with this host\n"
         "  register     run the module's own registration\n"
-        "  unregister   run the module's own unregistration");
+        "  unregister   run the module's own unregistration\n"
+        "  help         open the robot's help pages, or say where they are\n\n"
+        "kestrone-host COMMAND --help describes a command.");
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption module_option(
@@ -123,14 +147,31 @@ int main(int argc, char** argv) {
     parser.addOption(project_option);
     parser.addOption(hex_option);
     parser.addPositionalArgument("command",
-                                 "console, info, code, components, register or unregister");
-    parser.process(app);
+                                 "console, info, code, components, register, unregister or help");
+    if (!parser.parse(app.arguments())) {
+        std::cerr << "kestrone-host: " << parser.errorText().toStdString() << " (see --help)\n";
+        return 2;
+    }
+    if (parser.isSet(QStringLiteral("version"))) parser.showVersion();
+    if (parser.isSet(QStringLiteral("help"))) {
+        // kestrone-host COMMAND --help: that command alone.
+        const QStringList named = parser.positionalArguments();
+        const std::string text =
+            named.isEmpty() ? std::string() : host::command_help(named.front().toStdString());
+        if (text.empty()) parser.showHelp(0);
+        std::cout << text;
+        return 0;
+    }
 
     const QStringList args = parser.positionalArguments();
     const bool is_code = !args.isEmpty() && args.front() == "code";
     if (args.size() != (is_code ? 2 : 1)) {
         std::cerr << (is_code ? "kestrone-host: code takes one program: code PROGRAM.kflow\n"
                               : "kestrone-host: name one command: console or info (see --help)\n");
+        return 2;
+    }
+    if (parser.isSet(module_option) && parser.value(module_option).isEmpty()) {
+        std::cerr << "kestrone-host: --module names no file: give the path of a module\n";
         return 2;
     }
     std::string module_path = parser.isSet(module_option)
@@ -153,6 +194,7 @@ int main(int argc, char** argv) {
     if (command == "register" || command == "unregister")
         return run_registration(module_path, command == "unregister");
     if (command == "info") return run_info(module_path);
+    if (command == "help") return host::open_help(module_path, std::cout, std::cerr);
     if (is_code)
         return kflow::run_code_command(
             {args[1].toStdString(), parser.value(output_option).toStdString(),

@@ -14,6 +14,9 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <unordered_set>
+
+#include "value_limits.h"
 
 namespace host {
 
@@ -23,8 +26,7 @@ using kestrone::VarType;
 namespace {
 
 constexpr const char* kFormat = "kestrone-project";
-// A project holds a few dozen keys; anything this large is not one of ours.
-constexpr off_t kMaxFileSize = 64 * 1024 * 1024;
+constexpr off_t kMaxFileSize = kMaxProjectFileBytes;
 
 struct KindName {
     VarType type;
@@ -152,8 +154,8 @@ std::int64_t get_whole(const QJsonValue& v, std::int64_t low, std::int64_t high,
     return static_cast<std::int64_t>(d);
 }
 
+// `depth` counts the arrays around this value.
 Variant decode_value(const QJsonValue& json, const std::string& where, int depth) {
-    if (depth > 64) fault(where + ": arrays nested too deep");
     if (!json.isObject()) fault(where + " is not a value");
     const QJsonObject o = json.toObject();
     const QJsonValue kind_value = o.value(QStringLiteral("kind"));
@@ -161,6 +163,9 @@ Variant decode_value(const QJsonValue& json, const std::string& where, int depth
     const QString kind = kind_value.toString();
     const QJsonValue value = o.value(QStringLiteral("value"));
     if (kind == QLatin1String("Array")) {
+        if (depth >= console::kMaxArrayNesting)
+            fault(where + ": arrays nested more than " + std::to_string(console::kMaxArrayNesting) +
+                  " deep");
         const auto element = kind_of(o.value(QStringLiteral("element")).toString());
         if (!element || *element == VarType::Empty)
             fault(where + ": an array of unknown kind \"" +
@@ -260,14 +265,14 @@ std::optional<StoreEntries> decode_project(const std::string& bytes, std::string
         if (!root.value(QStringLiteral("store")).isArray()) fault("it has no store");
         const QJsonArray store = root.value(QStringLiteral("store")).toArray();
         StoreEntries entries;
+        std::unordered_set<std::string> keys;
         for (qsizetype i = 0; i < store.size(); ++i) {
             const std::string where = "entry " + std::to_string(i + 1);
             if (!store.at(i).isObject()) fault(where + " is not a key and value");
             const QJsonObject entry = store.at(i).toObject();
             std::string key = get_text(entry, "key", where);
             const std::string named = where + " (\"" + key + "\")";
-            for (const auto& e : entries)
-                if (e.key == key) fault(named + ": the key appears twice");
+            if (!keys.insert(key).second) fault(named + ": the key appears twice");
             if (!entry.contains(QStringLiteral("value"))) fault(named + " has no value");
             Variant value = decode_value(entry.value(QStringLiteral("value")), named, 0);
             entries.push_back({std::move(key), std::move(value)});
@@ -284,7 +289,8 @@ std::optional<StoreEntries> load_project(const std::string& path, std::string* e
         if (error) *error = "cannot load the project file " + path + ": " + why;
         return std::nullopt;
     };
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Without blocking: a FIFO or a device must not hold the host until something writes to it.
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (fd < 0) return fail(system_error(errno));
     struct stat st {};
     if (::fstat(fd, &st) != 0) {
@@ -326,83 +332,6 @@ std::optional<StoreEntries> load_project(const std::string& path, std::string* e
     auto entries = decode_project(bytes, &why);
     if (!entries) return fail(why);
     return entries;
-}
-
-namespace {
-bool write_all(int fd, const std::string& bytes) {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        done += static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
-std::string folder_of(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-// A link is followed, so that the file it names is the one replaced.
-std::string resolve_link(const std::string& path) {
-    struct stat st {};
-    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
-    char* real = ::realpath(path.c_str(), nullptr);
-    if (!real) return path;
-    std::string out(real);
-    std::free(real);
-    return out;
-}
-}  // namespace
-
-bool save_project(const std::string& path, const StoreEntries& entries, std::string* error) {
-    auto fail = [&](const std::string& why) {
-        if (error) *error = "cannot save the project file " + path + ": " + why;
-        return false;
-    };
-    const std::string target = resolve_link(path);
-    struct stat st {};
-    const bool exists = ::stat(target.c_str(), &st) == 0;
-    if (exists && S_ISDIR(st.st_mode)) return fail("it is a folder");
-    if (exists && !S_ISREG(st.st_mode)) return fail("it is not a regular file");
-
-    const std::string bytes = encode_project(entries);
-    const std::string folder = folder_of(target);
-    std::string temp = target + ".saving-XXXXXX";
-    const int fd = ::mkostemp(temp.data(), O_CLOEXEC);
-    if (fd < 0) return fail(system_error(errno));
-    // The new file takes the old one's permissions, or those a new file would get.
-    mode_t mode = 0;
-    if (exists) {
-        mode = st.st_mode & 07777;
-    } else {
-        const mode_t mask = ::umask(0);
-        ::umask(mask);
-        mode = 0666 & ~mask;
-    }
-    int err = 0;
-    if (!write_all(fd, bytes))
-        err = errno ? errno : EIO;
-    else if (::fchmod(fd, mode) != 0)
-        err = errno;
-    else if (::fsync(fd) != 0)
-        err = errno;
-    if (::close(fd) != 0 && err == 0) err = errno;
-    if (err == 0 && ::rename(temp.c_str(), target.c_str()) != 0) err = errno;
-    if (err != 0) {
-        ::unlink(temp.c_str());
-        return fail(system_error(err));
-    }
-    // The rename itself reaches the disk with the folder.
-    const int dir = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (dir >= 0) {
-        ::fsync(dir);
-        ::close(dir);
-    }
-    return true;
 }
 
 }  // namespace host

@@ -5,6 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "value_limits.h"
+
 namespace console {
 
 using kestrone::SafeArray;
@@ -210,8 +212,26 @@ class Parser {
         return true;
     }
 
+    // Counts the arrays open around the parser; false once they are nested too deep.
+    class Nesting {
+      public:
+        explicit Nesting(int& depth) : depth_(depth) { ++depth_; }
+        ~Nesting() { --depth_; }
+        Nesting(const Nesting&) = delete;
+        Nesting& operator=(const Nesting&) = delete;
+        bool too_deep() const { return depth_ > kMaxArrayNesting; }
+
+      private:
+        int& depth_;
+    };
+    std::optional<Variant> too_deep() {
+        return fail("arrays nested more than " + std::to_string(kMaxArrayNesting) + " deep");
+    }
+
     std::optional<Variant> short_array() {
         ++pos_;  // '['
+        const Nesting nesting(depth_);
+        if (nesting.too_deep()) return too_deep();
         std::vector<Variant> items;
         if (!list(']', [&] {
                 auto v = value();
@@ -290,6 +310,8 @@ class Parser {
 
     std::optional<Variant> typed_array(VarType type) {
         eat('[');
+        const Nesting nesting(depth_);
+        if (nesting.too_deep()) return too_deep();
         auto lower = bound();
         if (!lower) return std::nullopt;
         skip_blanks();
@@ -312,38 +334,9 @@ class Parser {
 
     std::string_view s_;
     std::size_t pos_ = 0;
+    int depth_ = 0;
     std::string error_;
 };
-
-template <class T>
-std::string shortest(T x) {
-    char buf[64];
-    const auto res = std::to_chars(buf, buf + sizeof buf, x);
-    return std::string(buf, res.ptr);
-}
-
-std::string bare(const Variant& v) {
-    switch (v.type()) {
-        case VarType::Empty:
-            return "Empty";
-        case VarType::Integer:
-            return std::to_string(v.as_integer());
-        case VarType::Long:
-            return std::to_string(v.as_long());
-        case VarType::Single:
-            return shortest(v.as_single());
-        case VarType::Double:
-            return shortest(v.as_double());
-        case VarType::Boolean:
-            return v.as_boolean() ? "True" : "False";
-        case VarType::String:
-            return quote(v.as_string());
-        case VarType::Byte:
-            return std::to_string(v.as_byte());
-        default:
-            return "?";
-    }
-}
 
 }  // namespace
 
@@ -358,66 +351,6 @@ std::string_view type_name(VarType type) {
     for (const TypeName& t : kTypeNames)
         if (t.type == type) return t.name;
     return "Empty";
-}
-
-std::string quote(std::string_view text) {
-    static const char hex[] = "0123456789ABCDEF";
-    std::string out = "\"";
-    for (unsigned char c : text) {
-        switch (c) {
-            case '\\':
-                out += "\\\\";
-                break;
-            case '"':
-                out += "\\\"";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            default:
-                if (c < 32 || c >= 127) {
-                    out += "\\x";
-                    out.push_back(hex[c >> 4]);
-                    out.push_back(hex[c & 15]);
-                } else {
-                    out.push_back(static_cast<char>(c));
-                }
-        }
-    }
-    return out + "\"";
-}
-
-std::string format_value(const Variant& v) {
-    if (v.is_array()) {
-        const SafeArray& a = v.as_array();
-        std::string out = std::string(type_name(a.element)) + "[" + std::to_string(a.lower) +
-                          " to " + std::to_string(a.upper()) + "](";
-        for (std::size_t i = 0; i < a.items.size(); ++i) {
-            if (i) out += ", ";
-            out += a.element == VarType::Variant ? format_value(a.items[i]) : bare(a.items[i]);
-        }
-        return out + ")";
-    }
-    switch (v.type()) {
-        case VarType::Integer:
-            return bare(v) + "%";
-        case VarType::Long:
-            return bare(v) + "&";
-        case VarType::Single:
-            return bare(v) + "!";
-        case VarType::Double:
-            return bare(v) + "#";
-        case VarType::Byte:
-            return bare(v);  // only inside arrays
-        default:
-            return bare(v);
-    }
 }
 
 }  // namespace console

@@ -17,6 +17,11 @@ std::string format_value(const kestrone::Variant& v);
 
 // A string in double quotes, every byte below 32 and from 127 up escaped.
 std::string quote(std::string_view text);
+// Free text as an answer line carries it: every byte below 32 and from 127 up escaped, so that
+// one answer stays one line of plain text.
+std::string escape_text(std::string_view text);
+// A store key as a command would write it: a bare word when it reads back as one, else quoted.
+std::string key_text(std::string_view key);
 
 std::string_view type_name(kestrone::VarType type);
 

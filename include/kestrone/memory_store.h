@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -28,20 +29,36 @@ class MemoryStore final
     std::function<void(const std::string&key, const Variant&value)> on_write, on_read;
 
     const std::vector<Entry>& entries() const { return entries_; }
-    void clear() { entries_.clear(); }
+    void clear() {
+        entries_.clear();
+        index_.clear();
+    }
     void set(const std::string& key, Variant value) {
-        if (Entry* e = find(key))
-            e->value = std::move(value);
-        else
+        const auto [it, added] = index_.try_emplace(key, entries_.size());
+        if (!added) {
+            entries_[it->second].value = std::move(value);
+            return;
+        }
+        try {
             entries_.push_back({key, std::move(value)});
+        } catch (...) {
+            index_.erase(it);
+            throw;
+        }
     }
     const Variant* get(const std::string& key) const {
-        for (const Entry& e : entries_)
-            if (e.key == key) return &e.value;
-        return nullptr;
+        const auto it = index_.find(key);
+        return it == index_.end() ? nullptr : &entries_[it->second].value;
     }
-    // Replaces the whole content, as loading a project does.
-    void assign(std::vector<Entry> entries) { entries_ = std::move(entries); }
+    // Replaces the whole content, as loading a project does. A key given twice keeps its first
+    // place and its last value, as writing the entries one by one would.
+    void assign(std::vector<Entry> entries) {
+        clear();
+        entries_.reserve(entries.size());
+        index_.reserve(entries.size());
+        for (Entry& e : entries)
+            set(e.key, std::move(e.value));
+    }
 
     HRESULT WriteProperty(const std::string& key, const Variant& value) noexcept override {
         try {
@@ -66,12 +83,9 @@ class MemoryStore final
     }
 
   private:
-    Entry* find(const std::string& key) {
-        for (Entry& e : entries_)
-            if (e.key == key) return &e;
-        return nullptr;
-    }
     std::vector<Entry> entries_;
+    // Where each key stands in entries_: saves and loads of many keys stay linear.
+    std::unordered_map<std::string, std::size_t> index_;
 };
 
 }  // namespace kestrone

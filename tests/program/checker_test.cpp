@@ -113,3 +113,51 @@ TEST(ProgramFaults, ProgramsAtTheEdgesOfTheLanguageAreAccepted) {
 }
 
 }  // namespace
+
+namespace {
+
+std::string repeated(const std::string& s, int n) {
+    std::string out;
+    for (int i = 0; i < n; ++i)
+        out += s;
+    return out;
+}
+
+// Nesting is refused at a depth that the parser, the checker and the interpreter all survive;
+// beneath it a program still runs.
+TEST(ProgramFaults, NestingWithoutEndIsRefusedNotCrashedOn) {
+    struct Case {
+        const char* name;
+        std::string source;
+        const char* words;
+    };
+    const Case cases[] = {
+        {"brackets", "int x = " + repeated("(", 30000) + "1" + repeated(")", 30000) + "\n",
+         "nested more than 200 deep"},
+        {"signs", "int x = " + repeated("-", 30000) + "1\n", "nested more than 200 deep"},
+        {"calls", "DriveForwards(" + repeated("ReadSwitch(", 3000) + "\n",
+         "nested more than 200 deep"},
+        {"blocks", repeated("forever\n", 3000) + repeated("end\n", 3000),
+         "blocks are nested more than 200 deep"},
+        {"ifs", repeated("if 1\n", 3000) + "stop\n" + repeated("end\n", 3000),
+         "blocks are nested more than 200 deep"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto run = program_testing::run_program(c.source);
+        ASSERT_FALSE(run->checked.faults.empty());
+        bool said = false;
+        for (const kflow::Diagnostic& d : run->checked.faults)
+            said = said || d.text.find(c.words) != std::string::npos;
+        EXPECT_TRUE(said) << run->checked.faults.front().text;
+        EXPECT_EQ(run->component.starts, 0);
+    }
+    const auto deep = program_testing::run_program(
+        "int x = " + repeated("-(", 98) + "7" + repeated(")", 98) + "\n" +
+        repeated("repeat 1\n", 200) + "x = x + 1\n" + repeated("end\n", 200));
+    EXPECT_TRUE(deep->checked.faults.empty())
+        << (deep->checked.faults.empty() ? "" : deep->checked.faults.front().text);
+    EXPECT_EQ(deep->var("x"), 8);
+}
+
+}  // namespace

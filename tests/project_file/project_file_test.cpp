@@ -1,5 +1,6 @@
 // The project file: kinds survive, damage is refused whole, and a save killed half way leaves the
 // old file as it was.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -8,10 +9,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "project_file.h"
 #include "support/temp_dir.h"
@@ -113,6 +117,7 @@ TEST(ProjectFile, RefusesDamagedContentWithAReason) {
          "not of the array's kind Long"},
         {"bad base64", with_store(R"([{"keyBase64": "!!", "value": {"kind": "Empty"}}])"),
          "not valid base64"},
+        {"JSON nested without end", with_store(std::string(100000, '[')), "too deeply nested"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -183,12 +188,13 @@ TEST(ProjectFile, KeepsThePermissionsAndFollowsALink) {
     EXPECT_EQ(host::load_project(file, &error)->at(0).value, Variant::long_(3));
 }
 
-// A writer killed in the middle of a save leaves either the old file or the new one, whole.
-TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFile) {
+// A writer killed at a random point of a save leaves either the old file or the new one, whole;
+// what it leaves beside it is its unfinished new file, which the next save removes.
+TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFileAndTheNextSaveTidies) {
     testing_support::TempDir dir;
     const std::string file = dir.path() + "/robot.kproj";
     StoreEntries old_store, new_store;
-    for (int i = 0; i < 4000; ++i) {
+    for (int i = 0; i < 1500; ++i) {
         old_store.push_back({"key" + std::to_string(i), Variant::string(std::string(200, 'o'))});
         new_store.push_back({"key" + std::to_string(i), Variant::long_(i)});
     }
@@ -196,15 +202,21 @@ TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFile) {
     ASSERT_TRUE(host::save_project(file, old_store, &error)) << error;
     const std::string old_bytes = read_file(file);
     const std::string new_bytes = host::encode_project(new_store);
+    // Another project's unfinished file, and a file that only looks like one, stay.
+    const std::string other = dir.write("other.kproj.saving-Ab12Cd", "x");
+    const std::string lookalike = dir.write("robot.kproj.saving-too-long", "x");
 
     auto temporaries = [&] {
         std::vector<std::filesystem::path> found;
         for (const auto& e : std::filesystem::directory_iterator(dir.path()))
-            if (e.path().filename() != "robot.kproj") found.push_back(e.path());
+            if (e.path().filename().string().starts_with("robot.kproj.saving-") &&
+                e.path() != lookalike)
+                found.push_back(e.path());
         return found;
     };
+    std::srand(20261123);
     int caught_writing = 0;
-    for (int round = 0; round < 8; ++round) {
+    for (int round = 0; round < 10; ++round) {
         const pid_t child = ::fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
@@ -212,11 +224,11 @@ TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFile) {
             for (;;)
                 host::save_project(file, new_store, &e);  // until killed
         }
-        // Wait until the child's new file exists beside the old one, then kill it: the kill
-        // falls while it writes, flushes or renames.
+        // Wait until the child's new file exists beside the old one, then kill it at a random
+        // moment: while it writes, flushes or renames.
         for (int waited = 0; waited < 200000 && temporaries().empty(); ++waited)
             ::usleep(50);
-        ::usleep(static_cast<useconds_t>(round * 300));
+        ::usleep(static_cast<useconds_t>(std::rand() % 2000));
         ::kill(child, SIGKILL);
         int status = 0;
         ::waitpid(child, &status, 0);
@@ -224,14 +236,86 @@ TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFile) {
         const std::string now = read_file(file);
         EXPECT_TRUE(now == old_bytes || now == new_bytes) << "round " << round;
         ASSERT_TRUE(host::load_project(file, &error)) << error;
-        // What a killed save leaves is its unfinished temporary, never a broken project.
-        for (const auto& t : temporaries()) {
-            ++caught_writing;
-            std::filesystem::remove(t);
-        }
+        caught_writing += !temporaries().empty();
         ASSERT_TRUE(host::save_project(file, old_store, &error)) << error;
+        EXPECT_TRUE(temporaries().empty()) << "round " << round;
     }
     EXPECT_GT(caught_writing, 0);
+    EXPECT_TRUE(std::filesystem::exists(other));
+    EXPECT_TRUE(std::filesystem::exists(lookalike));
+}
+
+// Whatever a save accepts, a load accepts: what it would refuse is refused before writing.
+TEST(ProjectFile, SaveRefusesWhatLoadWouldRefuse) {
+    testing_support::TempDir dir;
+    const std::string file = dir.path() + "/robot.kproj";
+    std::string error;
+    ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error));
+    const std::string before = read_file(file);
+
+    auto nested = [](int depth) {
+        Variant v = Variant::integer(7);
+        for (int i = 0; i < depth; ++i)
+            v = Variant::array(VarType::Variant, 0, {v});
+        return v;
+    };
+    ASSERT_TRUE(host::save_project(file, {{"deep", nested(64)}}, &error)) << error;
+    ASSERT_TRUE(host::load_project(file, &error)) << error;
+    EXPECT_EQ(host::load_project(file, &error)->at(0).value, nested(64));
+    ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error));
+
+    EXPECT_FALSE(host::save_project(file, {{"deeper", nested(65)}}, &error));
+    EXPECT_THAT(error, testing::HasSubstr("\"deeper\" has arrays nested more than 64 deep"));
+    std::string json = host::encode_project({{"deeper", nested(65)}});
+    EXPECT_FALSE(host::decode_project(json, &error));
+    EXPECT_THAT(error, testing::HasSubstr("nested more than 64 deep"));
+
+    // Control characters are written six bytes each: 2000 of them pass 10 000 bytes. (The
+    // load's own limit, 64 MB, is the default of a save.)
+    const StoreEntries big{{"big", Variant::string(std::string(2000, '\x01'))}};
+    EXPECT_FALSE(host::save_project_within(file, big, 10000, &error));
+    EXPECT_THAT(error, testing::HasSubstr("more than the 10000 a project file may hold"));
+    EXPECT_TRUE(host::save_project_within(file + ".2", big, 20000, &error)) << error;
+    EXPECT_EQ(read_file(file), before);
+}
+
+TEST(ProjectFile, AReadOnlyFileIsNotReplaced) {
+    testing_support::TempDir dir;
+    const std::string file = dir.path() + "/robot.kproj";
+    std::string error;
+    ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error));
+    const std::string before = read_file(file);
+    ::chmod(file.c_str(), 0444);
+    EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
+    EXPECT_THAT(error, testing::HasSubstr("it is read-only"));
+    EXPECT_EQ(read_file(file), before);
+    ::chmod(file.c_str(), 0644);
+    EXPECT_TRUE(host::save_project(file, {{"a", Variant::integer(2)}}, &error)) << error;
+}
+
+TEST(ProjectFile, AFifoIsRefusedWithoutWaitingForAWriter) {
+    testing_support::TempDir dir;
+    const std::string fifo = dir.path() + "/project.kproj";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    // Should the load wait for a writer, this one comes after a while: the test then fails
+    // instead of hanging.
+    std::atomic<bool> released{false};
+    std::thread writer([&] {
+        for (int i = 0; i < 300 && !released; ++i)
+            ::usleep(10000);
+        if (released.exchange(true)) return;
+        const int fd = ::open(fifo.c_str(), O_WRONLY);
+        if (fd >= 0) ::close(fd);
+    });
+    std::string error;
+    const bool loaded = host::load_project(fifo, &error).has_value();
+    const bool waited = released.exchange(true);
+    writer.join();
+    EXPECT_FALSE(waited) << "the load waited for a writer";
+    EXPECT_FALSE(loaded);
+    EXPECT_THAT(error, testing::HasSubstr("it is not a regular file"));
+    EXPECT_FALSE(host::save_project(fifo, {}, &error));
+    EXPECT_THAT(error, testing::HasSubstr("it is not a regular file"));
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ TEST(PanelClockConsole, TheInfoReportRunsASimulatedSecond) {
     for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
         text.push_back(static_cast<char>(c));
     EXPECT_EQ(::pclose(pipe), 0);
-    EXPECT_THAT(text, HasSubstr("Component version: 5.0\n"));
+    EXPECT_THAT(text, HasSubstr("Component version: 5.0.3\n"));
     EXPECT_THAT(text, HasSubstr("Macros (21):\n   0  int ReadAnalogue(char Channel)  [private]\n"));
     EXPECT_THAT(text, HasSubstr("\n  20  char ReadLine(char Side)\n"));
     // Both timers at (256 - 200) x 2 = 112 ms: eight ticks each, the right wheel backwards.

@@ -15,22 +15,37 @@ std::string ConsoleRun::text() const {
     return out;
 }
 
-namespace {
 std::string shell_quote(const std::string& s) {
     std::string q = "'";
     for (char c : s)
         q += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return q + "'";
 }
+
+namespace {
+ConsoleRun run_command(const std::string& command);
 }  // namespace
 
 ConsoleRun run_console(const std::string& script, const std::string& extra_args,
                        const std::string& dir) {
     TempDir input_dir;
     const std::string input = input_dir.write("input.txt", script);
-    const std::string command = (dir.empty() ? "" : "cd " + shell_quote(dir) + " && ") +
-                                shell_quote(KESTRONE_HOST_BIN) + " console " + extra_args + " < " +
-                                shell_quote(input) + " 2>/dev/null";
+    return run_command((dir.empty() ? "" : "cd " + shell_quote(dir) + " && ") +
+                       shell_quote(KESTRONE_HOST_BIN) + " console " + extra_args + " < " +
+                       shell_quote(input) + " 2>/dev/null");
+}
+
+ConsoleRun run_host(const std::string& args, const std::string& input, const std::string& env,
+                    const std::string& dir) {
+    TempDir input_dir;
+    const std::string file = input_dir.write("input.txt", input);
+    return run_command((dir.empty() ? "" : "cd " + shell_quote(dir) + " && ") + env + " " +
+                       shell_quote(KESTRONE_HOST_BIN) + " " + args + " < " + shell_quote(file) +
+                       " 2>&1");
+}
+
+namespace {
+ConsoleRun run_command(const std::string& command) {
     ConsoleRun run;
     FILE* pipe = ::popen(command.c_str(), "r");
     if (!pipe) return run;
@@ -45,9 +60,11 @@ ConsoleRun run_console(const std::string& script, const std::string& extra_args,
     }
     if (!line.empty()) run.lines.push_back(line);
     const int status = ::pclose(pipe);
-    run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    // A shell reports its child's signal as 128 + the signal.
+    run.exit_code = WIFEXITED(status) && WEXITSTATUS(status) < 128 ? WEXITSTATUS(status) : -1;
     return run;
 }
+}  // namespace
 
 ComponentFolder::ComponentFolder(const std::string& code_file, const std::string& name, bool help) {
     module_ = dir_.copy(KESTRONE_MODULE, name + ".so");

@@ -20,6 +20,13 @@ struct ConsoleRun {
 ConsoleRun run_console(const std::string& script, const std::string& extra_args = "",
                        const std::string& dir = "");
 
+// Runs `kestrone-host ARGS` (ARGS as a shell would split them) with standard input from
+// `input`, standard error merged into the lines. `env` goes before the command (NAME=VALUE ...).
+// exit_code is -1 when a signal ended it.
+ConsoleRun run_host(const std::string& args, const std::string& input = "",
+                    const std::string& env = "", const std::string& dir = "");
+std::string shell_quote(const std::string& s);
+
 // A component folder of its own: the built module copied in under `name` + ".so", with a code
 // file `name` + ".c" holding `code_file` (or none when empty) and, if `help` is true, a help file.
 class ComponentFolder {

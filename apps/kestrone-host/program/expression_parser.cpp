@@ -73,8 +73,20 @@ Place ExpressionParser::end_place() const {
     return {last.at.line, last.at.column + static_cast<int>(last.text.size())};
 }
 
+bool ExpressionParser::enter() {
+    if (depth_ < kMaxExpressionNesting) return true;
+    fail(peek() ? peek()->at : end_place(), "the expression is nested more than " +
+                                                std::to_string(kMaxExpressionNesting) +
+                                                " deep: split it over a few variables");
+    return false;
+}
+
 ExprId ExpressionParser::parse() {
-    return binary(1);
+    if (!enter()) return kNoExpr;
+    ++depth_;
+    const ExprId e = binary(1);
+    --depth_;
+    return e;
 }
 
 ExprId ExpressionParser::binary(int level) {
@@ -104,8 +116,11 @@ ExprId ExpressionParser::unary() {
         for (const UnaryOp& u : kUnary)
             if (u.token == t->kind) {
                 const Place at = t->at;
+                if (!enter()) return kNoExpr;
                 ++pos_;
+                ++depth_;
                 const ExprId operand = unary();
+                --depth_;
                 if (operand == kNoExpr) return kNoExpr;
                 Expr e;
                 e.kind = ExprKind::Unary;

@@ -11,6 +11,10 @@
 
 namespace kflow {
 
+// Brackets, signs and calls within one another: deeper than this an expression is refused, so
+// that the parser and everything that walks the tree stay well within the stack.
+inline constexpr int kMaxExpressionNesting = 200;
+
 // Reads tokens from `pos` on. On a fault it gives kNoExpr and sets `fault`; the caller reports
 // it and drops the rest of the line.
 class ExpressionParser {
@@ -34,6 +38,8 @@ class ExpressionParser {
     ExprId call(const Token& name);
     ExprId add(Expr e);
     ExprId fail(Place at, std::string text);
+    // False, with the fault, when one more level would be too deep.
+    bool enter();
     const Token* peek() const { return pos_ < t_.size() ? &t_[pos_] : nullptr; }
     Place end_place() const;
 
@@ -41,6 +47,7 @@ class ExpressionParser {
     std::size_t pos_;
     std::vector<Expr>& exprs_;
     std::optional<Fault> fault_;
+    int depth_ = 0;
 };
 
 }  // namespace kflow

@@ -11,6 +11,10 @@ namespace {
 constexpr std::array<std::string_view, 10> kKeywords{"int",     "byte", "delay", "repeat", "while",
                                                      "forever", "if",   "else",  "end",    "stop"};
 
+// Blocks within blocks: deeper than this a program is refused, so that reading it, checking it
+// and running it stay well within the stack.
+constexpr int kMaxBlockNesting = 200;
+
 // Why a block's lines came to an end.
 enum class BlockEnd { End, Else, EndOfFile };
 
@@ -45,7 +49,11 @@ class Parser {
 
     const std::vector<SourceLine>& lines_;
     Diagnostics& faults_;
+    // True, with a fault, when a block opened at `at` would be nested too deep.
+    bool too_deep(Place at);
+
     std::size_t next_ = 0;
+    int depth_ = 0;  // blocks open
     SyntaxTree tree_;
 };
 
@@ -60,9 +68,17 @@ bool is_word(const Token& t, std::string_view word) {
     return t.kind == Tok::Name && t.text == word;
 }
 
+bool Parser::too_deep(Place at) {
+    if (depth_ <= kMaxBlockNesting) return false;  // the outermost level is no block
+    faults_.add(at, "blocks are nested more than " + std::to_string(kMaxBlockNesting) + " deep");
+    return true;
+}
+
 std::vector<Stmt> Parser::block(const OpenBlock* open) {
     std::vector<Stmt> body;
+    ++depth_;
     const BlockEnd why = block_into(body, open);
+    --depth_;
     if (why == BlockEnd::EndOfFile && open)
         faults_.add(open->at, "'" + std::string(open->word) + "' has no 'end'");
     return body;
@@ -160,6 +176,7 @@ void Parser::statement(const SourceLine& line, std::vector<Stmt>& body, const Op
         else
             nothing_after(line, 1);
         if (w.kind != StmtKind::Delay) {
+            if (too_deep(first.at)) return;
             const OpenBlock inner{w.word, first.at, open};
             s.body = block(&inner);
         }
@@ -208,12 +225,15 @@ void Parser::declaration(const SourceLine& line, std::vector<Stmt>& body, const 
 }
 
 void Parser::if_statement(const SourceLine& line, std::vector<Stmt>& body, const OpenBlock* open) {
+    if (too_deep(line.tokens.front().at)) return;
     Stmt s = make_stmt(StmtKind::If, line.tokens.front().at);
     const OpenBlock inner{"if", s.at, open};
     Branch arm{s.at, rest_expression(line, 1, "'if' needs a condition"), {}};
     int else_line = 0;  // of the arm without a condition, once there is one
     while (true) {
+        ++depth_;
         const BlockEnd why = block_into(arm.body, &inner);
+        --depth_;
         s.branches.push_back(std::move(arm));
         if (why == BlockEnd::EndOfFile) faults_.add(s.at, "'if' has no 'end'");
         if (why != BlockEnd::Else) break;

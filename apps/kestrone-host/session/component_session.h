@@ -39,6 +39,13 @@ inline constexpr kestrone::HRESULT kSessionBusy = static_cast<kestrone::HRESULT>
 // No object, or the object lacks the interface the operation needs.
 inline constexpr kestrone::HRESULT kNoObject = kestrone::E_NOINTERFACE;
 
+// Long work stopped by the face (a user's Ctrl-C) before its end.
+inline constexpr kestrone::HRESULT kInterrupted = static_cast<kestrone::HRESULT>(0x80004004u);
+
+// Told between the slices of a long advance or run with the milliseconds done of those asked for
+// (a run: of its limit); false stops the work there.
+using ProgressCheck = std::function<bool(std::int64_t done_ms, std::int64_t total_ms)>;
+
 // The host's version as it tells the component: 5.1.
 inline constexpr std::int32_t kHostVersion = 0x501;
 
@@ -158,6 +165,10 @@ class ComponentSession {
     // keeps one, raised once the thread is free. `ticks` counts the ticks raised.
     kestrone::HRESULT advance(std::int64_t ms, std::int64_t* ticks = nullptr);
     kestrone::HRESULT advance_to(std::int64_t when, std::int64_t* ticks = nullptr);
+    // With a check, an advance goes in slices of the clock (the same ticks in the same order)
+    // and asks it after each; one that says stop ends the advance with kInterrupted, where the
+    // clock then stands, and halts a program run at its next delay.
+    void set_progress_check(ProgressCheck check) { progress_ = std::move(check); }
 
     // ---- The store and the project file ----
 
@@ -238,6 +249,7 @@ class ComponentSession {
     void retire_program();
     void query_interfaces();
     std::int64_t panel_time(std::int64_t session_time) const;
+    kestrone::HRESULT advance_in_slices(std::int64_t when, std::int64_t* raised);
 
     kestrone::IHostServices& services_;
     ProjectCodec codec_;
@@ -259,6 +271,7 @@ class ComponentSession {
     // again, carries on from where the last one stood.
     std::int64_t clock_offset_ = 0;
     std::int64_t last_now_ = 0;
+    ProgressCheck progress_;
 
     kestrone::MemoryStore store_;
     std::string project_path_;

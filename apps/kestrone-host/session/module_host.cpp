@@ -6,13 +6,27 @@
 #include <climits>
 #include <cstdlib>
 
+#include "module_file.h"
+
 namespace host {
 
 using kestrone::ComPtr;
 using kestrone::HRESULT;
 
 std::unique_ptr<ModuleHost> ModuleHost::load(const std::string& path, std::string& error) {
-    void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (path.empty()) {
+        error = "no module file is named (the path is empty)";
+        return nullptr;
+    }
+    // The loader checks little: a file cut short would be mapped past its end and fault later.
+    const std::string wrong = check_module_file(path);
+    if (!wrong.empty()) {
+        error = "cannot load the module " + path + ": " + wrong;
+        return nullptr;
+    }
+    // A name without a folder is a file here, not a library to look for on the search path.
+    const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
+    void* handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) {
         const char* why = ::dlerror();
         error = "cannot load the module " + path + ": " + (why ? why : "unknown reason");

@@ -120,8 +120,20 @@ kflow::RunOutcome ComponentSession::run_program(const kflow::RunLimits& limits) 
     Busy b(depth_);
     interpreter_->stop();
     any_run_ = true;
-    SessionClock clock([this](std::uint16_t ms) { advance(ms); });
-    return kflow::run_to_end(*interpreter_, clock, limits);
+    // A run is asked between its delays, of its whole limit; each delay goes in one piece.
+    ProgressCheck check = std::move(progress_);
+    progress_ = nullptr;
+    std::int64_t waited = 0;
+    SessionClock clock([&](std::uint16_t ms) {
+        advance(ms);
+        waited += ms;
+        if (check && !check(waited, limits.clock_ms))
+            interpreter_->request_stop("the program was interrupted at line " +
+                                       std::to_string(interpreter_->place().line));
+    });
+    const kflow::RunOutcome outcome = kflow::run_to_end(*interpreter_, clock, limits);
+    progress_ = std::move(check);
+    return outcome;
 }
 
 void ComponentSession::stop_program(std::string why) {

@@ -1,0 +1,107 @@
+// The console as a person meets it on a terminal: a prompt, progress on long work and Ctrl-C
+// that stops the command, not the session. Driven through a pseudo-terminal.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <poll.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+namespace {
+
+using testing::HasSubstr;
+
+class Terminal {
+  public:
+    Terminal() {
+        pid_ = ::forkpty(&fd_, nullptr, nullptr, nullptr);
+        if (pid_ == 0) {
+            ::setenv("XDG_STATE_HOME", "/nonexistent-for-tests", 1);  // no history kept
+            ::execl(KESTRONE_HOST_BIN, KESTRONE_HOST_BIN, "console", "--module", KESTRONE_MODULE,
+                    static_cast<char*>(nullptr));
+            ::_exit(127);
+        }
+    }
+    ~Terminal() {
+        if (pid_ > 0) {
+            ::kill(pid_, SIGKILL);
+            ::waitpid(pid_, nullptr, 0);
+        }
+        if (fd_ >= 0) ::close(fd_);
+    }
+    bool started() const { return pid_ > 0; }
+    void type(const std::string& keys) {
+        ASSERT_EQ(::write(fd_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    }
+    // Reads until `text` has appeared in what was read since the last wait, or time runs out.
+    std::string wait_for(const std::string& text, int seconds = 20) {
+        const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+        while (seen_.find(text) == std::string::npos && std::chrono::steady_clock::now() < until) {
+            pollfd p{fd_, POLLIN, 0};
+            if (::poll(&p, 1, 100) <= 0) continue;
+            char buf[4096];
+            const ssize_t n = ::read(fd_, buf, sizeof buf);
+            if (n <= 0) break;
+            seen_.append(buf, static_cast<std::size_t>(n));
+        }
+        std::string out = seen_;
+        const std::size_t at = seen_.find(text);
+        seen_ = at == std::string::npos ? "" : seen_.substr(at + text.size());
+        return out;
+    }
+    int exit_status() {
+        int status = 0;
+        ::waitpid(pid_, &status, 0);
+        pid_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+  private:
+    int fd_ = -1;
+    pid_t pid_ = -1;
+    std::string seen_;
+};
+
+TEST(TerminalConsole, CtrlCStopsALongAdvanceAndTheSessionLivesOn) {
+    Terminal t;
+    ASSERT_TRUE(t.started());
+    EXPECT_THAT(t.wait_for("> "), HasSubstr("ok"));
+    // Both wheels' timers at 1 ms: a tick every half millisecond of the clock.
+    for (const char* line : {"KestroneVersion = 1281", "StartSimulation",
+                             "SimMacroCall 9 [0, 200, 255, 56] 0& Empty 0&",
+                             "put Timer1(0).Interval = 1", "put Timer1(1).Interval = 1"}) {
+        t.type(std::string(line) + "\r");
+        EXPECT_THAT(t.wait_for("> "), HasSubstr("ok")) << line;
+    }
+    t.type("advance 1000000000000\r");
+    // "advance: DONE of 1000000000000 ms on the clock (PERCENT%), Ctrl-C stops"
+    const std::string progress = t.wait_for("%), Ctrl-C stops");
+    const std::size_t at = progress.rfind("advance: ");
+    ASSERT_NE(at, std::string::npos) << progress;
+    long long done = -1, percent = -1;
+    ASSERT_EQ(std::sscanf(progress.c_str() + at,
+                          "advance: %lld of 1000000000000 ms on the clock (%lld", &done, &percent),
+              2)
+        << progress.substr(at);
+    EXPECT_GT(done, 0);
+    EXPECT_EQ(percent, done * 100 / 1000000000000LL);
+    t.type("\x03");
+    const std::string stopped = t.wait_for("> ");
+    EXPECT_THAT(stopped, HasSubstr("fail interrupted after "));
+    // The progress line is wiped before the answer.
+    EXPECT_THAT(stopped, HasSubstr("\r\033[K"));
+    t.type("get Timer1(0).Interval\r");
+    EXPECT_THAT(t.wait_for("> "), HasSubstr("ok 1&"));
+    t.type("help\r");
+    EXPECT_THAT(t.wait_for("> "), HasSubstr("advance MS"));
+    t.type("quit\r");
+    EXPECT_EQ(t.exit_status(), 0);
+}
+
+}  // namespace
