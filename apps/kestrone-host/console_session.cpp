@@ -46,8 +46,9 @@ void ConsoleServices::PlayTone(std::int32_t hertz, std::int32_t milliseconds) no
     out_.notice("tone " + std::to_string(hertz) + " " + std::to_string(milliseconds));
 }
 
-ConsoleSession::ConsoleSession(std::ostream& out, host::ProjectCodec codec)
-    : out_(out), services_(out_), session_(services_, std::move(codec)) {}
+ConsoleSession::ConsoleSession(std::ostream& out, host::ProjectCodec codec,
+                               kestrone::IHostServices* services)
+    : out_(out), services_(out_), session_(services ? *services : services_, std::move(codec)) {}
 
 const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::commands() {
     static const std::map<std::string_view, Handler> table{

@@ -47,8 +47,11 @@ class ConsoleServices : public kestrone::IHostServices {
 
 class ConsoleSession {
   public:
-    // `codec` reads and writes the project files of `store save` and `store load`.
-    explicit ConsoleSession(std::ostream& out, host::ProjectCodec codec = {});
+    // `codec` reads and writes the project files of `store save` and `store load`. A face that
+    // runs console lines against its own platform (a window playing a script) lends its
+    // `services`; without them messages and tones are answered at once as notices.
+    explicit ConsoleSession(std::ostream& out, host::ProjectCodec codec = {},
+                            kestrone::IHostServices* services = nullptr);
 
     // The session behind the console: load its module and open its project before start().
     host::ComponentSession& session() { return session_; }
