@@ -7,12 +7,14 @@
 
 #include <cstdint>
 #include <iostream>
+#include <optional>
 
 #include "code_command.h"
 #include "component_registry.h"
 #include "console_session.h"
 #include "info_report.h"
 #include "module_host.h"
+#include "panel_snapshot.h"
 #include "project_file.h"
 
 namespace {
@@ -20,6 +22,10 @@ namespace {
 // A console over one host session. Its status is 1 when an `expect` failed.
 int run_console(const std::string& module_path, const std::string& store_file) {
     console::ConsoleSession console(std::cout, {&host::load_project, &host::save_project});
+    panelqt::PanelSnapshots snapshots;
+    console.set_snapshot([&snapshots](kestrone::IKestronePanel& panel, const std::string& path) {
+        return snapshots.write(panel, path);
+    });
     // A project that can't be read stops the console before anything runs: its store would
     // otherwise start empty, unlike what was asked for.
     if (!store_file.empty()) {
@@ -86,7 +92,7 @@ int run_info(const std::string& module_path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
+    std::optional<QCoreApplication> app(std::in_place, argc, argv);
     QCoreApplication::setApplicationName("kestrone-host");
     QCoreApplication::setApplicationVersion("5.0.3");
 
@@ -124,7 +130,7 @@ int main(int argc, char** argv) {
     parser.addOption(hex_option);
     parser.addPositionalArgument("command",
                                  "console, info, code, components, register or unregister");
-    parser.process(app);
+    parser.process(*app);
 
     const QStringList args = parser.positionalArguments();
     const bool is_code = !args.isEmpty() && args.front() == "code";
@@ -147,8 +153,12 @@ int main(int argc, char** argv) {
         module_path = record->module;
     }
     const QString command = args.front();
-    if (command == "console")
+    if (command == "console") {
+        // A snapshot makes a graphical application of its own, on the offscreen platform: only
+        // one application may exist at a time.
+        app.reset();
         return run_console(module_path, parser.value(store_option).toStdString());
+    }
     if (command == "components") return run_components();
     if (command == "register" || command == "unregister")
         return run_registration(module_path, command == "unregister");
