@@ -202,4 +202,15 @@ void ConsoleSession::cmd_advance(const CommandLine& c) {
     out_.ok(format_value(Variant::long_(static_cast<std::int32_t>(ticks))));
 }
 
+void ConsoleSession::cmd_snapshot(const CommandLine& c) {
+    if (c.words.size() != 2 || c.equals) return out_.fail("snapshot takes a file: snapshot FILE");
+    const auto path = word_text(c.words[1]);
+    if (!path) return out_.fail("not a file name: " + c.words[1]);
+    if (!snapshot_) return out_.fail("no view built");
+    if (!have_panel()) return;
+    const std::string why = snapshot_(*session_.panel(), *path);
+    if (!why.empty()) return out_.fail(why);
+    out_.ok();
+}
+
 }  // namespace console

@@ -67,6 +67,7 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"event", &ConsoleSession::cmd_event},
         {"tick", &ConsoleSession::cmd_tick},
         {"advance", &ConsoleSession::cmd_advance},
+        {"snapshot", &ConsoleSession::cmd_snapshot},
         {"run", &ConsoleSession::cmd_run},
         {"var", &ConsoleSession::cmd_var},
         {"expect", &ConsoleSession::cmd_expect},

@@ -17,6 +17,7 @@
 #include "console_session.h"
 #include "info_report.h"
 #include "module_host.h"
+#include "panel_snapshot.h"
 #include "project_file.h"
 #include "window_command.h"
 
@@ -25,6 +26,10 @@ namespace {
 // A console over one host session. Its status is 1 when an `expect` failed.
 int run_console(const std::string& module_path, const std::string& store_file) {
     console::ConsoleSession console(std::cout, {&host::load_project, &host::save_project});
+    panelqt::PanelSnapshots snapshots;
+    console.set_snapshot([&snapshots](kestrone::IKestronePanel& panel, const std::string& path) {
+        return snapshots.write(panel, path);
+    });
     // A project that can't be read stops the console before anything runs: its store would
     // otherwise start empty, unlike what was asked for.
     if (!store_file.empty()) {
@@ -213,8 +218,12 @@ int main(int argc, char** argv) {
     }
     const QString command = args.front();
     if (command == "window") return run_window_command(parser, module_path);
-    if (command == "console")
+    if (command == "console") {
+        // A snapshot makes a graphical application of its own, on the offscreen platform: only
+        // one application may exist at a time.
+        application.reset();
         return run_console(module_path, parser.value(store_option).toStdString());
+    }
     if (command == "components") return run_components();
     if (command == "register" || command == "unregister")
         return run_registration(module_path, command == "unregister");

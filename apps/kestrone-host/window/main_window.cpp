@@ -31,6 +31,9 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
       input_(session(), recorder_, [this] { clock_.pulse(); }),
       player_(console_, answers_, clock_, recorder_) {
     services_.set_parent(this);
+    console_.set_snapshot([this](kestrone::IKestronePanel& panel, const std::string& path) {
+        return snapshots_.write(panel, path);
+    });
     // Unattended, the component's own boxes are answered at once, as the console does.
     if (options_.quit_after_play) services_.set_box_handler([](QWidget* box) { box->close(); });
     auto* central = new QSplitter(Qt::Vertical, this);

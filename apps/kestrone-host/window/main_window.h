@@ -13,6 +13,7 @@
 #include "action_recorder.h"
 #include "clock_driver.h"
 #include "console_session.h"
+#include "panel_snapshot.h"
 #include "panel_view.h"
 #include "program_pane.h"
 #include "script_player.h"
@@ -110,6 +111,7 @@ class MainWindow : public QMainWindow {
     ClockDriver clock_;
     SessionInput input_;
     ScriptPlayer player_;
+    panelqt::PanelSnapshots snapshots_;
     panelqt::PanelView* view_ = nullptr;
     QLabel* placeholder_ = nullptr;
     ProgramPane* program_ = nullptr;

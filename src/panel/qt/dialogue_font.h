@@ -1,6 +1,5 @@
 // The small dialogue font that the panel's text assumes: a digit kTextCellWidth pixels wide on a
-// line kTextCellHeight high. It comes from the font files the build installs, not from whatever
-// the machine's font configuration would pick, so every machine paints the same text.
+// line kTextCellHeight high, from a font the build's packages install.
 #pragma once
 
 #include <QFont>
@@ -8,7 +7,7 @@
 
 namespace panelqt {
 
-const QFont& dialogue_font();
+QFont dialogue_font();
 // The caption's width in panel pixels in that font.
 int text_width(const QString& text);
 
