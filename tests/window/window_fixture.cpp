@@ -21,6 +21,8 @@ std::int32_t number_of(const Variant& v) {
             return v.as_boolean() ? -1 : 0;
         case kestrone::VarType::Byte:
             return v.as_byte();
+        case kestrone::VarType::Single:
+            return static_cast<std::int32_t>(v.as_single());
         default:
             ADD_FAILURE() << "not a number";
             return 0;

@@ -2,6 +2,7 @@
 
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -11,9 +12,11 @@
 #include <QVBoxLayout>
 #include <iostream>
 
+#include "error_text.h"
 #include "help_window.h"
 #include "project_file.h"
 #include "properties_dialog.h"
+#include "value_syntax.h"
 
 namespace window {
 
@@ -175,8 +178,10 @@ std::unique_ptr<PropertiesDialog> MainWindow::make_properties() {
         tell("The property page could not be opened (status " + console::status_text(hr) + ").");
         return nullptr;
     }
-    return std::make_unique<PropertiesDialog>(
+    auto dialog = std::make_unique<PropertiesDialog>(
         session(), recorder_, [this](const std::string& text) { tell(text); }, this);
+    connect(dialog.get(), &PropertiesDialog::applied, this, &MainWindow::after_clock);
+    return dialog;
 }
 
 void MainWindow::show_properties() {
@@ -205,15 +210,15 @@ void MainWindow::update_status() {
                          .arg(clock_.rate(1), 0, 'f', 0));
 }
 
-QString MainWindow::project_name() const {
-    const std::string& path = console_.session().project_path();
+QString MainWindow::project_name() {
+    const std::string& path = session().project_path();
     return path.empty() ? tr("Untitled")
                         : QFileInfo(QString::fromStdString(path)).completeBaseName();
 }
 
 void MainWindow::update_title() {
     setWindowTitle(project_name() + "[*] - " + kProduct);
-    setWindowModified(console_.session().dirty());
+    setWindowModified(session().dirty());
 }
 
 void MainWindow::tell(const std::string& text) {

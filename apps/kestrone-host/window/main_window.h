@@ -101,7 +101,7 @@ class MainWindow : public QMainWindow {
     bool ask_discard();
     void played_to_end();
     void refresh_code();
-    QString project_name() const;
+    QString project_name();
 
     WindowOptions options_;
     std::ostringstream answers_;

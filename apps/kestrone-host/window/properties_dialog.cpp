@@ -204,6 +204,7 @@ bool PropertiesDialog::apply() {
     recorder_.note("page apply");
     const kestrone::HRESULT hr = session_.apply_page();
     sync();
+    emit applied();
     if (kestrone::succeeded(hr)) return true;
     const int number = kestrone::basic_error_number(hr);
     if (report_)

@@ -31,6 +31,10 @@ class PropertiesDialog : public QDialog {
     QWidget* widget(const std::string& name) const;
     QPushButton* apply_button() const { return apply_; }
 
+  signals:
+    // An apply ran: the object's settings and the project's state may have changed.
+    void applied();
+
   protected:
     void reject() override;
 

@@ -5,7 +5,9 @@
 #include <sstream>
 
 #include "code_command.h"
+#include "error_text.h"
 #include "main_window.h"
+#include "value_syntax.h"
 
 namespace window {
 
