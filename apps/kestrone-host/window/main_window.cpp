@@ -240,15 +240,14 @@ void MainWindow::played_to_end() {
     }
 }
 
+// By the console's own snapshot, so that a window's picture and a headless replay's compare.
 bool MainWindow::write_snapshot(const std::string& path) {
     kestrone::IKestronePanel* panel = session().panel();
     if (!panel) return false;
-    const QImage image = panelqt::render_panel(*panel, 1);
-    if (image.isNull() || !image.save(QString::fromStdString(path), "PNG")) {
-        if (!options_.quit_after_play) tell("Cannot write the picture " + path);
-        return false;
-    }
-    return true;
+    const std::string why = snapshots_.write(*panel, path);
+    if (why.empty()) return true;
+    tell("Cannot write the picture " + path + ": " + why);
+    return false;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
