@@ -204,10 +204,12 @@ void MainWindow::update_status() {
     else if (!session().program_message().empty())
         state += " - " + QString::fromStdString(session().program_message());
     if (player_.playing()) state += tr(" - playing");
-    status_->setText(tr("%1    left wheel %2 ticks/s    right wheel %3 ticks/s")
-                         .arg(state)
-                         .arg(clock_.rate(0), 0, 'f', 0)
-                         .arg(clock_.rate(1), 0, 'f', 0));
+    const QString text = tr("%1    left wheel %2 ticks/s    right wheel %3 ticks/s")
+                             .arg(state)
+                             .arg(clock_.rate(0), 0, 'f', 0)
+                             .arg(clock_.rate(1), 0, 'f', 0);
+    // Called on every tick of the clock: only a change reaches the screen.
+    if (text != status_->text()) status_->setText(text);
 }
 
 QString MainWindow::project_name() {
@@ -217,8 +219,9 @@ QString MainWindow::project_name() {
 }
 
 void MainWindow::update_title() {
-    setWindowTitle(project_name() + "[*] - " + kProduct);
-    setWindowModified(session().dirty());
+    const QString title = project_name() + "[*] - " + kProduct;
+    if (title != windowTitle()) setWindowTitle(title);
+    if (session().dirty() != isWindowModified()) setWindowModified(session().dirty());
 }
 
 void MainWindow::tell(const std::string& text) {
