@@ -39,7 +39,26 @@ TEST_F(ClockDriverTest, TicksAtTheAskedIntervalWhateverTheTimersGranularity) {
     // The rate over the last whole second, per wheel.
     EXPECT_NEAR(window_->clock().rate(0), 500, 5);
     EXPECT_NEAR(window_->clock().rate(1), 3, 1);
+    EXPECT_TRUE(window_->status_text().startsWith("Simulating"))
+        << window_->status_text().toStdString();
+    EXPECT_TRUE(window_->status_text().contains("left wheel 500 ticks/s"));
+    EXPECT_TRUE(window_->status_text().contains("right wheel 3 ticks/s"));
     EXPECT_EQ(field("iWheelPhase", 0), 1000 % 11);
+}
+
+TEST_F(ClockDriverTest, TheTimerWakesForTheNextTickOfEitherWheel) {
+    window_->start_simulation();
+    set_motors(speeds(0, 255, 255, 156));
+    elapse(1);
+    EXPECT_LE(window_->clock().next_wake_ms(), 2);
+    set_motors(speeds(255, 156, 0, 255));
+    elapse(1);
+    EXPECT_LE(window_->clock().next_wake_ms(), 2);
+    // Both slow: the next tick is far, but the clock looks in now and then all the same.
+    set_motors(speeds(0, 0, 0, 0));
+    elapse(1);
+    EXPECT_GT(window_->clock().next_wake_ms(), 2);
+    EXPECT_LE(window_->clock().next_wake_ms(), 50);
 }
 
 TEST_F(ClockDriverTest, AMessageBoxHoldsTheTicksAndKeepsOneATimerForAfter) {

@@ -2,7 +2,9 @@
 // for unsaved changes, and what the user is told when something fails.
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QRadioButton>
+#include <QRect>
 #include <QTest>
 
 #include "properties_dialog.h"
@@ -103,6 +105,9 @@ TEST_F(WindowActionsTest, UnsavedChangesAreAskedForBeforeNewAndKeptWhenTheUserSa
     type_into(*dialog, "txtiThreshF", "12");
     dialog->ok();
     kestrone::IKestronePanel* panel = window_->session().panel();
+    // An untitled project has no file to save to: the user is asked for one instead.
+    EXPECT_FALSE(window_->save_project());
+    EXPECT_TRUE(window_->session().dirty());
     window_->set_confirm_discard([] { return false; });
     EXPECT_FALSE(window_->new_project());
     EXPECT_EQ(window_->session().panel(), panel);
@@ -123,6 +128,43 @@ TEST_F(WindowActionsTest, AProgramWithAFaultIsToldWithItsPlaceAndNothingRuns) {
     window_->run_program();
     EXPECT_EQ(field("bSimulating"), 0);
     EXPECT_EQ(told_.size(), 2u);
+}
+
+TEST(WindowStartTest, AMissingModuleIsToldAndLeavesNoObject) {
+    window::WindowOptions options;
+    options.module = "/nonexistent/KT5_Rovanta.so";
+    window::MainWindow window(options, [] { return std::int64_t{0}; });
+    std::vector<std::string> told;
+    window.services().set_box_handler([&](QWidget* box) {
+        told.push_back(static_cast<QMessageBox*>(box)->text().toStdString());
+        box->close();
+    });
+    EXPECT_FALSE(window.start());
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_NE(told[0].find("/nonexistent/KT5_Rovanta.so"), std::string::npos) << told[0];
+    EXPECT_EQ(window.view(), nullptr);
+    EXPECT_FALSE(window.session().has_object());
+}
+
+TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
+    auto dialog = window_->make_properties();
+    ASSERT_NE(dialog, nullptr);
+    // 1500, 1260, 1560 and 330 twips inside its frame.
+    EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(100, 84, 104, 22));
+    EXPECT_EQ(dialog->widget("txtiThreshR")->parentWidget(), dialog->widget("Frame1"));
+    EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(16, 200, 369, 97));
+    std::vector<std::string> order;
+    QWidget* w = dialog->widget("txtiThreshF");
+    for (int n = 0; n < 7; ++n) {
+        order.push_back(w->objectName().toStdString());
+        do
+            w = w->nextInFocusChain();
+        while (!(w->focusPolicy() & Qt::TabFocus));
+    }
+    const std::vector<std::string> expected{"txtiThreshF", "txtiThreshL", "txtiThreshR",
+                                            "optInt",      "optByte",     "chkWaitForButton",
+                                            "sldMotorBias"};
+    EXPECT_EQ(order, expected);
 }
 
 }  // namespace

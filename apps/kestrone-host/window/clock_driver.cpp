@@ -104,7 +104,7 @@ void ClockDriver::drive_program(std::int64_t until) {
 void ClockDriver::measure(std::int64_t real_now) {
     const std::int64_t span = real_now - window_start_;
     if (span < 1000) return;
-    for (std::size_t i = 0; i < 2; ++i) {
+    for (std::size_t i = 0; i < rates_.size(); ++i) {
         rates_[i] = static_cast<double>(ticks_[i] - window_start_ticks_[i]) * 1000.0 /
                     static_cast<double>(span);
         window_start_ticks_[i] = ticks_[i];

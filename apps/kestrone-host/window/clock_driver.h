@@ -47,6 +47,8 @@ class ClockDriver : public QObject {
     // over the last whole second measured.
     std::int64_t ticks(int timer) const { return ticks_[static_cast<std::size_t>(timer)]; }
     double rate(int timer) const { return rates_[static_cast<std::size_t>(timer)]; }
+    // Milliseconds until the timer wakes the clock next.
+    int next_wake_ms() const { return timer_.interval(); }
 
   signals:
     // After each pulse: the panel may have changed.

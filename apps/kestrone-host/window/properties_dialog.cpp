@@ -91,7 +91,7 @@ void PropertiesDialog::build() {
     std::vector<std::pair<std::int16_t, QWidget*>> order;
     for (std::int32_t i = 0; i < count; ++i) {
         WidgetInfo info;
-        page->GetWidget(i, &info);
+        if (page->GetWidget(i, &info) != kestrone::S_OK) continue;
         const bool inside = info.container >= 0 && info.container < i;
         QWidget* made =
             make(info, inside ? widgets_[static_cast<std::size_t>(info.container)] : area);
@@ -100,11 +100,6 @@ void PropertiesDialog::build() {
         if (made->focusPolicy() != Qt::NoFocus) order.emplace_back(info.tab_index, made);
         connect_edits(info, made);
     }
-    std::stable_sort(order.begin(), order.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    for (std::size_t i = 1; i < order.size(); ++i)
-        QWidget::setTabOrder(order[i - 1].second, order[i].second);
-
     auto* buttons = new QDialogButtonBox(
         QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Apply, this);
     apply_ = buttons->button(QDialogButtonBox::Apply);
@@ -116,6 +111,12 @@ void PropertiesDialog::build() {
     layout->addWidget(area);
     layout->addWidget(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    // Last, once every widget is made: a widget made later would take its own place in the walk.
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 1; i < order.size(); ++i)
+        QWidget::setTabOrder(order[i - 1].second, order[i].second);
+
     apply_->setEnabled(session_.page_changed());
 }
 
@@ -145,6 +146,8 @@ QWidget* PropertiesDialog::make(const WidgetInfo& info, QWidget* parent) {
         case WidgetKind::Slider: {
             auto* slider = new QSlider(Qt::Horizontal, parent);
             slider->setTickPosition(QSlider::TicksBelow);
+            // Some styles leave a slider out of the Tab walk; the page's order includes it.
+            slider->setFocusPolicy(Qt::StrongFocus);
             w = slider;
             break;
         }
