@@ -25,3 +25,15 @@ echo "=== kestrone-host console: a short session (commands and answers)"
     if (!shown[i]) { print "> " cmds[i]; shown[i] = 1 }
     print "  " $0
     if ($0 ~ /^(ok|error|fail)/) i++ }'
+
+echo
+demo=examples/demo-square.console
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  echo "=== kestrone-host window: the panel, playing $demo (close the window to finish)"
+  "$host" window --play "$demo"
+else
+  png="$PWD/build/demo-square.png"
+  echo "=== no display: $demo replayed headless by the console"
+  { cat "$demo"; printf 'snapshot "%s"\n' "$png"; } | "$host" console | tail -n 1
+  echo "The panel as the demonstration left it: $png"
+fi

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Sets up and runs the whole test suite: a release build, the same under AddressSanitizer and
 # UndefinedBehaviorSanitizer, and a short run of each fuzzer when clang is present. The code
-# file's C is compiled for the PIC and run in gpsim in both builds (label pic).
+# file's C is compiled for the PIC and run in gpsim in both builds (label pic), and the real
+# window is opened under Xvfb in both (label xvfb): neither is ever skipped here.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -9,12 +10,14 @@ scripts/setup-pic.sh   # the PIC compiler the code file's tests build with: minu
 
 jobs=$(nproc)
 echo "=== release build and tests"
-cmake --preset release -DKESTRONE_TESTS=ON -DKESTRONE_BENCH=ON -DKESTRONE_HOST=ON -DKESTRONE_REQUIRE_PIC=ON >/dev/null
+cmake --preset release -DKESTRONE_TESTS=ON -DKESTRONE_BENCH=ON -DKESTRONE_HOST=ON -DKESTRONE_REQUIRE_PIC=ON \
+  -DKESTRONE_REQUIRE_XVFB=ON >/dev/null
 cmake --build --preset release -j "$jobs"
 ctest --preset release -j "$jobs"
 
 echo "=== asan build and tests"
-cmake --preset asan -DKESTRONE_TESTS=ON -DKESTRONE_HOST=ON -DKESTRONE_REQUIRE_PIC=ON >/dev/null
+cmake --preset asan -DKESTRONE_TESTS=ON -DKESTRONE_HOST=ON -DKESTRONE_REQUIRE_PIC=ON \
+  -DKESTRONE_REQUIRE_XVFB=ON >/dev/null
 cmake --build --preset asan -j "$jobs"
 ctest --preset asan -j "$jobs"
 

@@ -210,4 +210,15 @@ Variant tick_count(std::int64_t ticks) {
     return Variant::double_(static_cast<double>(ticks));
 }
 
+void ConsoleSession::cmd_snapshot(const CommandLine& c) {
+    if (c.words.size() != 2 || c.equals) return out_.fail("snapshot takes a file: snapshot FILE");
+    const auto path = word_text(c.words[1]);
+    if (!path) return out_.fail("not a file name: " + c.words[1]);
+    if (!snapshot_) return out_.fail("no view built");
+    if (!have_panel()) return;
+    const std::string why = snapshot_(*session_.panel(), *path);
+    if (!why.empty()) return out_.fail(why);
+    out_.ok();
+}
+
 }  // namespace console

@@ -48,8 +48,9 @@ void ConsoleServices::PlayTone(std::int32_t hertz, std::int32_t milliseconds) no
     out_.notice("tone " + std::to_string(hertz) + " " + std::to_string(milliseconds));
 }
 
-ConsoleSession::ConsoleSession(std::ostream& out, host::ProjectCodec codec)
-    : out_(out), services_(out_), session_(services_, std::move(codec)) {}
+ConsoleSession::ConsoleSession(std::ostream& out, host::ProjectCodec codec,
+                               kestrone::IHostServices* services)
+    : out_(out), services_(out_), session_(services ? *services : services_, std::move(codec)) {}
 
 const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::commands() {
     static const std::map<std::string_view, Handler> table{
@@ -68,6 +69,7 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"event", &ConsoleSession::cmd_event},
         {"tick", &ConsoleSession::cmd_tick},
         {"advance", &ConsoleSession::cmd_advance},
+        {"snapshot", &ConsoleSession::cmd_snapshot},
         {"run", &ConsoleSession::cmd_run},
         {"var", &ConsoleSession::cmd_var},
         {"expect", &ConsoleSession::cmd_expect},

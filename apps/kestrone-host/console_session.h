@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <iosfwd>
 #include <map>
 #include <string>
@@ -33,6 +34,11 @@ class Output {
     std::string* capture_ = nullptr;
 };
 
+// Renders the panel to a PNG file: "" when written, else why not. The console itself knows no
+// view; the program that has one hands it this.
+using SnapshotHook =
+    std::function<std::string(kestrone::IKestronePanel& panel, const std::string& path)>;
+
 // The platform as the console gives it: a message is answered with OK at once and a tone
 // returns at once; both are written as notices.
 class ConsoleServices : public kestrone::IHostServices {
@@ -54,11 +60,17 @@ kestrone::Variant tick_count(std::int64_t ticks);
 
 class ConsoleSession {
   public:
-    // `codec` reads and writes the project files of `store save` and `store load`.
-    explicit ConsoleSession(std::ostream& out, host::ProjectCodec codec = {});
+    // `codec` reads and writes the project files of `store save` and `store load`. A face that
+    // runs console lines against its own platform (a window playing a script) lends its
+    // `services`; without them messages and tones are answered at once as notices.
+    explicit ConsoleSession(std::ostream& out, host::ProjectCodec codec = {},
+                            kestrone::IHostServices* services = nullptr);
 
     // The session behind the console: load its module and open its project before start().
     host::ComponentSession& session() { return session_; }
+
+    // What `snapshot` renders with; without one it fails with "no view built".
+    void set_snapshot(SnapshotHook hook) { snapshot_ = std::move(hook); }
 
     // The start-up: creates the object and answers like `new`.
     void start();
@@ -107,6 +119,7 @@ class ConsoleSession {
     void cmd_event(const CommandLine&);
     void cmd_tick(const CommandLine&);
     void cmd_advance(const CommandLine&);
+    void cmd_snapshot(const CommandLine&);
 
     // programs and checks (console_program.cpp)
     void cmd_run(const CommandLine&);
@@ -117,6 +130,7 @@ class ConsoleSession {
     Output out_;
     ConsoleServices services_;
     host::ComponentSession session_;
+    SnapshotHook snapshot_;
     bool quit_ = false;
     bool expectations_met_ = true;
     // Long work of the command that runs, for watch_long_work.

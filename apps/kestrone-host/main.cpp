@@ -1,12 +1,16 @@
 // kestrone-host: the host stand-in. It loads a component module through its entry points and
-// drives it, headless through the console or by a report of what it offers.
+// drives it: in a window, headless through the console, or by a report of what it offers.
+#include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
 #include <unistd.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <iostream>
+#include <memory>
+#include <string_view>
 
 #include "code_command.h"
 #include "component_registry.h"
@@ -16,14 +20,20 @@
 #include "info_report.h"
 #include "line_editor.h"
 #include "module_host.h"
+#include "panel_snapshot.h"
 #include "project_file.h"
 #include "value_syntax.h"
+#include "window_command.h"
 
 namespace {
 
 // A console over one host session. Its status is 1 when an `expect` failed.
 int run_console(const std::string& module_path, const std::string& store_file) {
     console::ConsoleSession console(std::cout, {&host::load_project, &host::save_project});
+    panelqt::PanelSnapshots snapshots;
+    console.set_snapshot([&snapshots](kestrone::IKestronePanel& panel, const std::string& path) {
+        return snapshots.write(panel, path);
+    });
     // A project that can't be read stops the console before anything runs: its store would
     // otherwise start empty, unlike what was asked for.
     if (!store_file.empty()) {
@@ -105,10 +115,62 @@ int run_info(const std::string& module_path) {
     return host::write_info(*module, std::cout);
 }
 
+bool have_display() {
+    const auto set = [](const char* name) {
+        const char* v = std::getenv(name);
+        return v && *v;
+    };
+    return set("DISPLAY") || set("WAYLAND_DISPLAY");
+}
+
+// The options that take a value, so that the command word can be told from a value.
+bool takes_value(std::string_view option) {
+    static constexpr std::string_view kWithValue[] = {"--module", "--store",  "--component",
+                                                      "-o",       "--output", "--project",
+                                                      "--play",   "--zoom",   "--snapshot"};
+    for (const auto o : kWithValue)
+        if (option == o) return true;
+    return false;
+}
+
+// The command word as given, empty for none; read before the application is made, since the
+// window needs a GUI application and the other commands must run without a display.
+std::string command_word(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view a = argv[i];
+        if (a.empty() || a[0] != '-') return std::string(a);
+        if (takes_value(a)) ++i;
+    }
+    return {};
+}
+
+int run_window_command(const QCommandLineParser& parser, const std::string& module_path) {
+    window::WindowOptions options;
+    options.module = module_path;
+    options.play = parser.value("play").toStdString();
+    options.project = parser.value("project").toStdString();
+    options.snapshot = parser.value("snapshot").toStdString();
+    options.quit_after_play = parser.isSet("quit-after-play");
+    bool zoom_ok = true;
+    options.zoom = parser.isSet("zoom") ? parser.value("zoom").toInt(&zoom_ok) : 1;
+    if (!zoom_ok || options.zoom < 1 || options.zoom > 3) {
+        std::cerr << "kestrone-host: --zoom takes 1, 2 or 3\n";
+        return 2;
+    }
+    return window::run_window(options);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
+    std::string word = command_word(argc, argv);
+    if (word.empty() && have_display()) word = "window";
+    std::unique_ptr<QCoreApplication> application;
+    if (word == "window")
+        application = std::make_unique<QApplication>(argc, argv);
+    else
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    QCoreApplication& app = *application;
     QCoreApplication::setApplicationName("kestrone-host");
     QCoreApplication::setApplicationVersion("5.0.3");
 
@@ -116,6 +178,7 @@ int main(int argc, char** argv) {
     parser.setApplicationDescription(
         "The host stand-in for Kestrone components.\n\n"
         "Commands:\n"
+        "  window       the panel in a window (the default where a display exists)\n"
         "  console      drive the component line by line (commands on standard input)\n"
         "  info         list the component's macros and pins as the host sees them\n"
         "  code PROGRAM the whole C program of a robot program (.kflow) for the robot's chip\n"
@@ -140,14 +203,19 @@ int main(int argc, char** argv) {
                                            "code: the C file to write (default: standard output).",
                                            "FILE");
     const QCommandLineOption project_option(
-        "project", "code: the project file whose settings the component takes.", "FILE");
+        "project", "code and window: the project file whose settings the component takes.", "FILE");
     const QCommandLineOption hex_option(
         "hex", "code: also compile the C with the PIC compiler; the .hex goes beside the C.");
     parser.addOption(output_option);
     parser.addOption(project_option);
     parser.addOption(hex_option);
+    parser.addOption({"play", "window: play a console script in real time.", "FILE"});
+    parser.addOption({"zoom", "window: the panel's zoom, 1, 2 or 3.", "N"});
+    parser.addOption(
+        {"snapshot", "window: write the panel as a PNG once the script has played.", "PNG"});
+    parser.addOption({"quit-after-play", "window: close once the script has played."});
     parser.addPositionalArgument("command",
-                                 "console, info, code, components, register, unregister or help");
+                                 "window, console, info, code, components, register, unregister or help");
     if (!parser.parse(app.arguments())) {
         std::cerr << "kestrone-host: " << parser.errorText().toStdString() << " (see --help)\n";
         return 2;
@@ -163,11 +231,13 @@ int main(int argc, char** argv) {
         return 0;
     }
 
-    const QStringList args = parser.positionalArguments();
+    QStringList args = parser.positionalArguments();
+    if (args.isEmpty() && word == "window") args.push_back("window");
     const bool is_code = !args.isEmpty() && args.front() == "code";
     if (args.size() != (is_code ? 2 : 1)) {
         std::cerr << (is_code ? "kestrone-host: code takes one program: code PROGRAM.kflow\n"
-                              : "kestrone-host: name one command: console or info (see --help)\n");
+                              : "kestrone-host: name one command: window, console or info (see "
+                                "--help)\n");
         return 2;
     }
     if (parser.isSet(module_option) && parser.value(module_option).isEmpty()) {
@@ -188,8 +258,13 @@ int main(int argc, char** argv) {
         module_path = record->module;
     }
     const QString command = args.front();
-    if (command == "console")
+    if (command == "window") return run_window_command(parser, module_path);
+    if (command == "console") {
+        // A snapshot makes a graphical application of its own, on the offscreen platform: only
+        // one application may exist at a time.
+        application.reset();
         return run_console(module_path, parser.value(store_option).toStdString());
+    }
     if (command == "components") return run_components();
     if (command == "register" || command == "unregister")
         return run_registration(module_path, command == "unregister");

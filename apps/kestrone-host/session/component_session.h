@@ -179,6 +179,9 @@ class ComponentSession {
     kestrone::HRESULT write_settings(const StoreNotice& each_write = {});
     kestrone::HRESULT read_settings(const StoreNotice& each_read = {});
 
+    // A new project: an empty store, no file yet, nothing unsaved. The object is not touched: a
+    // window makes a new one.
+    void new_project();
     bool keeps_project_files() const { return codec_.load && codec_.save; }
     // The store becomes the file's, whole or not at all (a file that can't be read changes
     // nothing). The object is not touched: a window that opens a project then reads the settings

@@ -17,6 +17,12 @@ void ComponentSession::clear_store() {
     dirty_ = true;
 }
 
+void ComponentSession::new_project() {
+    store_.clear();
+    project_path_.clear();
+    dirty_ = false;
+}
+
 HRESULT ComponentSession::write_settings(const StoreNotice& each_write) {
     if (!persist_) return kNoObject;
     // Every write changes the project, even those of a save that fails half way.

@@ -1,0 +1,277 @@
+#include "main_window.h"
+
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <iostream>
+
+#include "error_text.h"
+#include "help_window.h"
+#include "project_file.h"
+#include "properties_dialog.h"
+#include "value_syntax.h"
+
+namespace window {
+
+namespace {
+constexpr const char* kProduct = "Rovanta";
+}  // namespace
+
+MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
+    : options_(std::move(options)),
+      services_([this] { return project_name(); }),
+      console_(answers_, {&host::load_project, &host::save_project}, &services_),
+      recorder_([this] { return session().now(); }),
+      clock_(
+          session(), [this] { return services_.in_call(); }, std::move(clock)),
+      input_(session(), recorder_, [this] { clock_.pulse(); }),
+      player_(console_, answers_, clock_, recorder_) {
+    services_.set_parent(this);
+    console_.set_snapshot([this](kestrone::IKestronePanel& panel, const std::string& path) {
+        return snapshots_.write(panel, path);
+    });
+    // Unattended, the component's own boxes are answered at once, as the console does.
+    if (options_.quit_after_play) services_.set_box_handler([](QWidget* box) { box->close(); });
+    auto* central = new QSplitter(Qt::Vertical, this);
+    placeholder_ = new QLabel(central);
+    placeholder_->setAlignment(Qt::AlignCenter);
+    program_ = new ProgramPane(central);
+    program_->hide();
+    setCentralWidget(central);
+    status_ = new QLabel(this);
+    statusBar()->addWidget(status_, 1);
+    build_menus();
+    connect(&clock_, &ClockDriver::advanced, this, &MainWindow::after_clock);
+    connect(&clock_, &ClockDriver::program_ended, this, [this] { update_status(); });
+    connect(&player_, &ScriptPlayer::line_played, this, [this] { follow_object(); });
+    connect(&player_, &ScriptPlayer::finished, this, &MainWindow::played_to_end);
+    connect(program_, &ProgramPane::save_code_requested, this, [this] {
+        const QString path = ask_save_path(this, tr("Save the C program"), tr("C (*.c)"));
+        if (!path.isEmpty()) save_code(path.toStdString());
+    });
+    update_title();
+}
+
+MainWindow::~MainWindow() {
+    player_.stop();
+    clock_.stop();
+}
+
+bool MainWindow::start() {
+    std::string error;
+    if (!session().load_module(options_.module, &error)) {
+        placeholder_->setText(tr("No component: %1").arg(QString::fromStdString(error)));
+        tell("The component could not be loaded: " + error);
+        return false;
+    }
+    bool opened = false;
+    if (!options_.project.empty()) {
+        opened = session().open_project(options_.project, &error);
+        if (!opened) tell("The project could not be opened: " + error);
+    }
+    // A script plays against an object as the console makes it; a user's window gets one made
+    // ready as a host does.
+    if (!make_object(options_.play.empty())) return false;
+    recorder_.restart(session().now());
+    if (opened) {
+        recorder_.note("store load " + console::quote(options_.project));
+        session().read_settings();
+        recorder_.note("readprops");
+    }
+    if (options_.play.empty())
+        recorder_.note("KestroneVersion = " + std::to_string(host::kHostVersion));
+    set_zoom(options_.zoom);
+    clock_.start();
+    if (!options_.play.empty()) {
+        if (!player_.load(options_.play, &error)) {
+            tell(error);
+            exit_status_ = 1;
+            played_to_end();
+            return true;
+        }
+        player_.play();
+    } else if (!options_.snapshot.empty() || options_.quit_after_play) {
+        played_to_end();
+    }
+    return true;
+}
+
+bool MainWindow::make_object(bool ready) {
+    const kestrone::HRESULT hr = session().create_object();
+    if (kestrone::failed(hr)) {
+        tell("The component could not make its object (status " + console::status_text(hr) + ").");
+        follow_object();
+        return false;
+    }
+    if (ready) session().make_ready();
+    follow_object();
+    return true;
+}
+
+// The view shows the object the session has now: a new one after New, Open or a script's `new`.
+void MainWindow::follow_object() {
+    kestrone::IKestronePanel* panel = session().panel();
+    if (panel == shown_panel_) return;
+    shown_panel_ = panel;
+    auto* splitter = static_cast<QSplitter*>(centralWidget());
+    if (!panel) {
+        if (view_) view_->hide();
+        placeholder_->show();
+        return;
+    }
+    if (view_) {
+        view_->reset(*panel);
+    } else {
+        view_ = new panelqt::PanelView(*panel, input_, splitter);
+        splitter->insertWidget(0, view_);
+        view_->set_zoom(options_.zoom);
+        connect(view_, &panelqt::PanelView::input_delivered, this, [this] { after_clock(); });
+    }
+    placeholder_->hide();
+    view_->show();
+    view_->setFocus();
+}
+
+void MainWindow::after_clock() {
+    if (view_ && session().panel()) view_->refresh();
+    const int line = session().program_line();
+    if (line != shown_line_) {
+        shown_line_ = line;
+        program_->show_line(line);
+    }
+    update_status();
+    update_title();
+}
+
+void MainWindow::start_simulation() {
+    clock_.pulse();
+    recorder_.note("StartSimulation");
+    session().start_simulation();
+    after_clock();
+}
+
+void MainWindow::stop_simulation() {
+    clock_.pulse();
+    if (session().program_state() == kflow::RunState::Running) return stop_program();
+    recorder_.note("StopSimulation");
+    session().stop_simulation();
+    after_clock();
+}
+
+void MainWindow::set_zoom(int zoom) {
+    options_.zoom = std::clamp(zoom, 1, 3);
+    if (view_) view_->set_zoom(options_.zoom);
+}
+
+std::unique_ptr<PropertiesDialog> MainWindow::make_properties() {
+    clock_.pulse();
+    recorder_.note("page open");
+    const kestrone::HRESULT hr = session().open_page();
+    if (kestrone::failed(hr) && !session().page_open()) {
+        tell("The property page could not be opened (status " + console::status_text(hr) + ").");
+        return nullptr;
+    }
+    auto dialog = std::make_unique<PropertiesDialog>(
+        session(), recorder_, [this](const std::string& text) { tell(text); }, this);
+    connect(dialog.get(), &PropertiesDialog::applied, this, &MainWindow::after_clock);
+    return dialog;
+}
+
+void MainWindow::show_properties() {
+    if (auto dialog = make_properties()) {
+        dialog->exec();
+        after_clock();
+    }
+}
+
+void MainWindow::update_status() {
+    kestrone::Variant simulating;
+    session().field("bSimulating", std::nullopt, "", &simulating);
+    QString state = !session().has_object() ? tr("No object")
+                    : (!simulating.is_array() && simulating.type() == kestrone::VarType::Boolean &&
+                       simulating.as_boolean())
+                        ? tr("Simulating")
+                        : tr("Stopped");
+    if (session().program_state() == kflow::RunState::Running)
+        state += tr(" - program at line %1").arg(session().program_line());
+    else if (!session().program_message().empty())
+        state += " - " + QString::fromStdString(session().program_message());
+    if (player_.playing()) state += tr(" - playing");
+    const QString text = tr("%1    left wheel %2 ticks/s    right wheel %3 ticks/s")
+                             .arg(state)
+                             .arg(clock_.rate(0), 0, 'f', 0)
+                             .arg(clock_.rate(1), 0, 'f', 0);
+    // Called on every tick of the clock: only a change reaches the screen.
+    if (text != status_->text()) status_->setText(text);
+}
+
+QString MainWindow::project_name() {
+    const std::string& path = session().project_path();
+    return path.empty() ? tr("Untitled")
+                        : QFileInfo(QString::fromStdString(path)).completeBaseName();
+}
+
+void MainWindow::update_title() {
+    const QString title = project_name() + "[*] - " + kProduct;
+    if (title != windowTitle()) setWindowTitle(title);
+    if (session().dirty() != isWindowModified()) setWindowModified(session().dirty());
+}
+
+void MainWindow::tell(const std::string& text) {
+    // Unattended (a script played to its end and quit): nobody would close a box.
+    if (options_.quit_after_play) {
+        std::cerr << "kestrone-host: " << text << std::endl;
+        return;
+    }
+    services_.ShowMessage(text);
+}
+
+void MainWindow::played_to_end() {
+    if (!player_.failures().empty()) exit_status_ = 1;
+    if (!options_.snapshot.empty() && !write_snapshot(options_.snapshot)) exit_status_ = 1;
+    if (options_.quit_after_play) {
+        clock_.stop();
+        // Later, so that the event loop has started when it is asked to end.
+        QTimer::singleShot(0, this, [this] { QCoreApplication::exit(exit_status_); });
+    }
+}
+
+// By the console's own snapshot, so that a window's picture and a headless replay's compare.
+bool MainWindow::write_snapshot(const std::string& path) {
+    kestrone::IKestronePanel* panel = session().panel();
+    if (!panel) return false;
+    const std::string why = snapshots_.write(*panel, path);
+    if (why.empty()) return true;
+    tell("Cannot write the picture " + path + ": " + why);
+    return false;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!may_discard()) return event->ignore();
+    player_.stop();
+    clock_.stop();
+    event->accept();
+}
+
+bool MainWindow::may_discard() {
+    if (!session().dirty()) return true;
+    return confirm_discard_ ? confirm_discard_() : ask_discard();
+}
+
+bool MainWindow::ask_discard() {
+    const auto answer = QMessageBox::question(
+        this, project_name(), tr("The project has unsaved changes. Save them first?"),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    if (answer == QMessageBox::Cancel) return false;
+    if (answer == QMessageBox::Discard) return true;
+    return save_project();
+}
+
+}  // namespace window

@@ -1,0 +1,125 @@
+// kestrone-host's window: the panel with Start and Stop, zoom, the property dialog, project files,
+// robot programs, help, and the recording and playing of console scripts. A thin face of the host
+// session: every action is one session call, recorded as the console line it amounts to.
+#pragma once
+
+#include <QLabel>
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "action_recorder.h"
+#include "clock_driver.h"
+#include "console_session.h"
+#include "panel_snapshot.h"
+#include "panel_view.h"
+#include "program_pane.h"
+#include "script_player.h"
+#include "session_input.h"
+#include "window_services.h"
+
+namespace window {
+
+class PropertiesDialog;
+
+// The file dialogs; an empty name when the user cancels.
+QString ask_open_path(QWidget* parent, const QString& title, const QString& filter);
+QString ask_save_path(QWidget* parent, const QString& title, const QString& filter);
+
+struct WindowOptions {
+    std::string module;    // the component module
+    std::string play;      // a console script to play in real time
+    std::string project;   // a project file to open
+    int zoom = 1;          // 1, 2 or 3
+    std::string snapshot;  // a PNG of the panel, written once the script has played
+    bool quit_after_play = false;
+};
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+  public:
+    explicit MainWindow(WindowOptions options, SteadyClock clock = &steady_ms);
+    ~MainWindow() override;
+
+    // Loads the module, opens the project, makes the object and starts the clock; then plays the
+    // script if one was given. False when there is no object to show (the user has been told).
+    bool start();
+
+    // The actions of the menus.
+    void start_simulation();
+    void stop_simulation();
+    void set_zoom(int zoom);
+    void show_properties();
+    // The dialog for the open page, not yet shown (show_properties runs it modally).
+    std::unique_ptr<PropertiesDialog> make_properties();
+    bool new_project();
+    bool open_project(const std::string& path);
+    bool save_project();
+    bool save_project_as(const std::string& path);
+    bool open_program(const std::string& path);
+    void run_program();
+    void stop_program();
+    bool save_recording(const std::string& path);
+    bool save_code(const std::string& path);
+    void show_help();
+    // The panel as it stands, at a zoom of 1, to a PNG; false with the user told when it fails.
+    bool write_snapshot(const std::string& path);
+
+    host::ComponentSession& session() { return console_.session(); }
+    ClockDriver& clock() { return clock_; }
+    SessionInput& input() { return input_; }
+    ActionRecorder& recorder() { return recorder_; }
+    WindowServices& services() { return services_; }
+    ScriptPlayer& player() { return player_; }
+    ProgramPane* program_pane() const { return program_; }
+    panelqt::PanelView* view() const { return view_; }
+    QString status_text() const { return status_->text(); }
+    // The question before unsaved changes are lost: true to go on. Tests give their own answer.
+    void set_confirm_discard(std::function<bool()> confirm) {
+        confirm_discard_ = std::move(confirm);
+    }
+    // The failures of the last play, and the exit status for --quit-after-play.
+    int exit_status() const { return exit_status_; }
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void build_menus();
+    void build_file_menu();
+    void build_program_menu();
+    // A new object, made ready as a host does; the view follows it.
+    bool make_object(bool ready);
+    void follow_object();
+    void after_clock();
+    void update_title();
+    void update_status();
+    void tell(const std::string& text);
+    bool may_discard();
+    bool ask_discard();
+    void played_to_end();
+    void refresh_code();
+    QString project_name();
+
+    WindowOptions options_;
+    std::ostringstream answers_;
+    WindowServices services_;
+    console::ConsoleSession console_;
+    ActionRecorder recorder_;
+    ClockDriver clock_;
+    SessionInput input_;
+    ScriptPlayer player_;
+    panelqt::PanelSnapshots snapshots_;
+    panelqt::PanelView* view_ = nullptr;
+    QLabel* placeholder_ = nullptr;
+    ProgramPane* program_ = nullptr;
+    QLabel* status_ = nullptr;
+    kestrone::IKestronePanel* shown_panel_ = nullptr;
+    std::function<bool()> confirm_discard_;
+    int exit_status_ = 0;
+    int shown_line_ = -1;
+};
+
+}  // namespace window

@@ -1,0 +1,31 @@
+#include "dialogue_font.h"
+
+#include <QFontMetrics>
+
+namespace panelqt {
+
+namespace {
+
+// Installed with the build's packages (fonts-dejavu-core); asked for by name so that no other
+// font of the machine stands in while it is there.
+constexpr const char* kFamily = "DejaVu Sans";
+constexpr int kPixelSize = 10;
+// DejaVu Sans is a little wide for a dialogue font: narrowed, its digits fill the 6-pixel cell.
+constexpr int kStretch = 94;
+
+}  // namespace
+
+// Made afresh each time: a QFont kept in a static would outlive the application that it needs.
+QFont dialogue_font() {
+    QFont font(QString::fromLatin1(kFamily));
+    font.setPixelSize(kPixelSize);
+    font.setStretch(kStretch);
+    font.setHintingPreference(QFont::PreferFullHinting);
+    return font;
+}
+
+int text_width(const QString& text) {
+    return QFontMetrics(dialogue_font()).horizontalAdvance(text);
+}
+
+}  // namespace panelqt

@@ -1,0 +1,171 @@
+// The window's own actions: the property dialog around the page, project files with their mark
+// for unsaved changes, and what the user is told when something fails.
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QRadioButton>
+#include <QRect>
+#include <QTest>
+
+#include "properties_dialog.h"
+#include "support/temp_dir.h"
+#include "window_fixture.h"
+
+namespace window_testing {
+namespace {
+
+using kestrone::Variant;
+
+class WindowActionsTest : public WindowTest {
+  protected:
+    std::int32_t setting(const std::string& name) { return number_of(call(name)); }
+    // Types `text` into the dialog's text box as a user would, replacing what it held.
+    static void type_into(window::PropertiesDialog& dialog, const std::string& name,
+                          const QString& text) {
+        auto* box = qobject_cast<QLineEdit*>(dialog.widget(name));
+        ASSERT_NE(box, nullptr) << name;
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, text);
+    }
+    testing_support::TempDir dir_;
+};
+
+TEST_F(WindowActionsTest, ApplyingThePageChangesTheSettingsAndMarksTheProjectUnsaved) {
+    auto dialog = window_->make_properties();
+    ASSERT_NE(dialog, nullptr);
+    type_into(*dialog, "txtiThreshR", "300");
+    qobject_cast<QRadioButton*>(dialog->widget("optInt"))->click();
+    EXPECT_TRUE(dialog->apply_button()->isEnabled());
+    EXPECT_FALSE(window_->session().dirty());
+    dialog->apply_button()->click();
+    EXPECT_EQ(setting("iThreshR"), 300);
+    EXPECT_EQ(setting("bReturnInt"), 1);
+    EXPECT_EQ(field("iADCMax"), 1023);
+    // The frame clears Changed after a good apply, and Apply goes grey with it.
+    EXPECT_FALSE(dialog->apply_button()->isEnabled());
+    EXPECT_TRUE(window_->session().dirty());
+    EXPECT_TRUE(window_->isWindowModified());
+    dialog->ok();
+    EXPECT_FALSE(window_->session().page_open());
+}
+
+TEST_F(WindowActionsTest, AFailedApplyIsToldAndLeavesTheLaterSettings) {
+    const std::int32_t front = setting("iThreshF");
+    auto dialog = window_->make_properties();
+    ASSERT_NE(dialog, nullptr);
+    type_into(*dialog, "txtiThreshR", "77");
+    type_into(*dialog, "txtiThreshF", "many");
+    EXPECT_FALSE(dialog->apply());
+    EXPECT_EQ(setting("iThreshR"), 77);
+    EXPECT_EQ(setting("iThreshF"), front);
+    ASSERT_EQ(told_.size(), 1u);
+    EXPECT_NE(told_[0].find("Type mismatch"), std::string::npos) << told_[0];
+    // Cancel closes the page without another apply.
+    dialog->cancel();
+    EXPECT_FALSE(window_->session().page_open());
+    EXPECT_EQ(setting("iThreshR"), 77);
+}
+
+TEST_F(WindowActionsTest, ADamagedProjectFileLeavesTheOpenProjectAsItWas) {
+    call("iThreshL", {Variant::integer(42)}, true);
+    const std::string good = dir_.path() + "/good.kproj";
+    ASSERT_TRUE(window_->save_project_as(good));
+    EXPECT_FALSE(window_->isWindowModified());
+    EXPECT_TRUE(window_->windowTitle().startsWith("good"));
+    // An unsaved change through the page.
+    auto dialog = window_->make_properties();
+    type_into(*dialog, "txtiThreshL", "43");
+    dialog->ok();
+    ASSERT_TRUE(window_->session().dirty());
+    const auto entries = window_->session().store().entries().size();
+    kestrone::IKestronePanel* panel = window_->session().panel();
+
+    const std::string bad = dir_.write("bad.kproj", "{\"entries\": [ {\"key\": ");
+    int asked = 0;
+    window_->set_confirm_discard([&] { return ++asked, true; });
+    EXPECT_FALSE(window_->open_project(bad));
+    EXPECT_EQ(asked, 1);
+    ASSERT_EQ(told_.size(), 1u);
+    EXPECT_NE(told_[0].find("bad.kproj"), std::string::npos) << told_[0];
+    EXPECT_EQ(window_->session().project_path(), good);
+    EXPECT_TRUE(window_->session().dirty());
+    EXPECT_TRUE(window_->isWindowModified());
+    EXPECT_EQ(window_->session().store().entries().size(), entries);
+    EXPECT_EQ(window_->session().panel(), panel);
+    EXPECT_EQ(setting("iThreshL"), 43);
+
+    // The good file opens into a new object with its settings.
+    EXPECT_TRUE(window_->open_project(good));
+    EXPECT_EQ(setting("iThreshL"), 42);
+    EXPECT_FALSE(window_->session().dirty());
+}
+
+TEST_F(WindowActionsTest, UnsavedChangesAreAskedForBeforeNewAndKeptWhenTheUserSaysNo) {
+    auto dialog = window_->make_properties();
+    type_into(*dialog, "txtiThreshF", "12");
+    dialog->ok();
+    kestrone::IKestronePanel* panel = window_->session().panel();
+    // An untitled project has no file to save to: the user is asked for one instead.
+    EXPECT_FALSE(window_->save_project());
+    EXPECT_TRUE(window_->session().dirty());
+    window_->set_confirm_discard([] { return false; });
+    EXPECT_FALSE(window_->new_project());
+    EXPECT_EQ(window_->session().panel(), panel);
+    EXPECT_EQ(setting("iThreshF"), 12);
+    EXPECT_FALSE(window_->close());
+    window_->set_confirm_discard([] { return true; });
+    EXPECT_TRUE(window_->new_project());
+    EXPECT_NE(setting("iThreshF"), 12);
+    EXPECT_FALSE(window_->session().dirty());
+    EXPECT_TRUE(window_->windowTitle().startsWith("Untitled"));
+}
+
+TEST_F(WindowActionsTest, AProgramWithAFaultIsToldWithItsPlaceAndNothingRuns) {
+    const std::string path = dir_.write("broken.kflow", "int a\nforever {\n  a = = 1\n}\n");
+    EXPECT_FALSE(window_->open_program(path));
+    ASSERT_EQ(told_.size(), 1u);
+    EXPECT_NE(told_[0].find("broken.kflow:"), std::string::npos) << told_[0];
+    window_->run_program();
+    EXPECT_EQ(field("bSimulating"), 0);
+    EXPECT_EQ(told_.size(), 2u);
+}
+
+TEST(WindowStartTest, AMissingModuleIsToldAndLeavesNoObject) {
+    window::WindowOptions options;
+    options.module = "/nonexistent/KT5_Rovanta.so";
+    window::MainWindow window(options, [] { return std::int64_t{0}; });
+    std::vector<std::string> told;
+    window.services().set_box_handler([&](QWidget* box) {
+        told.push_back(static_cast<QMessageBox*>(box)->text().toStdString());
+        box->close();
+    });
+    EXPECT_FALSE(window.start());
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_NE(told[0].find("/nonexistent/KT5_Rovanta.so"), std::string::npos) << told[0];
+    EXPECT_EQ(window.view(), nullptr);
+    EXPECT_FALSE(window.session().has_object());
+}
+
+TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
+    auto dialog = window_->make_properties();
+    ASSERT_NE(dialog, nullptr);
+    // 1500, 1260, 1560 and 330 twips inside its frame.
+    EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(100, 84, 104, 22));
+    EXPECT_EQ(dialog->widget("txtiThreshR")->parentWidget(), dialog->widget("Frame1"));
+    EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(16, 200, 369, 97));
+    std::vector<std::string> order;
+    QWidget* w = dialog->widget("txtiThreshF");
+    for (int n = 0; n < 7; ++n) {
+        order.push_back(w->objectName().toStdString());
+        do
+            w = w->nextInFocusChain();
+        while (!(w->focusPolicy() & Qt::TabFocus));
+    }
+    const std::vector<std::string> expected{"txtiThreshF", "txtiThreshL", "txtiThreshR",
+                                            "optInt",      "optByte",     "chkWaitForButton",
+                                            "sldMotorBias"};
+    EXPECT_EQ(order, expected);
+}
+
+}  // namespace
+}  // namespace window_testing

@@ -1,0 +1,90 @@
+#include "window_fixture.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace window_testing {
+
+using kestrone::Variant;
+
+std::string example(const std::string& name) {
+    return std::string(KESTRONE_EXAMPLES) + "/" + name;
+}
+
+std::int32_t number_of(const Variant& v) {
+    switch (v.type()) {
+        case kestrone::VarType::Integer:
+            return v.as_integer();
+        case kestrone::VarType::Long:
+            return v.as_long();
+        case kestrone::VarType::Boolean:
+            return v.as_boolean() ? -1 : 0;
+        case kestrone::VarType::Byte:
+            return v.as_byte();
+        case kestrone::VarType::Single:
+            return static_cast<std::int32_t>(v.as_single());
+        default:
+            ADD_FAILURE() << "not a number";
+            return 0;
+    }
+}
+
+WindowTest::WindowTest() {
+    window::WindowOptions options;
+    options.module = KESTRONE_MODULE;
+    window_ = std::make_unique<window::MainWindow>(options, [this] { return now_; });
+    window_->services().set_box_handler([this](QWidget* box) {
+        told_.push_back(static_cast<QMessageBox*>(box)->text().toStdString());
+        box->close();
+    });
+    EXPECT_TRUE(window_->start());
+}
+
+void WindowTest::elapse(std::int64_t ms, std::int64_t step) {
+    for (std::int64_t done = 0; done < ms;) {
+        const std::int64_t by = std::min(step, ms - done);
+        now_ += by;
+        done += by;
+        window_->clock().pulse();
+    }
+}
+
+Variant WindowTest::call(const std::string& name, std::vector<Variant> args, bool write) {
+    const auto op = host::ComponentSession::find_operation(name, write);
+    EXPECT_TRUE(op) << name;
+    if (!op) return {};
+    Variant result;
+    EXPECT_TRUE(kestrone::succeeded(window_->session().call(*op, args, &result))) << name;
+    return result;
+}
+
+std::int32_t WindowTest::field(const std::string& name, std::int32_t index) {
+    Variant v;
+    const auto at = index < 0 ? std::nullopt : std::optional<std::int32_t>(index);
+    EXPECT_EQ(window_->session().field(name, at, "", &v), kestrone::S_OK) << name;
+    return number_of(v);
+}
+
+std::int32_t WindowTest::property(const std::string& element, std::int32_t index,
+                                  const std::string& name) {
+    Variant v;
+    const auto at = index < 0 ? std::nullopt : std::optional<std::int32_t>(index);
+    EXPECT_EQ(window_->session().element_property(element, at, name, &v), kestrone::S_OK);
+    return number_of(v);
+}
+
+std::int32_t WindowTest::element(const std::string& name, std::int32_t index) {
+    std::int32_t id = -1;
+    const auto at = index < 0 ? std::nullopt : std::optional<std::int32_t>(index);
+    EXPECT_EQ(window_->session().find_element(name, at, &id), kestrone::S_OK) << name;
+    return id;
+}
+
+}  // namespace window_testing
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
