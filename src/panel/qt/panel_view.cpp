@@ -102,6 +102,10 @@ void PanelView::flush() {
 }
 
 void PanelView::paintEvent(QPaintEvent* event) {
+    // A repaint by the platform raises the panel's own Paint first, as a container does; what it
+    // changes is then painted here, or in the next frame where it lies outside this region.
+    panel_->Paint();
+    refresh();
     QPainter p(this);
     p.scale(zoom_, zoom_);
     const QRect area = event->rect();
@@ -110,6 +114,8 @@ void PanelView::paintEvent(QPaintEvent* event) {
                            QPoint(area.right() / zoom_, area.bottom() / zoom_));
     scene_->paint(p, panel_area, focused_);
     ++repaint_count_;
+    pending_ -= event->region();
+    if (pending_.isEmpty()) frame_timer_.stop();
 }
 
 QImage render_panel(kestrone::IKestronePanel& panel, int zoom, int device_pixel_ratio) {

@@ -43,6 +43,8 @@ class DirectPanelInput final : public PanelInput {
     kestrone::IKestronePanel* panel_;
 };
 
+// The panel at a zoom of 1, 2 or 3. Each repaint by the platform raises the panel's Paint event
+// first, as a container does; the painting itself reads the panel and changes nothing.
 class PanelView : public QWidget {
     Q_OBJECT
   public:
@@ -100,7 +102,8 @@ class PanelView : public QWidget {
 };
 
 // The panel as it stands at `zoom`, rendered offscreen by the same painting code (needs a
-// QGuiApplication; the offscreen platform will do).
+// QGuiApplication; the offscreen platform will do). It raises no Paint event: the picture is of
+// the panel as it is. A null image when the panel cannot be read.
 QImage render_panel(kestrone::IKestronePanel& panel, int zoom = 1, int device_pixel_ratio = 1);
 
 }  // namespace panelqt
