@@ -224,6 +224,25 @@ TEST(ViewRepaint, OnlyWhatChangedIsRepaintedOncePerFrame) {
     EXPECT_EQ(view.repaint_count(), settled + 1);
 }
 
+TEST(ViewRepaint, AMovedElementsOldPlaceIsRepaintedToo) {
+    ViewRobot robot;
+    panelqt::DirectPanelInput input(robot.panel());
+    panelqt::PanelView view(robot.panel(), input);
+    view.set_zoom(2);
+    robot.put("updownADC", 3, "Value", kestrone::Variant::long_(40));
+    const QRect before = robot.box("imSlideBar", 3);
+    view.refresh();
+    ASSERT_TRUE(wait_for([&] { return view.pending_region().isEmpty(); }));
+    robot.put("updownADC", 3, "Value", kestrone::Variant::long_(220));
+    robot.put("imageUp", 1, "Visible", kestrone::Variant::boolean(false));
+    const QRect after = robot.box("imSlideBar", 3);
+    ASSERT_FALSE(before.intersects(after));
+    view.refresh();
+    const QRegion due = view.pending_region();
+    for (const QRect& r : {before, after, robot.box("imageUp", 1)})
+        EXPECT_TRUE(due.contains(QRect(r.topLeft() * 2, r.size() * 2))) << r.x() << "," << r.y();
+}
+
 TEST(ViewRepaint, ARepaintRaisesThePanelsPaintAndShowsWhatItDrew) {
     ViewRobot robot;
     panelqt::DirectPanelInput input(robot.panel());

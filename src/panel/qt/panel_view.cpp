@@ -58,6 +58,7 @@ void PanelView::reset(kestrone::IKestronePanel& panel) {
     pending_ = QRegion();
     frame_timer_.stop();
     if (panel_->GetRevision(&painted_revision_) != S_OK) painted_revision_ = 0;
+    remember_places();
     set_zoom(zoom_);
 }
 
@@ -76,18 +77,29 @@ void PanelView::refresh() {
     }
     QRegion region;
     for (const std::int32_t id : changed) {
-        region += widget_rect(id);
-        // An element that moved leaves its old place to repaint as well.
-        if (auto it = last_rects_.find(id); it != last_rects_.end()) region += it->second;
+        // An element that moved or hid leaves its old place to repaint as well.
+        const QRect place = scene_->element_rect(id);
+        region += scaled(last_rects_[id]);
+        region += scaled(place);
+        last_rects_[id] = place;
     }
     schedule(region);
 }
 
-QRect PanelView::widget_rect(std::int32_t id) {
-    const QRect r = scene_->element_rect(id);
-    const QRect scaled(r.topLeft() * zoom_, r.size() * zoom_);
-    last_rects_[id] = scaled;
-    return scaled;
+QRect PanelView::scaled(const QRect& r) const {
+    return {r.topLeft() * zoom_, r.size() * zoom_};
+}
+
+QRect PanelView::widget_rect(std::int32_t id) const {
+    return scaled(scene_->element_rect(id));
+}
+
+void PanelView::remember_places() {
+    last_rects_.clear();
+    std::int32_t count = 0;
+    if (panel_->GetElementCount(&count) != S_OK) return;
+    for (std::int32_t id = 0; id < count; ++id)
+        last_rects_[id] = scene_->element_rect(id);
 }
 
 void PanelView::schedule(const QRegion& region) {

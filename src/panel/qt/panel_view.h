@@ -85,9 +85,11 @@ class PanelView : public QWidget {
     void after_input();
     void forward_pointer(kestrone::PointerAction action, QMouseEvent* event);
     void press_focused(int times, bool up);
-    // Element `id`'s place in widget pixels, remembered so that its old place is repainted when
-    // it moves or hides.
-    QRect widget_rect(std::int32_t id);
+    QRect scaled(const QRect& panel_pixels) const;
+    // Element `id`'s place in widget pixels.
+    QRect widget_rect(std::int32_t id) const;
+    // Every element's place as painted, so that a move or a hide repaints the old place too.
+    void remember_places();
 
     kestrone::IKestronePanel* panel_;
     PanelInput& input_;
@@ -96,7 +98,7 @@ class PanelView : public QWidget {
     std::uint64_t painted_revision_ = 0;
     std::int32_t focused_ = -1;
     QRegion pending_;
-    std::unordered_map<std::int32_t, QRect> last_rects_;
+    std::unordered_map<std::int32_t, QRect> last_rects_;  // in panel pixels
     QTimer frame_timer_;
     int repaint_count_ = 0;
 };
