@@ -74,6 +74,11 @@ TEST(PanelPlaces, FrameCaptionsSitInTheTopEdgeInTheirColour) {
         EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 6), rgb(look.shadow));
         EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 7), rgb(look.light));
         EXPECT_EQ(rgb_at(image, f.left + 5, f.top + 6), rgb(look.back));
+        // The etching round the bottom: shadow, then light on the frame's last row.
+        const QRect box = robot.box(f.name, f.index);
+        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom() - 1), rgb(look.shadow));
+        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom()), rgb(look.light));
+        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom() - 2), rgb(look.back));
         EXPECT_GT(count_ink(image, QRect(f.left + 6, f.top, 18, 6), look.fore, look.back), 4);
         // No ink left of the caption, above the frame's line.
         EXPECT_EQ(count_ink(image, QRect(f.left, f.top, 5, 6), look.fore, look.back), 0);
@@ -97,6 +102,15 @@ TEST(PanelPlaces, ValueCaptionsAreGreenOnTheOlivePlate) {
         EXPECT_EQ(rgb_at(image, plate.right(), plate.center().y()), 0x808000u);
         EXPECT_NE(rgb_at(image, plate.left(), plate.top()), 0x808000u);
         EXPECT_NE(rgb_at(image, plate.right(), plate.bottom()), 0x808000u);
+        // The corners are rounded alike: each row of the plate's ends, clear of the caption,
+        // matches its mirror row from the bottom.
+        for (int y = 0; y < plate.height() / 2; ++y)
+            for (const int x : {plate.left(), plate.right() - 5}) {
+                const QRect row(x, plate.top() + y, 6, 1), mirror(x, plate.bottom() - y, 6, 1);
+                EXPECT_EQ(count_colour(image, row, 0x808000u),
+                          count_colour(image, mirror, 0x808000u))
+                    << "row " << y;
+            }
     }
 }
 
