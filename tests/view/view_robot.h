@@ -35,7 +35,14 @@ class ViewRobot {
     // Macro `number` through SimMacroCall with these 16-bit arguments, the simulation started.
     void macro(std::int32_t number, const std::vector<std::int16_t>& args = {});
     void advance(std::int64_t ms);
+    // A procedure of the control's that takes no arguments.
+    void call(const std::string& name);
     void click(const std::string& element);
+    // A property written as a program would write it, its events raised.
+    void put(const std::string& element, std::int32_t index, const std::string& property,
+             const kestrone::Variant& value);
+    // The picture of that role as the panel hands it out.
+    QImage picture(kestrone::PictureRole role);
     void arrow(const std::string& element, std::int32_t index, bool up, int times = 1);
 
     QuietServices services;
@@ -49,5 +56,13 @@ class ViewRobot {
 std::uint32_t rgb_at(const QImage& image, int x, int y);
 // How many pixels of `r` have colour `rgb`.
 int count_colour(const QImage& image, const QRect& r, std::uint32_t rgb);
+// How many pixels of `r` are nearer to `ink` than to `paper`: text, smoothed at its edges.
+int count_ink(const QImage& image, const QRect& r, std::uint32_t ink, std::uint32_t paper);
+int count_ink(const QImage& image, const QRect& r, kestrone::Rgba ink, kestrone::Rgba paper);
+
+// The opaque pixels of `picture`, its top left at `at`, that lie in `cut` and differ from the
+// image there, those in `hidden` left out; -1 when none lies in `cut`.
+int mismatches(const QImage& image, const QImage& picture, QPoint at, const QRect& cut,
+               const QRect& hidden = {});
 
 }  // namespace view_testing

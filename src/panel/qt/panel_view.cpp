@@ -58,6 +58,7 @@ void PanelView::reset(kestrone::IKestronePanel& panel) {
     pending_ = QRegion();
     frame_timer_.stop();
     if (panel_->GetRevision(&painted_revision_) != S_OK) painted_revision_ = 0;
+    remember_places();
     set_zoom(zoom_);
 }
 
@@ -76,18 +77,29 @@ void PanelView::refresh() {
     }
     QRegion region;
     for (const std::int32_t id : changed) {
-        region += widget_rect(id);
-        // An element that moved leaves its old place to repaint as well.
-        if (auto it = last_rects_.find(id); it != last_rects_.end()) region += it->second;
+        // An element that moved or hid leaves its old place to repaint as well.
+        const QRect place = scene_->element_rect(id);
+        region += scaled(last_rects_[id]);
+        region += scaled(place);
+        last_rects_[id] = place;
     }
     schedule(region);
 }
 
-QRect PanelView::widget_rect(std::int32_t id) {
-    const QRect r = scene_->element_rect(id);
-    const QRect scaled(r.topLeft() * zoom_, r.size() * zoom_);
-    last_rects_[id] = scaled;
-    return scaled;
+QRect PanelView::scaled(const QRect& r) const {
+    return {r.topLeft() * zoom_, r.size() * zoom_};
+}
+
+QRect PanelView::widget_rect(std::int32_t id) const {
+    return scaled(scene_->element_rect(id));
+}
+
+void PanelView::remember_places() {
+    last_rects_.clear();
+    std::int32_t count = 0;
+    if (panel_->GetElementCount(&count) != S_OK) return;
+    for (std::int32_t id = 0; id < count; ++id)
+        last_rects_[id] = scene_->element_rect(id);
 }
 
 void PanelView::schedule(const QRegion& region) {
@@ -102,6 +114,10 @@ void PanelView::flush() {
 }
 
 void PanelView::paintEvent(QPaintEvent* event) {
+    // A repaint by the platform raises the panel's own Paint first, as a container does; what it
+    // changes is then painted here, or in the next frame where it lies outside this region.
+    panel_->Paint();
+    refresh();
     QPainter p(this);
     p.scale(zoom_, zoom_);
     const QRect area = event->rect();
@@ -110,6 +126,8 @@ void PanelView::paintEvent(QPaintEvent* event) {
                            QPoint(area.right() / zoom_, area.bottom() / zoom_));
     scene_->paint(p, panel_area, focused_);
     ++repaint_count_;
+    pending_ -= event->region();
+    if (pending_.isEmpty()) frame_timer_.stop();
 }
 
 QImage render_panel(kestrone::IKestronePanel& panel, int zoom, int device_pixel_ratio) {

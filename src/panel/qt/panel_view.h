@@ -43,6 +43,8 @@ class DirectPanelInput final : public PanelInput {
     kestrone::IKestronePanel* panel_;
 };
 
+// The panel at a zoom of 1, 2 or 3. Each repaint by the platform raises the panel's Paint event
+// first, as a container does; the painting itself reads the panel and changes nothing.
 class PanelView : public QWidget {
     Q_OBJECT
   public:
@@ -83,9 +85,11 @@ class PanelView : public QWidget {
     void after_input();
     void forward_pointer(kestrone::PointerAction action, QMouseEvent* event);
     void press_focused(int times, bool up);
-    // Element `id`'s place in widget pixels, remembered so that its old place is repainted when
-    // it moves or hides.
-    QRect widget_rect(std::int32_t id);
+    QRect scaled(const QRect& panel_pixels) const;
+    // Element `id`'s place in widget pixels.
+    QRect widget_rect(std::int32_t id) const;
+    // Every element's place as painted, so that a move or a hide repaints the old place too.
+    void remember_places();
 
     kestrone::IKestronePanel* panel_;
     PanelInput& input_;
@@ -94,13 +98,14 @@ class PanelView : public QWidget {
     std::uint64_t painted_revision_ = 0;
     std::int32_t focused_ = -1;
     QRegion pending_;
-    std::unordered_map<std::int32_t, QRect> last_rects_;
+    std::unordered_map<std::int32_t, QRect> last_rects_;  // in panel pixels
     QTimer frame_timer_;
     int repaint_count_ = 0;
 };
 
 // The panel as it stands at `zoom`, rendered offscreen by the same painting code (needs a
-// QGuiApplication; the offscreen platform will do).
+// QGuiApplication; the offscreen platform will do). It raises no Paint event: the picture is of
+// the panel as it is. A null image when the panel cannot be read.
 QImage render_panel(kestrone::IKestronePanel& panel, int zoom = 1, int device_pixel_ratio = 1);
 
 }  // namespace panelqt

@@ -1,0 +1,140 @@
+// The panel as the view paints it at start-up: its size, and the pictures and captions where the
+// layout puts them, in the panel's pixels (15 twips to the pixel).
+#include <gtest/gtest.h>
+
+#include "panel_view.h"
+#include "view_robot.h"
+
+namespace {
+
+using kestrone::PictureRole;
+using view_testing::count_colour;
+using view_testing::count_ink;
+using view_testing::mismatches;
+using view_testing::rgb_at;
+using view_testing::ViewRobot;
+
+std::uint32_t rgb(kestrone::Rgba c) {
+    return (c.red << 16) | (c.green << 8) | c.blue;
+}
+
+TEST(PanelPlaces, StartUpIsCutAtTheRightMotorFrame) {
+    ViewRobot robot;
+    const QImage image = robot.render();
+    ASSERT_EQ(image.size(), QSize(344, 282));
+    // The logo reaches 8 pixels below the panel: its last row painted is its row 38.
+    const QImage logo = robot.picture(PictureRole::Logo);
+    EXPECT_EQ(mismatches(image, logo, {91, 243}, image.rect()), 0);
+    for (int x = 0; x < logo.width(); ++x)
+        EXPECT_EQ(rgb_at(image, 91 + x, 281), logo.pixel(x, 38) & 0xFFFFFFu) << x;
+}
+
+TEST(PanelPlaces, DarkLedsStandInARowSevenToZero) {
+    ViewRobot robot;
+    const QImage image = robot.render();
+    const QImage dark = robot.picture(PictureRole::LedDark);
+    for (int led = 0; led < 8; ++led) {
+        const QPoint at(86 + 22 * (7 - led), 80);
+        // Each LED's last column lies under its left neighbour.
+        EXPECT_EQ(mismatches(image, dark, at, QRect(at, QSize(22, 26))), 0) << led;
+    }
+}
+
+TEST(PanelPlaces, MotorSignsAndDrumsInTheirFrames) {
+    ViewRobot robot;
+    const QImage image = robot.render();
+    const QImage drum = robot.picture(PictureRole::WheelDrum);
+    for (const int frame_left : {8, 266}) {
+        // The direction sign sits inside a one-pixel border of the fore colour.
+        const QRect sign(frame_left + 39, 245, 26, 26);
+        const auto fore = rgb(robot.look("imageStopped", 0).fore);
+        EXPECT_EQ(count_colour(image, QRect(sign.left(), sign.top(), 26, 1), fore), 26);
+        EXPECT_EQ(count_colour(image, QRect(sign.right(), sign.top(), 1, 26), fore), 26);
+        // The drum's rim shows round the lines that lie over it.
+        EXPECT_EQ(rgb_at(image, frame_left + 3, 202), drum.pixel(0, 0) & 0xFFFFFFu);
+        EXPECT_EQ(rgb_at(image, frame_left + 3 + 28, 202 + 75), drum.pixel(28, 75) & 0xFFFFFFu);
+    }
+}
+
+TEST(PanelPlaces, FrameCaptionsSitInTheTopEdgeInTheirColour) {
+    ViewRobot robot;
+    const QImage image = robot.render();
+    struct Frame {
+        const char* name;
+        int index;
+        int left, top;
+    };
+    for (const Frame f : {Frame{"frameADC", 0, 8, 0}, Frame{"frameADC", 3, 146, 126},
+                          Frame{"frameMotor", 1, 266, 189}, Frame{"Frame1", -1, 82, 68},
+                          Frame{"frameSwitches", -1, 65, 0}}) {
+        SCOPED_TRACE(f.name);
+        const kestrone::ElementView look = robot.look(f.name, f.index);
+        // The etched line runs half a text line down; the caption's back cuts it from a pixel
+        // before the text on.
+        EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 6), rgb(look.shadow));
+        EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 7), rgb(look.light));
+        EXPECT_EQ(rgb_at(image, f.left + 5, f.top + 6), rgb(look.back));
+        // The etching round the bottom: shadow, then light on the frame's last row.
+        const QRect box = robot.box(f.name, f.index);
+        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom() - 1), rgb(look.shadow));
+        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom()), rgb(look.light));
+        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom() - 2), rgb(look.back));
+        EXPECT_GT(count_ink(image, QRect(f.left + 6, f.top, 18, 6), look.fore, look.back), 4);
+        // No ink left of the caption, above the frame's line.
+        EXPECT_EQ(count_ink(image, QRect(f.left, f.top, 5, 6), look.fore, look.back), 0);
+    }
+    // The frame of the heading pictures has no caption: its pictures cover its edge.
+    EXPECT_EQ(rgb_at(image, 150, 2), 0xFFFFFFu);
+}
+
+TEST(PanelPlaces, ValueCaptionsAreGreenOnTheOlivePlate) {
+    ViewRobot robot;
+    const QImage image = robot.render();
+    for (int sensor = 0; sensor < 5; ++sensor) {
+        SCOPED_TRACE(sensor);
+        const QRect plate = robot.box("Shape1", sensor);
+        const QRect caption = robot.box("lblADCVal", sensor);
+        EXPECT_GT(count_ink(image, caption, 0x00FF00u, 0x808000u), 3);
+        EXPECT_EQ(count_ink(image, plate, 0x00FF00u, 0x808000u),
+                  count_ink(image, caption, 0x00FF00u, 0x808000u));
+        // Olive fills the plate between its rounded corners, and not the corners' tips.
+        EXPECT_EQ(rgb_at(image, plate.left(), plate.center().y()), 0x808000u);
+        EXPECT_EQ(rgb_at(image, plate.right(), plate.center().y()), 0x808000u);
+        EXPECT_NE(rgb_at(image, plate.left(), plate.top()), 0x808000u);
+        EXPECT_NE(rgb_at(image, plate.right(), plate.bottom()), 0x808000u);
+        // The corners are rounded alike: each row of the plate's ends, clear of the caption,
+        // matches its mirror row from the bottom.
+        for (int y = 0; y < plate.height() / 2; ++y)
+            for (const int x : {plate.left(), plate.right() - 5}) {
+                const QRect row(x, plate.top() + y, 6, 1), mirror(x, plate.bottom() - y, 6, 1);
+                EXPECT_EQ(count_colour(image, row, 0x808000u),
+                          count_colour(image, mirror, 0x808000u))
+                    << "row " << y;
+            }
+    }
+}
+
+TEST(PanelPlaces, SpeedCaptionsInAWhiteBorderedBox) {
+    ViewRobot robot;
+    const QImage image = robot.render();
+    for (const int index : {0, 1}) {
+        const kestrone::ElementView look = robot.look("lblSpeedVal", index);
+        const QRect box = robot.box("lblSpeedVal", index);
+        EXPECT_EQ(box.size(), QSize(38, 17));
+        EXPECT_EQ(count_colour(image, QRect(box.left(), box.top(), box.width(), 1), rgb(look.fore)),
+                  box.width());
+        EXPECT_EQ(rgb_at(image, box.left() + 1, box.top() + 1), rgb(look.back));
+        // "0", centred: its ink in the middle third, none in the outer ones.
+        const QRect inner = box - QMargins(1, 1, 1, 1);
+        const int third = inner.width() / 3;
+        EXPECT_GT(count_ink(image, inner, look.fore, look.back), 3);
+        EXPECT_EQ(count_ink(image, QRect(inner.left(), inner.top(), third, inner.height()),
+                            look.fore, look.back),
+                  0);
+        EXPECT_EQ(count_ink(image, QRect(inner.right() - third, inner.top(), third, inner.height()),
+                            look.fore, look.back),
+                  0);
+    }
+}
+
+}  // namespace

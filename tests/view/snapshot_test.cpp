@@ -1,0 +1,79 @@
+// `snapshot FILE`: the console asks the host's view for a PNG of the panel; the console alone knows
+// no view.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <sstream>
+
+#include "console_session.h"
+#include "panel_snapshot.h"
+#include "panel_view.h"
+#include "support/temp_dir.h"
+#include "view_robot.h"
+
+namespace {
+
+using testing_support::TempDir;
+
+TEST(PanelSnapshot, WritesThePanelAtZoomOneAsAPng) {
+    view_testing::ViewRobot robot;
+    robot.macro(4, {90});
+    robot.advance(130);
+    TempDir dir;
+    const std::string path = dir.path() + "/panel.png";
+    panelqt::PanelSnapshots snapshots;
+    ASSERT_EQ(snapshots.write(robot.panel(), path), "");
+    QImage written(QString::fromStdString(path), "PNG");
+    ASSERT_EQ(written.size(), QSize(344, 282));
+    const QImage rendered = robot.render();
+    int differing = 0;
+    for (int y = 0; y < 282; ++y)
+        for (int x = 0; x < 344; ++x)
+            differing += (written.pixel(x, y) & 0xFFFFFF) != (rendered.pixel(x, y) & 0xFFFFFF);
+    EXPECT_EQ(differing, 0);
+    // A folder that is not there cannot take the file.
+    const std::string why = snapshots.write(robot.panel(), dir.path() + "/none/panel.png");
+    EXPECT_EQ(why.rfind("cannot write " + dir.path() + "/none/panel.png", 0), 0u) << why;
+}
+
+class ConsoleSnapshot : public ::testing::Test {
+  protected:
+    ConsoleSnapshot() {
+        console.session().load_module(KESTRONE_MODULE);
+        console.start();
+        out.str("");
+    }
+    std::string run(const std::string& line) {
+        out.str("");
+        console.execute(line);
+        return out.str();
+    }
+    std::ostringstream out;
+    console::ConsoleSession console{out};
+};
+
+TEST_F(ConsoleSnapshot, WithoutAViewItFails) {
+    EXPECT_EQ(run("snapshot panel.png"), "fail no view built\n");
+}
+
+TEST_F(ConsoleSnapshot, TheHookGetsThePanelAndTheFileAndItsAnswerComesBack) {
+    std::vector<std::string> asked;
+    kestrone::IKestronePanel* given = nullptr;
+    std::string answer;
+    console.set_snapshot([&](kestrone::IKestronePanel& panel, const std::string& path) {
+        given = &panel;
+        asked.push_back(path);
+        return answer;
+    });
+    EXPECT_EQ(run("snapshot \"a b.png\""), "ok\n");
+    EXPECT_EQ(given, console.session().panel());
+    answer = "cannot write x: full";
+    EXPECT_EQ(run("snapshot x"), "fail cannot write x: full\n");
+    EXPECT_EQ(asked, (std::vector<std::string>{"a b.png", "x"}));
+    // A command without its file never reaches the hook.
+    EXPECT_EQ(run("snapshot").rfind("fail ", 0), 0u);
+    EXPECT_EQ(run("snapshot a b").rfind("fail ", 0), 0u);
+    EXPECT_EQ(asked.size(), 2u);
+}
+
+}  // namespace
