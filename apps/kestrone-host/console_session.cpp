@@ -47,7 +47,9 @@ void ConsoleServices::PlayTone(std::int32_t hertz, std::int32_t milliseconds) no
 }
 
 ConsoleSession::ConsoleSession(std::ostream& out, host::ProjectCodec codec)
-    : out_(out), services_(out_), session_(services_, std::move(codec)) {}
+    : out_(out), services_(out_), session_(services_, std::move(codec)) {
+    session_.on_clock_step(world::kStepMs, [this](std::int64_t) { world_driver_.step(); });
+}
 
 const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::commands() {
     static const std::map<std::string_view, Handler> table{
@@ -69,6 +71,7 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"run", &ConsoleSession::cmd_run},
         {"var", &ConsoleSession::cmd_var},
         {"expect", &ConsoleSession::cmd_expect},
+        {"world", &ConsoleSession::cmd_world},
     };
     return table;
 }

@@ -2,6 +2,7 @@
 // the clock.
 #include "component_session.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "session_busy.h"
@@ -180,15 +181,33 @@ HRESULT ComponentSession::advance(std::int64_t ms, std::int64_t* ticks) {
     return advance_to(saturated_sum(now(), ms), ticks);
 }
 
+void ComponentSession::on_clock_step(std::int64_t period_ms, std::function<void(std::int64_t)> step) {
+    step_period_ = period_ms > 0 ? period_ms : 0;
+    clock_step_ = step_period_ ? std::move(step) : nullptr;
+}
+
 HRESULT ComponentSession::advance_to(std::int64_t when, std::int64_t* ticks) {
     if (ticks) *ticks = 0;
     if (!panel_) return kNoObject;
+    const std::int64_t target = panel_time(when);
     std::int64_t raised = 0;
-    HRESULT hr;
-    {
+    HRESULT hr = kestrone::S_OK;
+    const auto bring_to = [&](std::int64_t at) {
+        std::int64_t n = 0;
         Busy b(depth_);
-        hr = panel_->AdvanceTo(panel_time(when), &raised);
+        hr = panel_->AdvanceTo(at, &n);
+        raised += n;
+    };
+    // The steps in time order with the ticks: those due by a step come before it.
+    std::int64_t from = 0;
+    panel_->GetClock(&from);
+    for (std::int64_t at = from - from % std::max<std::int64_t>(step_period_, 1) + step_period_;
+         clock_step_ && panel_ && at <= target && !kestrone::failed(hr); at += step_period_) {
+        bring_to(at);
+        clock_step_(at);
+        if (at > kFarthest - step_period_) break;
     }
+    if (panel_ && !kestrone::failed(hr)) bring_to(target);
     if (ticks) *ticks = raised;
     return hr;
 }

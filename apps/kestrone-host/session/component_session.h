@@ -158,6 +158,10 @@ class ComponentSession {
     // keeps one, raised once the thread is free. `ticks` counts the ticks raised.
     kestrone::HRESULT advance(std::int64_t ms, std::int64_t* ticks = nullptr);
     kestrone::HRESULT advance_to(std::int64_t when, std::int64_t* ticks = nullptr);
+    // Something that keeps step with the wheels (a world the robot drives in): called at every
+    // multiple of `period_ms` of the panel's clock that advance and advance_to pass, after the
+    // ticks due by then. An empty function ends it.
+    void on_clock_step(std::int64_t period_ms, std::function<void(std::int64_t)> step);
 
     // ---- The store and the project file ----
 
@@ -259,6 +263,8 @@ class ComponentSession {
     // again, carries on from where the last one stood.
     std::int64_t clock_offset_ = 0;
     std::int64_t last_now_ = 0;
+    std::int64_t step_period_ = 0;
+    std::function<void(std::int64_t)> clock_step_;
 
     kestrone::MemoryStore store_;
     std::string project_path_;
