@@ -96,10 +96,12 @@ TEST(WorldDriver, MovesOnlyWhileSimulatingAtTheWheelsSpeedsHeldToTheirRange) {
     Rig r;
     r.panel.speeds = {300, 300};
     r.panel.running = false;
-    for (int i = 0; i < 10; ++i) r.driver.step();
+    for (int i = 0; i < 10; ++i)
+        r.driver.step();
     EXPECT_EQ(r.world.pose().centre.x, 1000);
     r.panel.running = true;
-    for (int i = 0; i < 10; ++i) r.driver.step();
+    for (int i = 0; i < 10; ++i)
+        r.driver.step();
     EXPECT_NEAR(r.world.pose().centre.x, 1025.5, 1e-9);  // 255 mm/s for 100 ms
     r.panel.speeds = {-400, -255};
     r.driver.step();
@@ -123,14 +125,15 @@ TEST(WorldDriver, LeavesTheInputsAloneWithoutAWorldOrWhileTheyTakeNoInput) {
     r.panel.deaf = false;
     r.world.place({{1000, 500}, 0});
     r.driver.placed();
-    EXPECT_EQ(r.panel.checks[0], 0);  // off the line
+    EXPECT_EQ(r.panel.checks[0], 0);    // off the line
     EXPECT_EQ(r.panel.sensors[0], 19);  // 1 / (1 + 3.5^2) of 255: 19.2
 }
 
 TEST(WorldDriver, LoadAndResetPutTheInputsAtTheStart) {
     Rig r;
     r.panel.speeds = {-200, -200};
-    for (int i = 0; i < 45; ++i) r.driver.step();
+    for (int i = 0; i < 45; ++i)
+        r.driver.step();
     EXPECT_EQ(r.panel.sensors[3], 51);  // 90 mm back: 240 beyond the rim, 0.2 of 255
     r.driver.reset();
     EXPECT_EQ(r.world.pose().centre.x, 1000);

@@ -17,7 +17,8 @@ World open_floor(const char* start = "robot 1000 1000 0", const char* extra = ""
 }
 
 void run(World& w, double left, double right, int ms) {
-    for (int t = 0; t < ms; t += kStepMs) w.step(left, right);
+    for (int t = 0; t < ms; t += kStepMs)
+        w.step(left, right);
 }
 
 void expect_whole(const World& w, std::int32_t x, std::int32_t y, std::int32_t heading) {

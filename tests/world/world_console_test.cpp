@@ -24,7 +24,8 @@ class Console {
         console_.execute(line);
         std::string last, l;
         std::istringstream lines(out_.str());
-        while (std::getline(lines, l)) last = l;
+        while (std::getline(lines, l))
+            last = l;
         return last;
     }
     bool expectations_met() const { return console_.expectations_met(); }
@@ -63,7 +64,8 @@ TEST(WorldConsole, AnswersThePoseTheZonesAndFailsAsItShould) {
     EXPECT_EQ(c("world in far"), "ok False");
     EXPECT_EQ(c("world in Start"), "fail the world has no zone Start");
     // A bad file changes nothing.
-    EXPECT_EQ(c("world load " + bad), "fail " + bad + ":3: wall takes 4 numbers (x1 y1 x2 y2), not 3");
+    EXPECT_EQ(c("world load " + bad),
+              "fail " + bad + ":3: wall takes 4 numbers (x1 y1 x2 y2), not 3");
     EXPECT_EQ(c("world in start"), "ok True");
     EXPECT_EQ(c("world y"), "ok 500&");
     EXPECT_EQ(c("world"), "fail world takes load FILE, reset, x, y, heading, in NAME or unload");
@@ -108,7 +110,8 @@ TEST(WorldConsole, TheRobotStepsEveryTenMillisecondsWhileTheComponentSimulates) 
     testing_support::TempDir dir;
     Console c;
     ASSERT_EQ(c("world load " + dir.write("room.world", kRoom)), "ok");
-    const std::string drive = dir.write("drive.kflow", "DriveBackwards(150)\ndelay 1000\nDriveStop()\n");
+    const std::string drive =
+        dir.write("drive.kflow", "DriveBackwards(150)\ndelay 1000\nDriveStop()\n");
     EXPECT_EQ(c("run " + drive), "ok 1000&");
     EXPECT_EQ(c("world y"), "ok 350&");
     EXPECT_EQ(c("world in start"), "ok False");

@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
+#include "session_port.h"
 #include "world_view.h"
 
 namespace world {
@@ -41,12 +42,12 @@ zone goal 1600 1100 300 300
 )";
 
 struct Scene {
+    QApplication& application = app();  // before any widget
     World world;
     NoPanel panel;
     WorldDriver driver{world, panel};
     WorldView view{driver};
     Scene() {
-        app();
         std::string error;
         EXPECT_TRUE(world.load_text(kArena, "arena.world", &error)) << error;
     }
@@ -68,15 +69,16 @@ TEST(WorldView, DrawsTheWallsAndTheRobotAtTheirPlacesToScale) {
         EXPECT_EQ(image.width(), 2 * WorldView::kMargin + 400 * zoom);
         EXPECT_EQ(image.height(), 2 * WorldView::kMargin + 300 * zoom);
         EXPECT_EQ(s.at(image, {1000, 750}), kWallPixel);
-        EXPECT_EQ(s.at(image, {1000, 495}), kWallPixel);  // within the wall's drawn thickness
+        EXPECT_EQ(s.at(image, {1002, 600}), kWallPixel);  // within the wall's drawn thickness
         EXPECT_EQ(s.at(image, {1000, 1100}), kFloorPixel);
         EXPECT_EQ(s.at(image, {0, 750}), kWallPixel);  // the border
         // The body round its centre, on either side of the heading's mark.
         EXPECT_EQ(s.at(image, {400, 330}), kBodyPixel);
         EXPECT_EQ(s.at(image, {400, 270}), kBodyPixel);
         EXPECT_EQ(s.at(image, {400, 380}), kFloorPixel);
-        // The mark points along the heading.
-        EXPECT_EQ(qGray(s.at(image, {440, 300})), 255);
+        // The mark points along the heading, light on the body.
+        EXPECT_GT(qGray(s.at(image, {440, 300})), 180);
+        EXPECT_LT(qGray(s.at(image, {360, 300})), 130);
     }
     s.view.set_zoom(0);
     EXPECT_EQ(s.view.zoom(), 1);
@@ -87,20 +89,56 @@ TEST(WorldView, DrawsTheWallsAndTheRobotAtTheirPlacesToScale) {
 TEST(WorldView, TheTrailFollowsThePathUntilAReset) {
     Scene s;
     s.view.set_zoom(2);
-    for (int i = 0; i < 150; ++i) s.world.step(200, 200);  // 300 mm along y 300
+    for (int i = 0; i < 150; ++i)
+        s.world.step(200, 200);  // 300 mm along y 300
     QImage image = s.view.render_image();
     EXPECT_NE(s.at(image, {500, 300}), kFloorPixel);
     EXPECT_EQ(s.at(image, {700, 330}), kBodyPixel);
-    const std::string shot = KESTRONE_SCREENSHOT;
-    EXPECT_TRUE(image.save(QString::fromStdString(shot), "PNG"));
     s.world.reset();
     image = s.view.render_image();
     EXPECT_EQ(s.at(image, {500, 300}), kFloorPixel);
     EXPECT_EQ(s.at(image, {700, 330}), kFloorPixel);
 }
 
+struct Silent : kestrone::IHostServices {
+    virtual ~Silent() = default;
+    void ShowMessage(const std::string&) noexcept override {}
+    void PlayTone(std::int32_t, std::int32_t) noexcept override {}
+};
+
+// The light seeker run in its maze by the real component, drawn where it stopped with the trail
+// of its way there.
+TEST(WorldView, DrawsTheLightSeekersWayThroughItsMaze) {
+    app();
+    Silent services;
+    host::ComponentSession session(services);
+    ASSERT_TRUE(session.load_module(KESTRONE_MODULE));
+    ASSERT_EQ(session.create_object(), kestrone::S_OK);
+    World maze;
+    SessionPort port(session);
+    WorldDriver driver(maze, port);
+    session.on_clock_step(kStepMs, [&driver](std::int64_t) { driver.step(); });
+    const std::string examples = KESTRONE_EXAMPLES;
+    std::string error;
+    ASSERT_TRUE(driver.load_file(examples + "/light_maze.world", &error)) << error;
+    ASSERT_TRUE(session.load_program(examples + "/light_seeker.kflow", &error)) << error;
+    EXPECT_EQ(session.run_program().end, kflow::RunOutcome::End::Finished);
+    ASSERT_TRUE(maze.arena().zone("light")->contains(maze.pose().centre));
+    WorldView view(driver);
+    view.set_zoom(2);
+    const QImage image = view.render_image();
+    const QPointF body =
+        view.to_pixels(maze.pose().centre + 40 * direction(maze.pose().heading + 2));
+    EXPECT_EQ(image.pixel(body.toPoint()), kBodyPixel);
+    // The way it came: along the first corridor.
+    const QPointF passed = view.to_pixels({1000, 250});
+    EXPECT_NE(image.pixel(passed.toPoint()), kFloorPixel);
+    EXPECT_TRUE(image.save(QString::fromStdString(KESTRONE_SCREENSHOT), "PNG"));
+}
+
 void mouse(WorldView& v, QEvent::Type type, QPointF at) {
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held =
+        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
     QMouseEvent e(type, at, v.mapToGlobal(at), Qt::LeftButton, held, Qt::NoModifier);
     QApplication::sendEvent(&v, &e);
 }

@@ -181,7 +181,8 @@ HRESULT ComponentSession::advance(std::int64_t ms, std::int64_t* ticks) {
     return advance_to(saturated_sum(now(), ms), ticks);
 }
 
-void ComponentSession::on_clock_step(std::int64_t period_ms, std::function<void(std::int64_t)> step) {
+void ComponentSession::on_clock_step(std::int64_t period_ms,
+                                     std::function<void(std::int64_t)> step) {
     step_period_ = period_ms > 0 ? period_ms : 0;
     clock_step_ = step_period_ ? std::move(step) : nullptr;
 }

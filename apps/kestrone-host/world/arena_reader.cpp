@@ -84,8 +84,8 @@ class Reader {
 
 const std::map<std::string_view, Reader::Handler>& Reader::items() {
     static const std::map<std::string_view, Handler> table{
-        {"size", &Reader::size},   {"robot", &Reader::robot}, {"line", &Reader::line},
-        {"wall", &Reader::wall},   {"light", &Reader::light}, {"zone", &Reader::zone},
+        {"size", &Reader::size}, {"robot", &Reader::robot}, {"line", &Reader::line},
+        {"wall", &Reader::wall}, {"light", &Reader::light}, {"zone", &Reader::zone},
     };
     return table;
 }
@@ -118,7 +118,8 @@ Vec Reader::point(std::string_view x, std::string_view y, std::string_view what)
 }
 
 void Reader::size(const std::vector<std::string_view>& w) {
-    if (size_line_) throw Fault("size comes twice (first on line " + std::to_string(size_line_) + ")");
+    if (size_line_)
+        throw Fault("size comes twice (first on line " + std::to_string(size_line_) + ")");
     count(w, 2, "width height");
     arena_.width = number(w[1], "width");
     arena_.height = number(w[2], "height");
@@ -173,8 +174,8 @@ void Reader::zone(const std::vector<std::string_view>& w) {
                     std::to_string(w.size() - 1) + " words");
     const std::string name(w[1]);
     if (const auto seen = zone_lines_.find(name); seen != zone_lines_.end())
-        throw Fault("zone " + name + " comes twice (first on line " +
-                    std::to_string(seen->second) + ")");
+        throw Fault("zone " + name + " comes twice (first on line " + std::to_string(seen->second) +
+                    ")");
     Zone z{name, point(w[2], w[3], "the zone's corner"), number(w[4], "width"),
            number(w[5], "height")};
     if (z.width <= 0 || z.height <= 0) throw Fault("a zone's width and height must be above 0");

@@ -28,7 +28,7 @@ std::optional<double> ray_hit(Vec from, Vec dir, const Segment& s) {
         if (ta < 0 || tb < 0) return 0.0;
         return std::min(ta, tb);
     }
-    const double t = cross(w, d) / denom;  // along the ray
+    const double t = cross(w, d) / denom;    // along the ray
     const double u = cross(w, dir) / denom;  // along the segment
     if (t < 0 || u < 0 || u > 1) return std::nullopt;
     return t;

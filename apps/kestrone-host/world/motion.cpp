@@ -13,8 +13,8 @@ Pose drive(const Pose& from, double left_speed, double right_speed, double secon
     // About the centre of the turn, at radius v / omega from the body's centre.
     const double radius = v * seconds / turn;
     const double h0 = from.heading, h1 = from.heading + turn;
-    to.centre = from.centre + Vec{radius * (std::sin(h1) - std::sin(h0)),
-                                  radius * (std::cos(h0) - std::cos(h1))};
+    to.centre = from.centre +
+                Vec{radius * (std::sin(h1) - std::sin(h0)), radius * (std::cos(h0) - std::cos(h1))};
     to.heading = wrap_angle(h1);
     return to;
 }

@@ -20,7 +20,8 @@ class SessionPort : public PanelPort {
 
   private:
     std::optional<std::int32_t> whole_field(const char* name, std::optional<std::int32_t> index);
-    std::optional<std::int32_t> element_number(const char* element, std::optional<std::int32_t> index,
+    std::optional<std::int32_t> element_number(const char* element,
+                                               std::optional<std::int32_t> index,
                                                const char* property);
     host::ComponentSession& session_;
 };

@@ -28,7 +28,8 @@ bool World::load_file(const std::string& path, std::string* error) {
 bool World::load_text(std::string_view text, const std::string& name, std::string* error) {
     ArenaReading reading = read_arena(text);
     if (!reading.arena) {
-        if (error) *error = name + ":" + std::to_string(reading.error.line) + ": " + reading.error.text;
+        if (error)
+            *error = name + ":" + std::to_string(reading.error.line) + ": " + reading.error.text;
         return false;
     }
     arena_ = std::move(reading.arena);

@@ -5,6 +5,7 @@
 #include <QPainterPath>
 #include <QWheelEvent>
 #include <algorithm>
+#include <cmath>
 
 namespace world {
 
@@ -33,8 +34,8 @@ void WorldView::set_zoom(int zoom) {
 QSize WorldView::sizeHint() const {
     const World& w = driver_.world();
     if (!w.loaded()) return {2 * kMargin + 200, 2 * kMargin + 150};
-    return {2 * kMargin + static_cast<int>(std::ceil(w.arena().width * scale())),
-            2 * kMargin + static_cast<int>(std::ceil(w.arena().height * scale()))};
+    return {2 * kMargin + static_cast<int>(std::lround(w.arena().width * scale())),
+            2 * kMargin + static_cast<int>(std::lround(w.arena().height * scale()))};
 }
 
 QPointF WorldView::to_pixels(Vec f) const {
@@ -83,16 +84,19 @@ void WorldView::paint_floor(QPainter& p) const {
                        to_pixels({z.corner.x + z.width, z.corner.y}));
         p.fillRect(r, kZone);
         p.setPen(kZone.darker(200));
-        p.drawText(r.adjusted(2, 2, -2, -2), Qt::AlignLeft | Qt::AlignTop, QString::fromStdString(z.name));
+        p.drawText(r.adjusted(2, 2, -2, -2), Qt::AlignLeft | Qt::AlignTop,
+                   QString::fromStdString(z.name));
     }
     for (const Line& l : a.lines) {
         QPainterPath path(to_pixels(l.points.front()));
-        for (const Vec& pt : l.points) path.lineTo(to_pixels(pt));
+        for (const Vec& pt : l.points)
+            path.lineTo(to_pixels(pt));
         p.strokePath(path, QPen(kLine, std::max(1.0, l.width * scale()), Qt::SolidLine,
                                 Qt::RoundCap, Qt::RoundJoin));
     }
     p.setPen(QPen(kWall, std::max(2.0, kWallThickness * scale()), Qt::SolidLine, Qt::SquareCap));
-    for (const Segment& s : a.walls) p.drawLine(to_pixels(s.a), to_pixels(s.b));
+    for (const Segment& s : a.walls)
+        p.drawLine(to_pixels(s.a), to_pixels(s.b));
     for (const Light& l : a.lights) {
         const double r = std::max(3.0, 40 * scale());
         p.setPen(Qt::NoPen);
@@ -107,7 +111,8 @@ void WorldView::paint_robot(QPainter& p) const {
     const World& w = driver_.world();
     if (w.trail().size() > 1) {
         QPainterPath trail(to_pixels(w.trail().front()));
-        for (const Vec& pt : w.trail()) trail.lineTo(to_pixels(pt));
+        for (const Vec& pt : w.trail())
+            trail.lineTo(to_pixels(pt));
         trail.lineTo(to_pixels(w.pose().centre));
         p.strokePath(trail, QPen(kTrail, 1.5));
     }
