@@ -28,8 +28,9 @@ QApplication& app() {
     static char name[] = "world_view_tests";
     static char* argv[] = {name, nullptr};
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication a(argc, argv);
-    return a;
+    // Never destroyed: it must outlive every widget, and the process's end tidies it.
+    static QApplication* a = new QApplication(argc, argv);
+    return *a;
 }
 
 // 2000 by 1500: a wall down the middle, a line track, a light and a goal.
