@@ -16,6 +16,7 @@ wall 1000 500  1000 1000
 light 1800 1400 0.5
 zone goal 1600 1100 300 300
 zone start 0 0 400 400
+zone mark 100 100 1 0.5
 )";
 
 TEST(ArenaFile, ReadsEveryItemWithTheBorderAsWalls) {
@@ -42,6 +43,9 @@ TEST(ArenaFile, ReadsEveryItemWithTheBorderAsWalls) {
     EXPECT_FALSE(a.zone("goal")->contains({1599, 1200}));
     EXPECT_EQ(a.zone("Goal"), nullptr);
     EXPECT_NE(a.zone("start"), nullptr);
+    ASSERT_NE(a.zone("mark"), nullptr);  // a zone of a millimetre and less
+    EXPECT_TRUE(a.zone("mark")->contains({101, 100.5}));
+    EXPECT_FALSE(a.zone("mark")->contains({101, 100.6}));
 }
 
 TEST(ArenaFile, HeadingsAreBroughtIntoOneTurnAndCommentsAndBlanksAreSkipped) {
@@ -112,6 +116,7 @@ TEST(ArenaFile, ABadFileLeavesTheWorldAsItWas) {
     EXPECT_EQ(w.pose().centre, before.centre);
     EXPECT_EQ(w.revision(), revision);
     EXPECT_EQ(w.arena().walls.size(), 5u);
+    EXPECT_EQ(w.arena().zones.size(), 3u);
     EXPECT_FALSE(w.load_file("/nonexistent/arena.world", &error));
     EXPECT_EQ(error, "/nonexistent/arena.world: cannot read the file");
     EXPECT_TRUE(w.loaded());

@@ -108,6 +108,10 @@ TEST(InfraredRays, ReadTheFirstWallAlongEachRayLessTheBodysRadius) {
     EXPECT_NEAR(r.left, 1 - (150 * std::sqrt(2.0) - 60) / 300, 1e-12);
     EXPECT_NEAR(r.right, 1 - (200 * std::sqrt(2.0) - 60) / 300, 1e-12);
     EXPECT_DOUBLE_EQ(r.forward, 0);
+    // A wall that lies along the ray is met at its nearer end; one behind the body is not.
+    EXPECT_NEAR(ray_reading(arena_of("wall 600 500 800 500\n"), at(500, 500, 0), 0), 1 - 40.0 / 300,
+                1e-12);
+    EXPECT_DOUBLE_EQ(ray_reading(arena_of("wall 100 500 400 500\n"), at(500, 500, 0), 0), 0);
     // The nearest of two walls on one ray counts; at the rim the reading is full.
     EXPECT_DOUBLE_EQ(ray_reading(arena_of("wall 560 100 560 900\n"), at(500, 500, 0), 0), 1);
     EXPECT_DOUBLE_EQ(ray_reading(a, at(500, 500, 180), 0), 0);

@@ -56,6 +56,7 @@ TEST(WorldConsole, AnswersThePoseTheZonesAndFailsAsItShould) {
     EXPECT_EQ(c("world reset"), "fail no world is loaded");
     EXPECT_EQ(c("world load " + dir.path() + "/none.world"),
               "fail " + dir.path() + "/none.world: cannot read the file");
+    EXPECT_EQ(c("world load \"\\q\""), "fail not a file name: \"\\q\"");
     EXPECT_EQ(c("world load \"" + room + "\""), "ok");
     EXPECT_EQ(c("world x"), "ok 500&");
     EXPECT_EQ(c("world y"), "ok 500&");

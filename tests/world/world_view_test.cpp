@@ -77,6 +77,10 @@ TEST(WorldView, DrawsTheWallsAndTheRobotAtTheirPlacesToScale) {
         EXPECT_EQ(s.at(image, {400, 330}), kBodyPixel);
         EXPECT_EQ(s.at(image, {400, 270}), kBodyPixel);
         EXPECT_EQ(s.at(image, {400, 380}), kFloorPixel);
+        // The light, a yellow disc over the floor.
+        const QRgb light = s.at(image, {1800, 1400});
+        EXPECT_GT(qRed(light), qBlue(light) + 100);
+        EXPECT_GT(qGreen(light), qBlue(light) + 60);
         // The mark points along the heading, light on the body.
         EXPECT_GT(qGray(s.at(image, {440, 300})), 180);
         EXPECT_LT(qGray(s.at(image, {360, 300})), 130);
@@ -137,10 +141,9 @@ TEST(WorldView, DrawsTheLightSeekersWayThroughItsMaze) {
     EXPECT_TRUE(image.save(QString::fromStdString(KESTRONE_SCREENSHOT), "PNG"));
 }
 
-void mouse(WorldView& v, QEvent::Type type, QPointF at) {
-    const Qt::MouseButtons held =
-        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent e(type, at, v.mapToGlobal(at), Qt::LeftButton, held, Qt::NoModifier);
+void mouse(WorldView& v, QEvent::Type type, QPointF at, Qt::MouseButton button = Qt::LeftButton) {
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
+    QMouseEvent e(type, at, v.mapToGlobal(at), button, held, Qt::NoModifier);
     QApplication::sendEvent(&v, &e);
 }
 
@@ -170,7 +173,12 @@ TEST(WorldView, PicksUpPutsDownAndTurnsTheRobotOnlyWhileMovable) {
     // Two notches turn it 30 degrees anticlockwise; the driver set the inputs at each placing.
     wheel(s.view, drop, 240);
     EXPECT_EQ(whole_pose(s.world.pose()).heading, 30);
-    // A press beside the body picks nothing up; a drop against a wall is refused.
+    // The right button picks nothing up; nor does a press beside the body; a drop against a
+    // wall is refused.
+    mouse(s.view, QEvent::MouseButtonPress, drop, Qt::RightButton);
+    mouse(s.view, QEvent::MouseMove, s.view.to_pixels({1500, 300}), Qt::RightButton);
+    mouse(s.view, QEvent::MouseButtonRelease, s.view.to_pixels({1500, 300}), Qt::RightButton);
+    EXPECT_NEAR(s.world.pose().centre.x, 700, 2.5);
     const Pose before = s.world.pose();
     mouse(s.view, QEvent::MouseButtonPress, s.view.to_pixels({900, 900}));
     mouse(s.view, QEvent::MouseButtonRelease, s.view.to_pixels({1500, 900}));
