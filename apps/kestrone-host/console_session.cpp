@@ -50,7 +50,9 @@ void ConsoleServices::PlayTone(std::int32_t hertz, std::int32_t milliseconds) no
 
 ConsoleSession::ConsoleSession(std::ostream& out, host::ProjectCodec codec,
                                kestrone::IHostServices* services)
-    : out_(out), services_(out_), session_(services ? *services : services_, std::move(codec)) {}
+    : out_(out), services_(out_), session_(services ? *services : services_, std::move(codec)) {
+    session_.on_clock_step(world::kStepMs, [this](std::int64_t) { world_driver_.step(); });
+}
 
 const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::commands() {
     static const std::map<std::string_view, Handler> table{
@@ -74,6 +76,7 @@ const std::map<std::string_view, ConsoleSession::Handler>& ConsoleSession::comma
         {"var", &ConsoleSession::cmd_var},
         {"expect", &ConsoleSession::cmd_expect},
         {"help", &ConsoleSession::cmd_help},
+        {"world", &ConsoleSession::cmd_world},
     };
     return table;
 }

@@ -13,6 +13,8 @@
 #include "command_line.h"
 #include "component_session.h"
 #include "kestrone/services.h"
+#include "session_port.h"
+#include "world_driver.h"
 
 namespace console {
 
@@ -126,9 +128,18 @@ class ConsoleSession {
     void cmd_var(const CommandLine&);
     void cmd_expect(const CommandLine&);
 
+    // the world (console_world.cpp)
+    void cmd_world(const CommandLine&);
+    void world_pose(const CommandLine&);
+    void world_in(const CommandLine&);
+
     // Declared in this order so that the session, and the object with it, goes first.
     Output out_;
     ConsoleServices services_;
+    // The world works the session's panel; it goes after the session, which calls it.
+    world::World world_;
+    world::SessionPort world_port_{session_};
+    world::WorldDriver world_driver_{world_, world_port_};
     host::ComponentSession session_;
     SnapshotHook snapshot_;
     bool quit_ = false;

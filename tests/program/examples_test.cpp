@@ -101,25 +101,32 @@ TEST(Demonstration, LineFollowerGivesUpWhenItNeverFindsTheBar) {
     EXPECT_EQ(d.robot.field("iMotorSpeed", 0), 0);
 }
 
-TEST(Demonstration, LightSeekerTurnsTowardTheLightAndStopsInIt) {
+TEST(Demonstration, LightSeekerVeersFromTheNearerWallAndStopsInTheLight) {
     Demo d("light_seeker.kflow");
     d.robot.set_sensor(0, 50);   // the LDR
-    d.robot.set_sensor(2, 120);  // brighter on the left
+    d.robot.set_sensor(2, 120);  // a wall nearer on the left
     d.robot.set_sensor(4, 40);
     d.clock.at(150, [&] {
-        EXPECT_EQ(d.robot.field("iMotorSpeed", 0), -100);  // spinning left
-        EXPECT_THAT(d.lit(), ElementsAre(0));              // 50 >> 5 is 1: one LED
+        EXPECT_EQ(d.robot.field("iMotorSpeed", 0), 200);  // veering right
+        EXPECT_EQ(d.robot.field("iMotorSpeed", 1), 100);
+        EXPECT_THAT(d.lit(), ElementsAre(0));  // 50 >> 5 is 1: one LED
     });
     d.clock.at(300, [&] {
         d.robot.set_sensor(2, 60);
         d.robot.set_sensor(4, 60);
     });
+    d.clock.at(450, [&] { EXPECT_EQ(d.robot.field("iMotorSpeed", 0), 180); });  // straight on
     d.clock.at(500, [&] { d.robot.set_sensor(4, 150); });
-    d.clock.at(650, [&] { EXPECT_EQ(d.robot.field("iMotorSpeed", 0), 100); });
+    d.clock.at(650, [&] {
+        EXPECT_EQ(d.robot.field("iMotorSpeed", 0), 100);  // veering left
+        EXPECT_EQ(d.robot.field("iMotorSpeed", 1), 200);
+        d.robot.set_sensor(3, 200);  // a wall close ahead, the right side the nearer
+    });
+    d.clock.at(750, [&] { EXPECT_EQ(d.robot.field("iMotorSpeed", 0), -100); });  // spinning left
     d.clock.at(800, [&] { d.robot.set_sensor(0, 230); });
     const auto outcome = d.run();
     EXPECT_EQ(outcome.elapsed_ms, 800);
-    EXPECT_EQ(d.var("turns"), 3 + 3);
+    EXPECT_EQ(d.var("turns"), 1);
     EXPECT_EQ(d.var("light"), 230);
     EXPECT_EQ(d.robot.field("iMotorSpeed", 1), 0);
     EXPECT_THAT(d.lit(), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));

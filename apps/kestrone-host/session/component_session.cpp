@@ -2,6 +2,7 @@
 // the clock.
 #include "component_session.h"
 
+#include <algorithm>
 #include <chrono>
 #include <limits>
 
@@ -181,18 +182,41 @@ HRESULT ComponentSession::advance(std::int64_t ms, std::int64_t* ticks) {
     return advance_to(saturated_sum(now(), ms), ticks);
 }
 
+void ComponentSession::on_clock_step(std::int64_t period_ms,
+                                     std::function<void(std::int64_t)> step) {
+    step_period_ = period_ms > 0 ? period_ms : 0;
+    clock_step_ = step_period_ ? std::move(step) : nullptr;
+}
+
 HRESULT ComponentSession::advance_to(std::int64_t when, std::int64_t* ticks) {
     if (ticks) *ticks = 0;
     if (!panel_) return kNoObject;
     std::int64_t raised = 0;
-    HRESULT hr;
-    if (progress_) {
-        hr = advance_in_slices(when, &raised);
-    } else {
-        Busy b(depth_);
-        hr = panel_->AdvanceTo(panel_time(when), &raised);
-    }
+    const HRESULT hr = progress_ ? advance_in_slices(when, &raised) : bring_clock_to(when, &raised);
     if (ticks) *ticks = raised;
+    return hr;
+}
+
+// The clock to `when` in one go; a world keeping step with the wheels is stepped on the way, each
+// step after the ticks due by then.
+HRESULT ComponentSession::bring_clock_to(std::int64_t when, std::int64_t* raised) {
+    const std::int64_t target = panel_time(when);
+    HRESULT hr = kestrone::S_OK;
+    const auto bring_to = [&](std::int64_t at) {
+        std::int64_t n = 0;
+        Busy b(depth_);
+        hr = panel_->AdvanceTo(at, &n);
+        *raised += n;
+    };
+    std::int64_t from = 0;
+    panel_->GetClock(&from);
+    for (std::int64_t at = from - from % std::max<std::int64_t>(step_period_, 1) + step_period_;
+         clock_step_ && panel_ && at <= target && !kestrone::failed(hr); at += step_period_) {
+        bring_to(at);
+        clock_step_(at);
+        if (at > kFarthest - step_period_) break;
+    }
+    if (panel_ && !kestrone::failed(hr)) bring_to(target);
     return hr;
 }
 
@@ -208,11 +232,7 @@ HRESULT ComponentSession::advance_in_slices(std::int64_t when, std::int64_t* rai
         const std::int64_t to = when - at > slice ? at + slice : when;
         const auto started = Clock::now();
         std::int64_t ticks = 0;
-        HRESULT hr;
-        {
-            Busy b(depth_);
-            hr = panel_->AdvanceTo(panel_time(to), &ticks);
-        }
+        const HRESULT hr = bring_clock_to(to, &ticks);
         *raised += ticks;
         // A clock that did not move would never get there.
         if (kestrone::failed(hr) || now() <= at) return hr;

@@ -169,6 +169,10 @@ class ComponentSession {
     // and asks it after each; one that says stop ends the advance with kInterrupted, where the
     // clock then stands, and halts a program run at its next delay.
     void set_progress_check(ProgressCheck check) { progress_ = std::move(check); }
+    // Something that keeps step with the wheels (a world the robot drives in): called at every
+    // multiple of `period_ms` of the panel's clock that advance and advance_to pass, after the
+    // ticks due by then. An empty function ends it.
+    void on_clock_step(std::int64_t period_ms, std::function<void(std::int64_t)> step);
 
     // ---- The store and the project file ----
 
@@ -253,6 +257,7 @@ class ComponentSession {
     void query_interfaces();
     std::int64_t panel_time(std::int64_t session_time) const;
     kestrone::HRESULT advance_in_slices(std::int64_t when, std::int64_t* raised);
+    kestrone::HRESULT bring_clock_to(std::int64_t when, std::int64_t* raised);
 
     kestrone::IHostServices& services_;
     ProjectCodec codec_;
@@ -275,6 +280,8 @@ class ComponentSession {
     std::int64_t clock_offset_ = 0;
     std::int64_t last_now_ = 0;
     ProgressCheck progress_;
+    std::int64_t step_period_ = 0;
+    std::function<void(std::int64_t)> clock_step_;
 
     kestrone::MemoryStore store_;
     std::string project_path_;

@@ -1,0 +1,192 @@
+// The world view drawn offscreen: walls and the robot at their pixels, to scale at each zoom, the
+// trail gone after a reset, and the robot picked up, put down and turned only while movable.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include "session_port.h"
+#include "world_view.h"
+
+namespace world {
+namespace {
+
+struct NoPanel : PanelPort {
+    int clicks = 0;
+    std::optional<bool> simulating() override { return false; }
+    std::optional<std::int32_t> motor_speed(int) override { return 0; }
+    std::optional<std::int32_t> full_scale() override { return 255; }
+    std::optional<std::int32_t> sensor_value(int) override { return 0; }
+    std::optional<std::int32_t> check_value(CheckInput) override { return 0; }
+    bool click(CheckInput) override { return ++clicks, true; }
+    bool arrow(int, bool) override { return false; }
+};
+
+QApplication& app() {
+    static int argc = 1;
+    static char name[] = "world_view_tests";
+    static char* argv[] = {name, nullptr};
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Never destroyed: it must outlive every widget, and the process's end tidies it.
+    static QApplication* a = new QApplication(argc, argv);
+    return *a;
+}
+
+// 2000 by 1500: a wall down the middle, a line track, a light and a goal.
+const char* const kArena = R"(size 2000 1500
+robot 400 300 0
+line 20 200 200 1800 200 1800 1300 200 1300 200 200
+wall 1000 500 1000 1000
+light 1800 1400 1.0
+zone goal 1600 1100 300 300
+)";
+
+struct Scene {
+    QApplication& application = app();  // before any widget
+    World world;
+    NoPanel panel;
+    WorldDriver driver{world, panel};
+    WorldView view{driver};
+    Scene() {
+        std::string error;
+        EXPECT_TRUE(world.load_text(kArena, "arena.world", &error)) << error;
+    }
+    QRgb at(const QImage& image, Vec floor) const {
+        const QPointF p = view.to_pixels(floor);
+        return image.pixel(static_cast<int>(p.x()), static_cast<int>(p.y()));
+    }
+};
+
+const QRgb kWallPixel = qRgb(0x8b, 0x3a, 0x1a), kFloorPixel = qRgb(0xfa, 0xf8, 0xf0),
+           kBodyPixel = qRgb(0x50, 0x70, 0x90);
+
+TEST(WorldView, DrawsTheWallsAndTheRobotAtTheirPlacesToScale) {
+    Scene s;
+    for (int zoom : {1, 3}) {
+        SCOPED_TRACE(zoom);
+        s.view.set_zoom(zoom);
+        const QImage image = s.view.render_image();
+        EXPECT_EQ(image.width(), 2 * WorldView::kMargin + 400 * zoom);
+        EXPECT_EQ(image.height(), 2 * WorldView::kMargin + 300 * zoom);
+        EXPECT_EQ(s.at(image, {1000, 750}), kWallPixel);
+        EXPECT_EQ(s.at(image, {1002, 600}), kWallPixel);  // within the wall's drawn thickness
+        EXPECT_EQ(s.at(image, {1000, 1100}), kFloorPixel);
+        EXPECT_EQ(s.at(image, {0, 750}), kWallPixel);  // the border
+        // The body round its centre, on either side of the heading's mark.
+        EXPECT_EQ(s.at(image, {400, 330}), kBodyPixel);
+        EXPECT_EQ(s.at(image, {400, 270}), kBodyPixel);
+        EXPECT_EQ(s.at(image, {400, 380}), kFloorPixel);
+        // The light, a yellow disc over the floor.
+        const QRgb light = s.at(image, {1800, 1400});
+        EXPECT_GT(qRed(light), qBlue(light) + 100);
+        EXPECT_GT(qGreen(light), qBlue(light) + 60);
+        // The mark points along the heading, light on the body.
+        EXPECT_GT(qGray(s.at(image, {440, 300})), 180);
+        EXPECT_LT(qGray(s.at(image, {360, 300})), 130);
+    }
+    s.view.set_zoom(0);
+    EXPECT_EQ(s.view.zoom(), 1);
+    s.view.set_zoom(99);
+    EXPECT_EQ(s.view.zoom(), WorldView::kLargestZoom);
+}
+
+TEST(WorldView, TheTrailFollowsThePathUntilAReset) {
+    Scene s;
+    s.view.set_zoom(2);
+    for (int i = 0; i < 150; ++i)
+        s.world.step(200, 200);  // 300 mm along y 300
+    QImage image = s.view.render_image();
+    EXPECT_NE(s.at(image, {500, 300}), kFloorPixel);
+    EXPECT_EQ(s.at(image, {700, 330}), kBodyPixel);
+    s.world.reset();
+    image = s.view.render_image();
+    EXPECT_EQ(s.at(image, {500, 300}), kFloorPixel);
+    EXPECT_EQ(s.at(image, {700, 330}), kFloorPixel);
+}
+
+struct Silent : kestrone::IHostServices {
+    virtual ~Silent() = default;
+    void ShowMessage(const std::string&) noexcept override {}
+    void PlayTone(std::int32_t, std::int32_t) noexcept override {}
+};
+
+// The light seeker run in its maze by the real component, drawn where it stopped with the trail
+// of its way there.
+TEST(WorldView, DrawsTheLightSeekersWayThroughItsMaze) {
+    app();
+    Silent services;
+    host::ComponentSession session(services);
+    ASSERT_TRUE(session.load_module(KESTRONE_MODULE));
+    ASSERT_EQ(session.create_object(), kestrone::S_OK);
+    World maze;
+    SessionPort port(session);
+    WorldDriver driver(maze, port);
+    session.on_clock_step(kStepMs, [&driver](std::int64_t) { driver.step(); });
+    const std::string examples = KESTRONE_EXAMPLES;
+    std::string error;
+    ASSERT_TRUE(driver.load_file(examples + "/light_maze.world", &error)) << error;
+    ASSERT_TRUE(session.load_program(examples + "/light_seeker.kflow", &error)) << error;
+    EXPECT_EQ(session.run_program().end, kflow::RunOutcome::End::Finished);
+    ASSERT_TRUE(maze.arena().zone("light")->contains(maze.pose().centre));
+    WorldView view(driver);
+    view.set_zoom(2);
+    const QImage image = view.render_image();
+    const QPointF body =
+        view.to_pixels(maze.pose().centre + 40 * direction(maze.pose().heading + 2));
+    EXPECT_EQ(image.pixel(body.toPoint()), kBodyPixel);
+    // The way it came: along the first corridor.
+    const QPointF passed = view.to_pixels({1000, 250});
+    EXPECT_NE(image.pixel(passed.toPoint()), kFloorPixel);
+    EXPECT_TRUE(image.save(QString::fromStdString(KESTRONE_SCREENSHOT), "PNG"));
+}
+
+void mouse(WorldView& v, QEvent::Type type, QPointF at, Qt::MouseButton button = Qt::LeftButton) {
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
+    QMouseEvent e(type, at, v.mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&v, &e);
+}
+
+void wheel(WorldView& v, QPointF at, int delta) {
+    QWheelEvent e(at, v.mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                  Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&v, &e);
+}
+
+TEST(WorldView, PicksUpPutsDownAndTurnsTheRobotOnlyWhileMovable) {
+    Scene s;
+    s.view.set_zoom(2);
+    const QPointF grip = s.view.to_pixels({420, 310});  // off the centre: the grip is kept
+    const QPointF drop = s.view.to_pixels({720, 610});
+    mouse(s.view, QEvent::MouseButtonPress, grip);
+    mouse(s.view, QEvent::MouseMove, drop);
+    mouse(s.view, QEvent::MouseButtonRelease, drop);
+    wheel(s.view, drop, 240);
+    EXPECT_EQ(whole_pose(s.world.pose()).x, 400);
+    EXPECT_EQ(whole_pose(s.world.pose()).heading, 0);
+    s.view.set_movable(true);
+    mouse(s.view, QEvent::MouseButtonPress, grip);
+    mouse(s.view, QEvent::MouseMove, drop);
+    mouse(s.view, QEvent::MouseButtonRelease, drop);
+    EXPECT_NEAR(s.world.pose().centre.x, 700, 2.5);  // a pixel is 2.5 mm at zoom 2
+    EXPECT_NEAR(s.world.pose().centre.y, 600, 2.5);
+    // Two notches turn it 30 degrees anticlockwise; the driver set the inputs at each placing.
+    wheel(s.view, drop, 240);
+    EXPECT_EQ(whole_pose(s.world.pose()).heading, 30);
+    // The right button picks nothing up; nor does a press beside the body; a drop against a
+    // wall is refused.
+    mouse(s.view, QEvent::MouseButtonPress, drop, Qt::RightButton);
+    mouse(s.view, QEvent::MouseMove, s.view.to_pixels({1500, 300}), Qt::RightButton);
+    mouse(s.view, QEvent::MouseButtonRelease, s.view.to_pixels({1500, 300}), Qt::RightButton);
+    EXPECT_NEAR(s.world.pose().centre.x, 700, 2.5);
+    const Pose before = s.world.pose();
+    mouse(s.view, QEvent::MouseButtonPress, s.view.to_pixels({900, 900}));
+    mouse(s.view, QEvent::MouseButtonRelease, s.view.to_pixels({1500, 900}));
+    EXPECT_EQ(s.world.pose().centre, before.centre);
+    mouse(s.view, QEvent::MouseButtonPress, s.view.to_pixels(before.centre));
+    mouse(s.view, QEvent::MouseButtonRelease, s.view.to_pixels({1010, 750}));
+    EXPECT_EQ(s.world.pose().centre, before.centre);
+}
+
+}  // namespace
+}  // namespace world
