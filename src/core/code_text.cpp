@@ -1,5 +1,6 @@
 // The C text of the code file's marked blocks, and the settings tokens in it.
 #include <algorithm>
+#include <array>
 #include <new>
 
 #include "core/rovanta_core.h"
@@ -20,7 +21,7 @@ std::string RovantaCore::GetCodeFromFile(const std::string& lpCodeName) {
         file1_.open(path);
         // The whole file is always read: a second pair of markers continues the text.
         while (!file1_.at_end()) {
-            const std::string line = file1_.read_line();
+            const std::string_view line = file1_.read_line_view();
             if (in_block) {
                 if (line == end_marker) {
                     end_seen = true;
@@ -88,8 +89,14 @@ void RovantaCore::ReplaceSettingTokens(std::string& text) const {
         if (at != std::string::npos && at + 1 > 32767) vb::raise_error(vb::kOverflow);
         return at;
     };
-    for (const SettingToken& t : kSettingTokens) {
-        const std::string value = t.text(settings);
+    // All sixteen texts are formed first, so a setting without a text fails the whole call
+    // before any token is looked for.
+    std::array<std::string, kSettingTokens.size()> values;
+    for (std::size_t k = 0; k < kSettingTokens.size(); ++k)
+        values[k] = kSettingTokens[k].text(settings);
+    for (std::size_t k = 0; k < kSettingTokens.size(); ++k) {
+        const SettingToken& t = kSettingTokens[k];
+        const std::string& value = values[k];
         const bool holds_itself = value.find(t.token) != std::string::npos;
         std::size_t from = 0;
         for (std::size_t at = place_of(t.token, 0); at != std::string::npos;
