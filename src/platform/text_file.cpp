@@ -81,9 +81,12 @@ std::size_t LineEnds::find(std::size_t from) {
 
 void InputFile::open(const std::string& path) {
     if (open_) vb::raise_error(vb::kFileAlreadyOpen);
-    struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) vb::raise_error(vb::kFileNotFound);
-    if (!read_whole_file(path, text_)) vb::raise_error(vb::kPathFileAccessError);
+    // Read first; only a failed read asks which error it is.
+    if (!read_whole_file(path, text_)) {
+        struct stat st {};
+        vb::raise_error(::stat(path.c_str(), &st) != 0 ? vb::kFileNotFound
+                                                       : vb::kPathFileAccessError);
+    }
     next_ = 0;
     ends_ = LineEnds(text_);
     open_ = true;
