@@ -108,6 +108,13 @@ std::string_view InputFile::read_line_view() {
     return line;
 }
 
+std::string_view InputFile::read_all() {
+    if (!open_) vb::raise_error(vb::kBadFileNameOrNumber);
+    const std::string_view rest = std::string_view(text_).substr(next_);
+    next_ = text_.size();
+    return rest;
+}
+
 void InputFile::close() {
     open_ = false;
     text_.clear();

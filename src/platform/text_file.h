@@ -47,6 +47,8 @@ class InputFile {
     std::string read_line() { return std::string(read_line_view()); }
     // The same line without a copy: it stands until the next open or close.
     std::string_view read_line_view();
+    // All that is left to read, at once (it stands until the next open or close).
+    std::string_view read_all();
     void close();
 
   private:
