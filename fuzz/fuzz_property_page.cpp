@@ -28,8 +28,9 @@ std::string consume_name(FuzzedDataProvider& in, const char* const* names, std::
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static auto robot = fuzzing::shipped_robot();
     FuzzedDataProvider in(data, size);
-    kestrone::ComPtr<kestrone::IKestronePropertyPage> page;
-    robot->CreatePropertyPage(page.put());
+    kestrone::IKestronePropertyPage* raw = nullptr;
+    if (kestrone::failed(robot->CreatePropertyPage(&raw))) __builtin_trap();
+    auto page = kestrone::ComPtr<kestrone::IKestronePropertyPage>::attach(raw);
     kestrone::IUnknown* selected[] = {static_cast<kestrone::IKestroneComponentV5*>(robot.get())};
     page->SetSelectedControls(selected, 1);
     while (in.remaining_bytes() > 0) {

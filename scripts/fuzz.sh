@@ -3,6 +3,7 @@
 # dictionary, new inputs kept in build/fuzz/corpus-NAME. Not part of the test run (scripts/test.sh
 # runs each seed corpus once). Prints one line per target: inputs run, seconds, coverage reached.
 #   scripts/fuzz.sh [RUNS] [TARGET...]
+# FUZZ_SECONDS=N stops each target after N seconds if it has not reached RUNS by then.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 runs=${1:-1000000}
@@ -22,7 +23,7 @@ for name in "${targets[@]}"; do
   log="build/fuzz/fuzz_$name.deep.log"
   start=$(date +%s)
   if ! "build/fuzz/bin/fuzz_$name" -runs="$runs" -max_len=4096 -timeout=10 -rss_limit_mb=2048 \
-      -print_final_stats=1 "${dict[@]}" -artifact_prefix=build/fuzz/artifacts/"$name"- \
+      -max_total_time="${FUZZ_SECONDS:-0}" -print_final_stats=1 "${dict[@]}" -artifact_prefix=build/fuzz/artifacts/"$name"- \
       "$corpus" "fuzz/corpus/$name" >/dev/null 2>"$log"; then
     echo "fuzz_$name: FAILED (see $log and build/fuzz/artifacts/)"
     tail -40 "$log"
