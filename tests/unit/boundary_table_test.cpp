@@ -54,6 +54,10 @@ std::vector<Variant> every_kind() {
         Variant::string(std::string("\0\xff", 2)),
         Variant::byte(0xA5),
         variants(0, {}),
+        // Empty from the lowest bound: its upper bound lies below any Long (a crash found by
+        // fuzzing SimMacroCall: the bound wrapped round and every index seemed inside).
+        variants(kMinLong, {}),
+        Variant::array(VarType::Long, kMinLong, {}),
         variants(kMinLong, {Variant::integer(3), Variant::string("x"), Variant{}}),
         variants(kMaxLong, {Variant::long_(1)}),
         variants(-7, {Variant::integer(0), Variant::integer(200), Variant::integer(255),
@@ -163,6 +167,26 @@ TEST(Boundary, EveryMemberTakesAValueOfEveryKindInEveryPlace) {
         host.StartSimulation();
     }
     expect_still_answers(robot);
+}
+
+// The input the fuzzer found: WriteLeds (10) with an empty array from -2147483648.
+TEST(Boundary, AnEmptyArrayFromTheLowestBoundHasNoElementZero) {
+    host_testing::Robot robot(shipped_code_file());
+    auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
+    ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
+    ASSERT_EQ(host.StartSimulation(), kestrone::S_OK);
+    std::int32_t ret = 0, cycles = 0;
+    Variant affected;
+    for (const std::int32_t lower : {kMinLong, kMinLong + 1, -1})
+        EXPECT_EQ(host.SimMacroCall(10, variants(lower, {}), &ret, &affected, &cycles),
+                  kestrone::basic_error_status(9))
+            << lower;
+    EXPECT_EQ(
+        host.SimMacroCall(10, variants(kMaxLong, {Variant::long_(5)}), &ret, &affected, &cycles),
+        kestrone::basic_error_status(9));
+    EXPECT_EQ(host.SimMacroCall(10, variants(0, {Variant::long_(5)}), &ret, &affected, &cycles),
+              kestrone::S_OK);
+    EXPECT_TRUE(affected.is_array());
 }
 
 TEST(Boundary, BeforeTheMacroTableAndAfterTheRunNothingFailsUnexpectedly) {
