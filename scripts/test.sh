@@ -22,15 +22,13 @@ cmake --build --preset asan -j "$jobs"
 ctest --preset asan -j "$jobs"
 
 if command -v clang++ >/dev/null; then
-  echo "=== fuzzers (short runs)"
+  echo "=== fuzzers (each seed corpus once; scripts/fuzz.sh runs them at depth)"
   cmake --preset fuzz >/dev/null
   cmake --build --preset fuzz -j "$jobs"
   for f in build/fuzz/bin/fuzz_*; do
     name=$(basename "$f")
-    # New inputs go to a scratch folder; the seeds in the repository stay as they are.
-    mkdir -p "build/fuzz/corpus-$name"
-    "$f" -runs=20000 -max_len=4096 "build/fuzz/corpus-$name" "fuzz/corpus/${name#fuzz_}" >/dev/null 2>"build/fuzz/$name.log" \
+    "$f" -runs=0 "fuzz/corpus/${name#fuzz_}" >/dev/null 2>"build/fuzz/$name.log" \
       || { tail -30 "build/fuzz/$name.log"; exit 1; }
-    echo "$name: 20000 runs, no crash"
+    echo "$name: $(ls "fuzz/corpus/${name#fuzz_}" | wc -l) seeds, no crash"
   done
 fi

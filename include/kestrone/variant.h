@@ -30,7 +30,8 @@ struct SafeArray {
     std::int32_t lower = 0;
     std::vector<Variant> items;
 
-    std::int32_t upper() const;
+    // Wider than a bound: an empty array from -2147483648 ends at -2147483649.
+    std::int64_t upper() const;
     bool operator==(const SafeArray&) const;
 };
 
@@ -99,7 +100,9 @@ inline VarType Variant::type() const {
     }
 }
 
-inline std::int32_t SafeArray::upper() const { return lower + static_cast<std::int32_t>(items.size()) - 1; }
+inline std::int64_t SafeArray::upper() const {
+    return std::int64_t{lower} + static_cast<std::int64_t>(items.size()) - 1;
+}
 
 inline bool SafeArray::operator==(const SafeArray& o) const {
     return element == o.element && lower == o.lower && items == o.items;

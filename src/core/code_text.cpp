@@ -1,7 +1,9 @@
 // The C text of the code file's marked blocks, and the settings tokens in it.
 #include <algorithm>
+#include <array>
 #include <new>
 
+#include "core/code_block.h"
 #include "core/rovanta_core.h"
 #include "platform/basic_error.h"
 #include "platform/vb_numeric.h"
@@ -11,32 +13,23 @@ namespace rovanta {
 std::string RovantaCore::GetCodeFromFile(const std::string& lpCodeName) {
     try {
         const std::string path = CodeFilePath();
-        if (!platform::file_exists(path)) ReportMissingCodeFile();
         const std::string start_marker = "/*" + lpCodeName + "_Start*/";
         const std::string end_marker = "/*" + lpCodeName + "_End*/";
-        bool in_block = false, start_seen = false, end_seen = false;
-        std::string result;
-
-        file1_.open(path);
-        // The whole file is always read: a second pair of markers continues the text.
-        while (!file1_.at_end()) {
-            const std::string line = file1_.read_line();
-            if (in_block) {
-                if (line == end_marker) {
-                    end_seen = true;
-                    in_block = false;
-                } else {
-                    result += line;
-                    result += '\n';
-                }
-            } else if (line == start_marker) {
-                start_seen = true;
-                in_block = true;
-            }
+        // A missing file is told before its opening fails; asked only when the opening fails,
+        // so that a good read costs no look of its own.
+        try {
+            file1_.open(path);
+        } catch (const vb::BasicError&) {
+            if (platform::file_exists(path)) throw;
+            ReportMissingCodeFile();
+            file1_.open(path);
         }
+        // The whole file is always read: a second pair of markers continues the text.
+        CutBlock block = cut_block(file1_.read_all(), start_marker, end_marker);
         file1_.close();
 
-        if (!start_seen || !end_seen)
+        std::string result = std::move(block.text);
+        if (!block.start_seen || !block.end_seen)
             result =
                 "//Error Reading Code For " + definition.sDescription + "::" + lpCodeName + "\r\n";
         return result;
@@ -88,8 +81,14 @@ void RovantaCore::ReplaceSettingTokens(std::string& text) const {
         if (at != std::string::npos && at + 1 > 32767) vb::raise_error(vb::kOverflow);
         return at;
     };
-    for (const SettingToken& t : kSettingTokens) {
-        const std::string value = t.text(settings);
+    // All sixteen texts are formed first, so a setting without a text fails the whole call
+    // before any token is looked for.
+    std::array<std::string, kSettingTokens.size()> values;
+    for (std::size_t k = 0; k < kSettingTokens.size(); ++k)
+        values[k] = kSettingTokens[k].text(settings);
+    for (std::size_t k = 0; k < kSettingTokens.size(); ++k) {
+        const SettingToken& t = kSettingTokens[k];
+        const std::string& value = values[k];
         const bool holds_itself = value.find(t.token) != std::string::npos;
         std::size_t from = 0;
         for (std::size_t at = place_of(t.token, 0); at != std::string::npos;

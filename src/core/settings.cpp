@@ -20,8 +20,11 @@ std::string text(const Settings& s) {
     return s.*Field;
 }
 // The bias toward the left goes to one token as a magnitude, toward the right to the other.
+// The magnitude is an Integer operation: -32768 has none and overflows.
 std::string bias_left(const Settings& s) {
-    return vb::cstr(s.iMotorBias < 0 ? -std::int64_t{s.iMotorBias} : 0);
+    const vb::Integer magnitude =
+        s.iMotorBias < 0 ? vb::sub(vb::Integer{0}, s.iMotorBias) : vb::Integer{0};
+    return vb::cstr(std::int64_t{magnitude});
 }
 std::string bias_right(const Settings& s) {
     return vb::cstr(s.iMotorBias < 0 ? 0 : std::int64_t{s.iMotorBias});

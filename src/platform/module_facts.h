@@ -12,7 +12,8 @@ struct ModuleFacts {
     std::int16_t Major = 5;
     std::int16_t Minor = 0;
     std::int16_t Revision = 3;
-    std::string HelpFile;  // writable
+    // Writable; until a help file is found it names the project's own.
+    std::string HelpFile = "Rovanta.chm";
 
     // The facts of the module file at `module_path`.
     static ModuleFacts for_path(const std::string& module_path);

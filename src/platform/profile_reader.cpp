@@ -40,14 +40,15 @@ bool same_ignoring_case(std::string_view a, std::string_view b) {
 // Calls f(line) for each line; any run of CR and LF ends a line. f returns false to stop.
 template <class F>
 void for_each_profile_line(std::string_view text, F f) {
+    LineEnds ends(text);
     std::size_t i = 0;
     while (i < text.size()) {
-        const std::size_t end = text.find_first_of("\r\n", i);
+        const std::size_t end = ends.find(i);
         const std::string_view line = text.substr(i, end == std::string_view::npos ? end : end - i);
         if (!f(line)) return;
         if (end == std::string_view::npos) return;
-        i = text.find_first_not_of("\r\n", end);
-        if (i == std::string_view::npos) return;
+        for (i = end; i < text.size() && (text[i] == '\r' || text[i] == '\n'); ++i) {
+        }
     }
 }
 

@@ -51,6 +51,9 @@ struct DecimalText {
     std::int64_t exponent = 0;
 };
 
+// Far beyond any range and any text's length, so that clamping an exponent changes no result.
+constexpr std::int64_t kExponentCap = std::int64_t{1} << 50;
+
 DecimalText parse_decimal(std::string_view text) {
     std::size_t i = 0, n = text.size();
     while (i < n && is_blank(text[i]))
@@ -66,7 +69,6 @@ DecimalText parse_decimal(std::string_view text) {
             any_digit = true;
             if (!(d.digits.empty() && c == '0')) d.digits.push_back(c);
             if (seen_point) --d.exponent;
-            if (d.digits.size() > 400) raise_error(kOverflow);
         } else if (c == '.' && !seen_point) {
             seen_point = true;
         } else {
@@ -81,10 +83,15 @@ DecimalText parse_decimal(std::string_view text) {
         if (i >= n) raise_error(kTypeMismatch);
         std::int64_t e = 0;
         for (; i < n && text[i] >= '0' && text[i] <= '9'; ++i)
-            e = std::min<std::int64_t>(e * 10 + (text[i] - '0'), 100000);
+            e = std::min<std::int64_t>(e * 10 + (text[i] - '0'), kExponentCap);
         d.exponent += exp_negative ? -e : e;
     }
     if (i != n) raise_error(kTypeMismatch);
+    // Any number of digits may stand; trailing zeros only move the exponent.
+    const std::size_t kept = d.digits.find_last_not_of('0');
+    const std::size_t zeros = kept == std::string::npos ? 0 : d.digits.size() - kept - 1;
+    d.digits.resize(d.digits.size() - zeros);
+    d.exponent += static_cast<std::int64_t>(zeros);
     return d;
 }
 

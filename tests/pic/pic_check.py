@@ -37,7 +37,8 @@ def settings_table():
     table = []
     for value in (-32768, 0, 1, 32767):
         for wide in (0, 1):
-            table.append(dict({k: value for k in INTEGERS}, bReturnInt=wide))
+            # A bias of -32768 has no 16-bit magnitude: its code text is refused, so -32767 it is.
+            table.append(dict({k: value for k in INTEGERS}, bReturnInt=wide, iMotorBias=max(value, -32767)))
     for i2c in (0, 1, 128):
         for wait in (0, 1):
             table.append(dict(bUseI2C=i2c, bWaitForButton=wait, bReturnInt=-1))

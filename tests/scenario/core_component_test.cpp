@@ -100,9 +100,10 @@ TEST(StartUp, PrefersTheHlpHelpAndReportsAMissingOne) {
     EXPECT_THAT(both.run("field HelpFile\n").lines,
                 ElementsAre("ok", "ok \"" + both.dir() + "/help/Robo.hlp\""));
 
+    // Unchanged: it still names the project's help file, and is not emptied.
     ComponentFolder none(kRobot, "Robo", false);
     EXPECT_THAT(none.run("field HelpFile\n").lines,
-                ElementsAre("message \"Can't find Robo help file\"", "ok", "ok \"\""));
+                ElementsAre("message \"Can't find Robo help file\"", "ok", "ok \"Rovanta.chm\""));
 }
 
 TEST(StartUp, WithoutACodeFileShowsEightMessagesAndStands) {
@@ -236,6 +237,19 @@ TEST(CodeText, FillsTheSettingsIntoATextPassedThrough) {
                             "ok pVal=\"0/20\"", "ok", "ok pVal=\"0/0\"", "ok", "ok",
                             "ok pVal=\"<%b>\"", "ok", "ok pVal=\"%m! %m!\"", "ok",
                             "ok pVal=\"%n%n\"", "ok pVal=\"no tokens\"", "ok", "ok pVal=\"n\""))
+        << run.text();
+}
+
+// The bias's magnitude is an Integer operation: -32768 has none, and the texts of all tokens
+// are formed before any token is looked for, so even a text without tokens fails.
+TEST(CodeText, ABiasWithoutA16BitMagnitudeOverflowsBeforeAnyToken) {
+    ComponentFolder robot(kRobot);
+    const auto run = robot.run(
+        "iMotorBias = -32767\nMacroCodeOverride \"%o/%p\"\niMotorBias = -32768\n"
+        "MacroCodeOverride \"no tokens\"\nMacroCodeOverride \"%a\"\niMotorBias = 32767\n"
+        "MacroCodeOverride \"%o/%p\"\n");
+    EXPECT_THAT(run.lines, ElementsAre("ok", "ok", "ok pVal=\"32767/0\"", "ok", "error 6 Overflow",
+                                       "error 6 Overflow", "ok", "ok pVal=\"0/32767\""))
         << run.text();
 }
 

@@ -80,6 +80,26 @@ TEST(TextToLong, HasThe32BitRange) {
     EXPECT_EQ(vb::text_to_long("70000"), 70000);
 }
 
+// Text has no limit of digits: only the value counts, however many zeros stand around it.
+TEST(TextToNumber, TakesAnyNumberOfDigits) {
+    const std::string zeros(450, '0');
+    EXPECT_EQ(vb::text_to_integer("2." + zeros), 2);
+    EXPECT_EQ(vb::text_to_integer(zeros + "3." + zeros + "1"), 3);
+    EXPECT_EQ(vb::text_to_integer("-2.5" + zeros), -2);
+    EXPECT_EQ(vb::text_to_integer("2.5" + zeros + "1"), 3);
+    EXPECT_EQ(error_of([&] { vb::text_to_long("3" + std::string(9, '0') + "." + zeros); }),
+              vb::kOverflow);
+    EXPECT_EQ(vb::text_to_long("2" + std::string(9, '0') + "." + zeros), 2000000000);
+    EXPECT_EQ(error_of([&] { vb::text_to_integer("1" + zeros); }), vb::kOverflow);
+    EXPECT_EQ(vb::text_to_integer("0." + zeros + "9"), 0);
+    // Trailing zeros before an exponent move it, they do not change the value.
+    EXPECT_EQ(vb::text_to_integer("15" + zeros + "E-451"), 2);
+    EXPECT_EQ(vb::text_to_integer("1" + std::string(100000, '0') + "e-100000"), 1);
+    EXPECT_DOUBLE_EQ(vb::text_to_double("0.25" + zeros), 0.25);
+    EXPECT_DOUBLE_EQ(vb::text_to_double("0." + zeros + "7E452"), 70.0);
+    EXPECT_EQ(error_of([&] { vb::text_to_integer("2." + zeros + "x"); }), vb::kTypeMismatch);
+}
+
 TEST(TextToBoolean, TakesWordsInAnyCaseOrNumbers) {
     const std::pair<const char*, int> cases[] = {
         {"True", 1}, {"FALSE", 0}, {"tRuE", 1}, {" 1 ", 1},   {"0", 0},       {"-1", 1},

@@ -1,5 +1,6 @@
 // Reading text files line by line under file number 1.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/basic_error.h"
 #include "platform/text_file.h"
@@ -19,9 +20,23 @@ TEST(SplitLines, EndsALineAtCrLfCrOrLf) {
         {"\r\n", {""}},
         {"", {}},
         {"a\n\rb", {"a", "", "b"}},
+        // Lines ended by CR alone, long enough to live on the heap: the search for a LF never
+        // finds one and must stay inside the text (the sanitizers check that).
+        {std::string(40, 'x') + "\r" + std::string(40, 'y') + "\r" + std::string(40, 'z'),
+         {std::string(40, 'x'), std::string(40, 'y'), std::string(40, 'z')}},
     };
-    for (const auto& [text, expected] : cases)
+    testing_support::TempDir dir;
+    for (const auto& [text, expected] : cases) {
         EXPECT_EQ(platform::split_lines(text), expected);
+        // Line Input on the file ends its lines the same way.
+        platform::InputFile f;
+        f.open(dir.write("lines.c", text));
+        Lines read;
+        while (!f.at_end())
+            read.push_back(f.read_line());
+        f.close();
+        EXPECT_EQ(read, expected) << text;
+    }
 }
 
 int open_error(platform::InputFile& f, const std::string& path) {
@@ -47,6 +62,27 @@ TEST(InputFile, ReportsTheRuntimeErrors) {
     EXPECT_THROW(f.read_line(), vb::BasicError);
     f.close();
     EXPECT_EQ(open_error(f, file), 0);
+}
+
+// A whole file is read as it stands, however large, and counted; what is no regular file (a
+// folder, a FIFO that nobody writes) is refused at once instead of waited on.
+TEST(ReadWholeFile, ReadsRegularFilesOnlyAndCountsThem) {
+    testing_support::TempDir dir;
+    std::string big(300000, 'x');
+    big[123457] = '\0';
+    const std::uint64_t before = platform::whole_file_reads();
+    std::string out = "old";
+    ASSERT_TRUE(platform::read_whole_file(dir.write("big.c", big), out));
+    EXPECT_EQ(out, big);
+    ASSERT_TRUE(platform::read_whole_file(dir.write("empty.c", ""), out));
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(platform::whole_file_reads(), before + 2);
+    const std::string fifo = dir.path() + "/fifo";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    EXPECT_FALSE(platform::read_whole_file(fifo, out));
+    EXPECT_FALSE(platform::read_whole_file(dir.path(), out));
+    EXPECT_FALSE(platform::read_whole_file(dir.path() + "/missing", out));
+    EXPECT_EQ(platform::whole_file_reads(), before + 2);
 }
 
 }  // namespace

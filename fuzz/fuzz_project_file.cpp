@@ -1,0 +1,20 @@
+// The project file reader on any bytes: a file is taken whole or refused with a message, and
+// what is taken writes back to a file that reads to the same entries.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "project_file.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    std::string error;
+    const auto entries = host::decode_project(bytes, &error);
+    if (!entries) {
+        if (error.empty()) __builtin_trap();
+        return 0;
+    }
+    const auto again = host::decode_project(host::encode_project(*entries), &error);
+    if (!again || *again != *entries) __builtin_trap();
+    return 0;
+}
