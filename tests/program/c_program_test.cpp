@@ -173,6 +173,23 @@ TEST(ProgramAsC, ResultsOfWiderTypesAreCutToIntAsTheInterpreterCutsThem) {
     EXPECT_THAT(text, testing::HasSubstr("Show(Small() + 1);"));
 }
 
+// The resting loop at main's end only where the flow can reach it: after a last `forever` or
+// `stop` the chip's compiler would warn of unreachable code.
+TEST(ProgramAsC, RestsAtTheEndOnlyWhenTheFlowCanGetThere) {
+    FakeComponent c({{"Show", "void", {"int"}}});
+    const auto rests = [&](const std::string& source) {
+        const auto checked = kflow::check_program(source, "r.kflow", program_testing::table_of(c));
+        EXPECT_TRUE(checked.program) << source;
+        if (!checked.program) return false;
+        return kflow::write_c_program(*checked.program, {}, "r.kflow")
+                   .find("the chip stays here. */\n    for (;;)") != std::string::npos;
+    };
+    EXPECT_FALSE(rests("forever\n    Show(1)\n    delay 5\nend\n"));
+    EXPECT_FALSE(rests("Show(2)\nstop\n"));
+    EXPECT_TRUE(rests("forever\n    stop\nend\nShow(3)\n"));
+    EXPECT_TRUE(rests("repeat 2\n    Show(4)\nend\n"));
+}
+
 TEST(ProgramAsC, StopsAtADivisionByZeroAsTheInterpreterDoes) {
     expect_same_calls("int z = 0\nLedOn(1)\nLedOn(ReadLdr() + 5 / z)\nLedOn(2)\n");
     expect_same_calls("int z = 0\nLedOn(1)\nz = ReadLdr() % z\nLedOn(2)\n");

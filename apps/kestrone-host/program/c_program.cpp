@@ -86,7 +86,14 @@ std::string write_c_program(const Program& program, const ComponentCode& code,
     c += "void isr(void) __interrupt 0\n{\n" + with_line_end(code.interrupts) + "}\n\n";
     c += "void main(void)\n{\n" + with_line_end(code.initialisation);
     c += "    /* " + comment_safe(label) + " */\n" + flow.body;
-    c += "    /* The end of the program: the chip stays here. */\n    for (;;) {\n    }\n}\n";
+    // After a last statement that never ends (forever, stop) the resting loop could not be
+    // reached, and the compiler would warn of it.
+    const auto& top = program.tree.statements;
+    const bool ends =
+        !top.empty() && (top.back().kind == StmtKind::Forever || top.back().kind == StmtKind::Stop);
+    if (!ends)
+        c += "    /* The end of the program: the chip stays here. */\n    for (;;) {\n    }\n";
+    c += "}\n";
     return c;
 }
 

@@ -128,6 +128,10 @@ int deliver(const CodeOptions& o, const std::string& c, std::ostream& out, std::
         err << "kestrone-host: " << target << " did not compile for the chip:\n" << compiled.output;
         return kCompilerFailed;
     }
+    // The compiler's warnings reach the user; its notes (such as the linker script it chose) don't.
+    std::istringstream said(compiled.output);
+    for (std::string line; std::getline(said, line);)
+        if (!line.empty() && line.rfind("message:", 0) != 0) err << line << "\n";
     err << "kestrone-host: wrote " << target << " and " << compiled.hex << "\n";
     return kCodeWritten;
 }
