@@ -45,17 +45,6 @@ TEST(PictureTable, EveryRoleHasAnOpaquePictureOfItsElementsSize) {
     EXPECT_EQ(panel::picture_data(heading(13)), nullptr);
 }
 
-TEST(PictureTable, EachHeadingPictureIsItsOwn) {
-    for (int k = 0; k <= 12; ++k)
-        for (int m = k + 1; m <= 12; ++m) {
-            const panel::PictureData* a = panel::picture_data(heading(k));
-            const panel::PictureData* b = panel::picture_data(heading(m));
-            ASSERT_TRUE(a && b);
-            EXPECT_FALSE(std::equal(a->rgba, a->rgba + 4 * a->width * a->height, b->rgba))
-                << k << " and " << m;
-        }
-}
-
 TEST(WheelPictures, LineIsTheExactStripeAndDrumIsBlackInsideAFaceRim) {
     const Picture line(PictureRole::WheelLine);
     std::vector<std::uint32_t> stripe(3, kBlack);

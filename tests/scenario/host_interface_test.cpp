@@ -12,7 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::StartsWith;
 using testing_support::ComponentFolder;
-using testing_support::run_console;
 using testing_support::shipped_code_file;
 
 TEST(HostInterface, AnswersItsOwnOperations) {
@@ -82,14 +81,6 @@ TEST(Console, AnswersEveryLineAndKeepsGoing) {
     EXPECT_EQ(run.lines[16], "ok");
     EXPECT_EQ(run.lines[17], "ok 1280&");
     EXPECT_EQ(run.exit_code, 0);
-}
-
-TEST(Console, ReportsAModuleThatCannotBeLoaded) {
-    // Once, at the start; nothing more is read.
-    const auto run = run_console("ComponentVersion\nquit\n", "--module /nonexistent/Robo.so");
-    ASSERT_EQ(run.lines.size(), 1u);
-    EXPECT_THAT(run.lines[0], StartsWith("fail cannot load the module /nonexistent/Robo.so"));
-    EXPECT_EQ(run.exit_code, 2);
 }
 
 TEST(Module, ExportsExactlyItsFourEntryPoints) {

@@ -44,20 +44,6 @@ TEST(PageConsole, ACancelledPageChangesNothing) {
         << run.text();
 }
 
-TEST(PageConsole, BadThresholdTextStopsTheApplyAtItsStep) {
-    ComponentFolder robot(shipped_code_file());
-    const auto run = robot.run(
-        "iThreshMic = 50\npage open\npage put txtiThreshR.Text = \"300\"\n"
-        "page put txtiThreshF.Text = \"12x\"\npage put txtiThreshL.Text = \"7\"\npage apply\n"
-        "page get Changed\niThreshR\niThreshF\niThreshL\niThreshMic\n"
-        "page put txtiThreshF.Text = \"32768\"\npage apply\npage put txtiThreshF.Text = \"\"\n"
-        "page apply\n");
-    EXPECT_THAT(run.lines, ElementsAre("ok", "ok", "ok", "ok", "ok", "ok", "error 13 Type mismatch",
-                                       "ok True", "ok 300%", "ok 200%", "ok 200%", "ok 50%", "ok",
-                                       "error 6 Overflow", "ok", "error 13 Type mismatch"))
-        << run.text();
-}
-
 TEST(PageConsole, RefusesWhatThePageDoesNotHave) {
     ComponentFolder robot(shipped_code_file());
     const auto run = robot.run(

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 #include "support/console_driver.h"
 
 namespace {
@@ -35,14 +33,10 @@ TEST(PanelClockConsole, AdvanceStepsTheClockAndTickLeavesTheBeat) {
 
 TEST(PanelClockConsole, TheInfoReportRunsASimulatedSecond) {
     ComponentFolder robot(shipped_code_file());
-    const std::string command =
-        std::string(KESTRONE_HOST_BIN) + " info --module '" + robot.module() + "' 2>/dev/null";
-    FILE* pipe = ::popen(command.c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::string text;
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
-        text.push_back(static_cast<char>(c));
-    EXPECT_EQ(::pclose(pipe), 0);
+    const auto run =
+        testing_support::run_host("info --module " + testing_support::shell_quote(robot.module()));
+    EXPECT_EQ(run.exit_code, 0) << run.text();
+    const std::string text = run.text();
     EXPECT_THAT(text, HasSubstr("Component version: 5.0.3\n"));
     EXPECT_THAT(text, HasSubstr("Macros (21):\n   0  int ReadAnalogue(char Channel)  [private]\n"));
     EXPECT_THAT(text, HasSubstr("\n  20  char ReadLine(char Side)\n"));

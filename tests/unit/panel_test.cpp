@@ -197,8 +197,7 @@ TEST(PanelLayout, EveryFocusStopComesOnceFromTheLogoToTheHeading) {
 
 TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
     SimRobot robot;
-    kestrone::ComPtr<kestrone::IKestronePanel> view;
-    ASSERT_EQ(robot.unknown()->QueryInterface(kestrone::IID_IKestronePanel, view.put()), S_OK);
+    kestrone::IKestronePanel* view = &robot.view();
     for (auto [w, h] : {std::pair{5160.f, 4230.f},
                         {9000.f, 9000.f},
                         {15.f, 0.f},
@@ -215,10 +214,7 @@ TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
 
 TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
     SimRobot robot;
-    kestrone::ComPtr<kestrone::IKestronePanelInspection> inspect;
-    ASSERT_EQ(
-        robot.unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect.put()),
-        S_OK);
+    kestrone::IKestronePanelInspection* inspect = &robot.inspect();
     const std::int32_t one = 1, thirty = 30, eight = 8;
     Variant v;
     EXPECT_EQ(inspect->GetProperty("frameMotor", &one, "Left", &v), S_OK);

@@ -22,29 +22,20 @@ using sim_testing::SimRobot;
 
 class ViewedRobot : public SimRobot {
   public:
-    ViewedRobot() {
-        unknown()->QueryInterface(kestrone::IID_IKestronePanel, view_.put());
-        unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect_.put());
-    }
-    kestrone::IKestronePanel& view() { return *view_.get(); }
     ElementView look(const char* name, int index = -1) {
         ElementView v;
-        EXPECT_EQ(view_->GetElementView(panel().find(name, index), &v), S_OK) << name;
+        EXPECT_EQ(view().GetElementView(panel().find(name, index), &v), S_OK) << name;
         return v;
     }
     void put(const char* name, int index, const char* property, const Variant& value) {
         const std::int32_t i = index;
-        ASSERT_EQ(inspect_->PutProperty(name, index < 0 ? nullptr : &i, property, value), S_OK);
+        ASSERT_EQ(inspect().PutProperty(name, index < 0 ? nullptr : &i, property, value), S_OK);
     }
     std::vector<std::int32_t> order() {
         std::vector<std::int32_t> ids;
-        EXPECT_EQ(view_->GetPaintOrder(&ids), S_OK);
+        EXPECT_EQ(view().GetPaintOrder(&ids), S_OK);
         return ids;
     }
-
-  private:
-    kestrone::ComPtr<kestrone::IKestronePanel> view_;
-    kestrone::ComPtr<kestrone::IKestronePanelInspection> inspect_;
 };
 
 bool covers(const PanelRect& r, float x, float y) {
@@ -296,11 +287,7 @@ TEST(PanelView, BadArgumentsAreRefused) {
     EXPECT_EQ(v.GetElementView(-1, &view), kestrone::E_INVALIDARG);
     EXPECT_EQ(v.GetElementView(count, &view), kestrone::E_INVALIDARG);
     EXPECT_EQ(v.GetElementView(count - 1, &view), S_OK);
-    kestrone::ComPtr<kestrone::IKestronePanelInspection> inspect;
-    ASSERT_EQ(
-        robot.unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect.put()),
-        S_OK);
-    EXPECT_EQ(inspect->RaiseEvent("Timer1_Timer", nullptr, 1), kestrone::E_INVALIDARG);
+    EXPECT_EQ(robot.inspect().RaiseEvent("Timer1_Timer", nullptr, 1), kestrone::E_INVALIDARG);
     // An element that is there but takes no click or arrow: the runtime's invalid call.
     EXPECT_EQ(v.Click(0), kestrone::basic_error_status(vb::kInvalidCall));
     EXPECT_EQ(v.Arrow(0, true), kestrone::basic_error_status(vb::kInvalidCall));

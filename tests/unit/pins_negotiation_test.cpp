@@ -91,22 +91,6 @@ TEST(ConnectedOK, AnyUnplacedPinMakesItFalse) {
     EXPECT_EQ(b, 0);
 }
 
-TEST(MovingAPin, IsQuietBeforeTheVersionAndRefusedAfter) {
-    Robot robot(host_testing::kThreePins);
-    EXPECT_EQ(robot.object().put_Port(0, 3), kestrone::S_OK);
-    EXPECT_EQ(robot.object().put_Bit(0, 3), kestrone::S_OK);
-    EXPECT_TRUE(robot.services.messages.empty());
-
-    robot.core().link.bInitialised = true;  // as KestroneVersion leaves it
-    EXPECT_EQ(robot.object().put_Port(99, 3), kestrone::S_OK);
-    EXPECT_EQ(robot.object().put_Bit(-7, 3), kestrone::S_OK);
-    EXPECT_EQ(robot.services.messages,
-              (std::vector<std::string>{"Cannot change pins for this component",
-                                        "Cannot change ports for this component"}));
-    EXPECT_EQ(ask(robot, &I::get_Port, 0), 1);
-    EXPECT_EQ(ask(robot, &I::get_Bit, 0), 5);
-}
-
 std::vector<bool> levels(Robot& robot) {
     std::vector<bool> out;
     for (const rovanta::KTPin& p : robot.core().pin_table.Pins.items())
@@ -195,39 +179,6 @@ TEST(SimWritePins, TakesEveryArrayKindAndStopsAtTheFirstBadElement) {
         EXPECT_EQ(levels(robot), c.after);
         EXPECT_EQ(robot.core().link.bPinsChanged, c.status == ok);
     }
-}
-
-TEST(SimReadPins, GivesWhatWasWrittenAsBooleans) {
-    Robot robot(host_testing::kThreePins);
-    ASSERT_EQ(robot.object().SimWritePins(
-                  typed(VarType::Double, 0,
-                        {Variant::double_(0.5), Variant::double_(0), Variant::double_(-7)})),
-              kestrone::S_OK);
-    Variant got = Variant::string("untouched");
-    ASSERT_EQ(robot.object().SimReadPins(&got), kestrone::S_OK);
-    EXPECT_EQ(got,
-              typed(VarType::Boolean, 0,
-                    {Variant::boolean(true), Variant::boolean(false), Variant::boolean(true)}));
-}
-
-// The flag: raised by both, read and cleared by GeneralGet 1.
-TEST(PinsChanged, IsRaisedByReadsAndWritesAndClearedByThePoll) {
-    Robot robot(host_testing::kThreePins);
-    auto poll = [&] {
-        Variant v;
-        EXPECT_EQ(robot.object().get_GeneralGet(1, &v), kestrone::S_OK);
-        return v;
-    };
-    EXPECT_EQ(poll(), Variant::boolean(false));
-    ASSERT_EQ(
-        robot.object().SimWritePins(typed(
-            VarType::Integer, 0, {Variant::integer(0), Variant::integer(0), Variant::integer(0)})),
-        kestrone::S_OK);
-    EXPECT_EQ(poll(), Variant::boolean(true));
-    EXPECT_EQ(poll(), Variant::boolean(false));
-    Variant levels_read;
-    ASSERT_EQ(robot.object().SimReadPins(&levels_read), kestrone::S_OK);
-    EXPECT_EQ(poll(), Variant::boolean(true));
 }
 
 TEST(SimPins, WithNoPinsTheArgumentIsLeftAloneAndTheFlagStillRises) {

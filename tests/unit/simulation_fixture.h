@@ -33,7 +33,12 @@ class SimRobot : public host_testing::Robot {
   public:
     explicit SimRobot(int macros = 21) : Robot(robot_code_file(macros)) {
         object().put_KestroneVersion(1281);
+        unknown()->QueryInterface(kestrone::IID_IKestronePanel, view_.put());
+        unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect_.put());
     }
+    // The panel's two interfaces, as a view reaches them.
+    kestrone::IKestronePanel& view() { return *view_.get(); }
+    kestrone::IKestronePanelInspection& inspect() { return *inspect_.get(); }
     rovanta::Rovanta& r() { return core(); }
     panel::Panel& panel() { return core().panel; }
     const panel::Element& el(const char* name, int index = -1) {
@@ -55,6 +60,10 @@ class SimRobot : public host_testing::Robot {
         return shown;
     }
     Variant last_affected;
+
+  private:
+    kestrone::ComPtr<kestrone::IKestronePanel> view_;
+    kestrone::ComPtr<kestrone::IKestronePanelInspection> inspect_;
 };
 
 inline kestrone::HRESULT error(int n) {

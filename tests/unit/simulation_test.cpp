@@ -69,15 +69,6 @@ TEST(SimulationDispatch, FailuresLeaveWhatRanAndNeverWriteTheResult) {
     EXPECT_EQ(robot.el("lblSpeedVal", 0).caption, "0");
 }
 
-TEST(SimulationDispatch, NeedsTheMacroTable) {
-    host_testing::Robot robot(sim_testing::robot_code_file());
-    std::int32_t ret = 0, cycles = 0;
-    Variant affected;
-    EXPECT_EQ(robot.object().SimMacroCall(4, params({10}), &ret, &affected, &cycles),
-              error(vb::kSubscriptOutOfRange));
-    EXPECT_EQ(robot.core().motors.iMotorSpeed[0], 0);
-}
-
 TEST(SimulationDispatch, SecondCallShowsItsMessageAndRunsNothing) {
     SimRobot robot;
     Variant ret = Variant::long_(3), affected;

@@ -20,28 +20,8 @@ std::vector<std::string> keys_of(const Entries& entries) {
     return keys;
 }
 
-const std::vector<std::string> kSettingKeys{
-    "bReturnInt", "iThreshL",   "iThreshF",       "iThreshR",      "iThreshMic",
-    "iThreshLdr", "bUseI2C",    "bWaitForButton", "bDummyBool1",   "bDummyBool2",
-    "iDummyInt1", "iDummyInt2", "sDummyString1",  "sDummyString2", "iMotorBias"};
-
 std::int16_t setting(Robot& robot, const char* name) {
     return robot.core().GetSetting(*rovanta::find_setting(name)).as_integer();
-}
-
-TEST(WriteProperties, WritesEveryPinThenEverySettingWithItsKind) {
-    Robot robot(host_testing::kThreePins);
-    MemoryStore store;
-    ASSERT_EQ(robot.object().WriteProperties(&store), kestrone::S_OK);
-    std::vector<std::string> expected{"Port0", "Bit0", "Port1", "Bit1", "Port2", "Bit2"};
-    expected.insert(expected.end(), kSettingKeys.begin(), kSettingKeys.end());
-    EXPECT_EQ(keys_of(store.entries()), expected);
-    EXPECT_EQ(*store.get("Port1"), Variant::long_(-1));
-    EXPECT_EQ(*store.get("Bit2"), Variant::long_(7));
-    // A fresh object stores its start values, 128 for bUseI2C among them.
-    EXPECT_EQ(*store.get("bUseI2C"), Variant::integer(128));
-    EXPECT_EQ(*store.get("iThreshL"), Variant::integer(200));
-    EXPECT_EQ(*store.get("sDummyString2"), Variant::string(""));
 }
 
 TEST(WriteProperties, WritesTheFallbackPinToo) {
@@ -51,24 +31,6 @@ TEST(WriteProperties, WritesTheFallbackPinToo) {
     EXPECT_EQ(store.entries()[0], (MemoryStore::Entry{"Port0", Variant::long_(0)}));
     EXPECT_EQ(store.entries()[1], (MemoryStore::Entry{"Bit0", Variant::long_(0)}));
     EXPECT_EQ(store.entries().size(), 2u + 15u);
-}
-
-TEST(ReadProperties, AnEmptyStoreGivesTheLoadDefaultsInWalkOrder) {
-    Robot robot(host_testing::kNoPins);
-    MemoryStore store;
-    Entries reads;
-    store.on_read = [&](const std::string& k, const Variant& v) { reads.push_back({k, v}); };
-    ASSERT_EQ(robot.object().ReadProperties(&store), kestrone::S_OK);
-    ASSERT_EQ(reads.size(), 17u);
-    EXPECT_EQ(reads[0], (MemoryStore::Entry{"Port0", Variant::integer(-1)}));
-    EXPECT_EQ(reads[1], (MemoryStore::Entry{"Bit0", Variant::integer(-1)}));
-    EXPECT_EQ(keys_of(Entries(reads.begin() + 2, reads.end())), kSettingKeys);
-    EXPECT_EQ(reads[2 + 6].value, Variant::integer(0));   // bUseI2C loads as 0, not 128
-    EXPECT_EQ(reads[2 + 12].value, Variant::string(""));  // sDummyString1
-    EXPECT_EQ(setting(robot, "bUseI2C"), 0);
-    EXPECT_EQ(setting(robot, "iThreshR"), 200);
-    EXPECT_EQ(setting(robot, "bWaitForButton"), 1);
-    EXPECT_TRUE(store.entries().empty()) << "a load writes nothing";
 }
 
 TEST(ReadProperties, NeverMovesAPin) {
