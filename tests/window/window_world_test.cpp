@@ -101,5 +101,20 @@ TEST_F(WindowWorldTest, AProgramRunInTheWindowDrivesTheRobotAndAResetBringsItBac
     EXPECT_TRUE(recorded("world reset"));
 }
 
+// --world and --run: the window opens with the arena and the program running, its clock where
+// it started.
+TEST(WindowWorldStartTest, OpensWithTheArenaAndRunsTheProgram) {
+    window::WindowOptions options;
+    options.module = KESTRONE_MODULE;
+    options.world = example("line_track.world");
+    options.run = example("line_follower.kflow");
+    window::MainWindow window(options, [] { return std::int64_t{5'000'000}; });
+    ASSERT_TRUE(window.start());
+    EXPECT_TRUE(window.world().loaded());
+    EXPECT_EQ(window.session().program_state(), kflow::RunState::Running);
+    EXPECT_LT(window.session().now(), 100);
+    EXPECT_EQ(window.exit_status(), 0);
+}
+
 }  // namespace
 }  // namespace window_testing

@@ -96,8 +96,9 @@ bool MainWindow::start() {
     if (options_.play.empty())
         recorder_.note("KestroneVersion = " + std::to_string(host::kHostVersion));
     set_zoom(options_.zoom);
-    if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
     clock_.start();
+    // After the clock has started: an action brings the session to the clock's now first.
+    if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
     if (!options_.run.empty()) {
         if (open_program(options_.run))
             run_program();
