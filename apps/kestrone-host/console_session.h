@@ -71,6 +71,10 @@ class ConsoleSession {
     // The session behind the console: load its module and open its project before start().
     host::ComponentSession& session() { return session_; }
 
+    // The world the robot drives in, stepped with the session's clock: the `world` commands work
+    // on it, and a window shows it.
+    world::WorldDriver& world_driver() { return world_driver_; }
+
     // What `snapshot` renders with; without one it fails with "no view built".
     void set_snapshot(SnapshotHook hook) { snapshot_ = std::move(hook); }
 

@@ -32,7 +32,9 @@ constexpr CommandText kCommands[] = {
      "Example: kestrone-host console < examples/square.console\n"},
     {"window",
      "kestrone-host window [--module PATH | --component NAME]\n\n"
-     "The panel in a window, with Start and Stop, the property page, projects and programs.\n"},
+     "The panel in a window, with Start and Stop, the property page, projects and programs.\n\n"
+     "  --world FILE   an arena beside the panel, for the robot to drive in\n"
+     "  --run FILE     a robot program, opened and run at once\n"},
     {"info",
      "kestrone-host info [--module PATH | --component NAME]\n\n"
      "Loads the module and reports what a host sees: its description, version and code file, its\n"

@@ -125,9 +125,9 @@ bool have_display() {
 
 // The options that take a value, so that the command word can be told from a value.
 bool takes_value(std::string_view option) {
-    static constexpr std::string_view kWithValue[] = {"--module", "--store",  "--component",
-                                                      "-o",       "--output", "--project",
-                                                      "--play",   "--zoom",   "--snapshot"};
+    static constexpr std::string_view kWithValue[] = {
+        "--module", "--store", "--component", "-o",      "--output", "--project",
+        "--play",   "--zoom",  "--snapshot",  "--world", "--run"};
     for (const auto o : kWithValue)
         if (option == o) return true;
     return false;
@@ -150,6 +150,8 @@ int run_window_command(const QCommandLineParser& parser, const std::string& modu
     options.play = parser.value("play").toStdString();
     options.project = parser.value("project").toStdString();
     options.snapshot = parser.value("snapshot").toStdString();
+    options.world = parser.value("world").toStdString();
+    options.run = parser.value("run").toStdString();
     options.quit_after_play = parser.isSet("quit-after-play");
     bool zoom_ok = true;
     options.zoom = parser.isSet("zoom") ? parser.value("zoom").toInt(&zoom_ok) : 1;
@@ -211,11 +213,15 @@ int main(int argc, char** argv) {
     parser.addOption(hex_option);
     parser.addOption({"play", "window: play a console script in real time.", "FILE"});
     parser.addOption({"zoom", "window: the panel's zoom, 1, 2 or 3.", "N"});
-    parser.addOption(
-        {"snapshot", "window: write the panel as a PNG once the script has played.", "PNG"});
+    parser.addOption({"world", "window: open an arena for the robot to drive in.", "FILE"});
+    parser.addOption({"run", "window: open a robot program and run it at once.", "FILE"});
+    parser.addOption({"snapshot",
+                      "window: write the panel (with the world beside it) as a PNG once the "
+                      "script has played.",
+                      "PNG"});
     parser.addOption({"quit-after-play", "window: close once the script has played."});
-    parser.addPositionalArgument("command",
-                                 "window, console, info, code, components, register, unregister or help");
+    parser.addPositionalArgument(
+        "command", "window, console, info, code, components, register, unregister or help");
     if (!parser.parse(app.arguments())) {
         std::cerr << "kestrone-host: " << parser.errorText().toStdString() << " (see --help)\n";
         return 2;

@@ -1,8 +1,5 @@
 #include "project_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,12 +7,11 @@
 #include <QJsonParseError>
 #include <QJsonValue>
 #include <QString>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <unordered_set>
 
+#include "user_file.h"
 #include "value_limits.h"
 
 namespace host {
@@ -26,7 +22,6 @@ using kestrone::VarType;
 namespace {
 
 constexpr const char* kFormat = "kestrone-project";
-constexpr off_t kMaxFileSize = kMaxProjectFileBytes;
 
 struct KindName {
     VarType type;
@@ -223,10 +218,6 @@ Variant decode_value(const QJsonValue& json, const std::string& where, int depth
     }
 }
 
-std::string system_error(int err) {
-    return std::strerror(err);
-}
-
 }  // namespace
 
 std::string encode_project(const StoreEntries& entries) {
@@ -285,52 +276,11 @@ std::optional<StoreEntries> decode_project(const std::string& bytes, std::string
 }
 
 std::optional<StoreEntries> load_project(const std::string& path, std::string* error) {
-    auto fail = [&](const std::string& why) -> std::optional<StoreEntries> {
-        if (error) *error = "cannot load the project file " + path + ": " + why;
-        return std::nullopt;
-    };
-    // Without blocking: a FIFO or a device must not hold the host until something writes to it.
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (fd < 0) return fail(system_error(errno));
-    struct stat st {};
-    if (::fstat(fd, &st) != 0) {
-        const int err = errno;
-        ::close(fd);
-        return fail(system_error(err));
-    }
-    if (S_ISDIR(st.st_mode)) {
-        ::close(fd);
-        return fail("it is a folder");
-    }
-    if (!S_ISREG(st.st_mode)) {
-        ::close(fd);
-        return fail("it is not a regular file");
-    }
-    if (st.st_size > kMaxFileSize) {
-        ::close(fd);
-        return fail("it is too large to be a project file");
-    }
-    std::string bytes;
-    char buffer[65536];
-    for (;;) {
-        const ssize_t n = ::read(fd, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) {
-            const int err = errno;
-            ::close(fd);
-            return fail(system_error(err));
-        }
-        if (n == 0) break;
-        bytes.append(buffer, static_cast<std::size_t>(n));
-        if (static_cast<off_t>(bytes.size()) > kMaxFileSize) {
-            ::close(fd);
-            return fail("it is too large to be a project file");
-        }
-    }
-    ::close(fd);
-    std::string why;
-    auto entries = decode_project(bytes, &why);
-    if (!entries) return fail(why);
+    std::string bytes, why;
+    std::optional<StoreEntries> entries;
+    if (read_user_file(path, kMaxProjectFileBytes, "a project file", &bytes, &why))
+        entries = decode_project(bytes, &why);
+    if (!entries && error) *error = "cannot load the project file " + path + ": " + why;
     return entries;
 }
 

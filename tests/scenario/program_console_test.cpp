@@ -73,7 +73,8 @@ TEST_F(ProgramConsole, AProgramWithAFaultDoesNotRunAtAll) {
               "fail " + faulty + ":3:5: there is no variable 'm': declare it first, as int m = 0");
     EXPECT_EQ(run.lines[4], "ok 7%");  // the last program that ran
     EXPECT_EQ(run.lines[5], "ok 0%");
-    EXPECT_EQ(run.lines[6], "fail cannot read the program " + robot.dir() + "/none.kflow");
+    EXPECT_EQ(run.lines[6], "fail cannot read the program " + robot.dir() +
+                                "/none.kflow: No such file or directory");
 }
 
 TEST_F(ProgramConsole, TheBudgetStopsALoopAtTheLineItReached) {

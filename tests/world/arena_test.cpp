@@ -118,7 +118,7 @@ TEST(ArenaFile, ABadFileLeavesTheWorldAsItWas) {
     EXPECT_EQ(w.arena().walls.size(), 5u);
     EXPECT_EQ(w.arena().zones.size(), 3u);
     EXPECT_FALSE(w.load_file("/nonexistent/arena.world", &error));
-    EXPECT_EQ(error, "/nonexistent/arena.world: cannot read the file");
+    EXPECT_EQ(error, "/nonexistent/arena.world: cannot read the file: No such file or directory");
     EXPECT_TRUE(w.loaded());
 }
 

@@ -3,6 +3,8 @@
 // demonstrations' checks in their arenas.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -54,8 +56,9 @@ TEST(WorldConsole, AnswersThePoseTheZonesAndFailsAsItShould) {
     Console c;
     EXPECT_EQ(c("world x"), "fail no world is loaded");
     EXPECT_EQ(c("world reset"), "fail no world is loaded");
-    EXPECT_EQ(c("world load " + dir.path() + "/none.world"),
-              "fail " + dir.path() + "/none.world: cannot read the file");
+    EXPECT_EQ(
+        c("world load " + dir.path() + "/none.world"),
+        "fail " + dir.path() + "/none.world: cannot read the file: No such file or directory");
     EXPECT_EQ(c("world load \"\\q\""), "fail not a file name: \"\\q\"");
     EXPECT_EQ(c("world load \"" + room + "\""), "ok");
     EXPECT_EQ(c("world x"), "ok 500&");
@@ -76,6 +79,31 @@ TEST(WorldConsole, AnswersThePoseTheZonesAndFailsAsItShould) {
     EXPECT_EQ(c("world load"), "fail world load takes a file: world load FILE");
     EXPECT_EQ(c("world unload"), "ok");
     EXPECT_EQ(c("world in start"), "fail no world is loaded");
+}
+
+// A device, a FIFO or a folder named by mistake is refused at once, and so is a file too large
+// to be what it is named as; nothing is read without end.
+TEST(WorldConsole, OnlyRegularFilesOfASaneSizeAreRead) {
+    testing_support::TempDir dir;
+    const std::string fifo = dir.path() + "/fifo";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    const std::string huge = dir.write("huge.kflow", "");
+    std::filesystem::resize_file(huge, 17 * 1024 * 1024);  // sparse: nothing is written
+    const struct {
+        std::string line, why;
+    } cases[] = {
+        {"world load /dev/urandom", "/dev/urandom: cannot read the file: it is not a regular file"},
+        {"world load " + fifo, "it is not a regular file"},
+        {"world load " + dir.path(), "it is a folder"},
+        {"run /dev/zero", "cannot read the program /dev/zero: it is not a regular file"},
+        {"run " + huge, "it is too large to be a robot program (more than 16 MB)"},
+    };
+    Console c;
+    for (const auto& k : cases) {
+        const std::string answer = c(k.line);
+        EXPECT_EQ(answer.rfind("fail ", 0), 0u) << answer;
+        EXPECT_NE(answer.find(k.why), std::string::npos) << k.line << ": " << answer;
+    }
 }
 
 TEST(WorldConsole, SetsThePanelsInputsAsTheUsersClicksAndArrowsWould) {

@@ -11,6 +11,7 @@
 #include "module_host.h"
 #include "pic_compiler.h"
 #include "program.h"
+#include "user_file.h"
 
 namespace kflow {
 
@@ -34,15 +35,6 @@ class NoteServices : public kestrone::IHostServices {
   private:
     std::ostream& err_;
 };
-
-bool read_file(const std::string& path, std::string& text) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    std::ostringstream s;
-    s << in.rdbuf();
-    text = s.str();
-    return !in.bad();
-}
 
 std::string base_name(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -140,9 +132,10 @@ int deliver(const CodeOptions& o, const std::string& c, std::ostream& out, std::
 
 int run_code_command(const CodeOptions& o, const ProjectReader& read_project, std::ostream& out,
                      std::ostream& err) {
-    std::string source;
-    if (!read_file(o.program, source)) {
-        err << "kestrone-host: cannot read the program " << o.program << "\n";
+    std::string source, unread;
+    if (!host::read_user_file(o.program, host::kLargestTextFile, "a robot program", &source,
+                              &unread)) {
+        err << "kestrone-host: cannot read the program " << o.program << ": " << unread << "\n";
         return kCannotBuild;
     }
     std::string error;

@@ -1,10 +1,8 @@
 // The session's running program: a .kflow file checked against the component's macros, started,
 // driven in slices or to its end on the session's clock, and stopped.
-#include <fstream>
-#include <sstream>
-
 #include "component_session.h"
 #include "session_busy.h"
+#include "user_file.h"
 
 namespace host {
 
@@ -13,15 +11,6 @@ using kflow::Pause;
 using kflow::RunState;
 
 namespace {
-
-bool read_text(const std::string& path, std::string& text) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    std::ostringstream s;
-    s << in.rdbuf();
-    text = s.str();
-    return !in.bad();
-}
 
 // A program's delays on a clock the session moves.
 class SessionClock : public kflow::Clock {
@@ -43,8 +32,9 @@ bool fail_with(std::string* error, std::string why) {
 bool ComponentSession::load_program(const std::string& path, std::string* error) {
     if (busy()) return fail_with(error, "a call in progress holds the session");
     if (!component_) return fail_with(error, "the component offers no host interface");
-    std::string source;
-    if (!read_text(path, source)) return fail_with(error, "cannot read the program " + path);
+    std::string source, unread;
+    if (!read_user_file(path, kLargestTextFile, "a robot program", &source, &unread))
+        return fail_with(error, "cannot read the program " + path + ": " + unread);
     // The macro table exists once the component knows the host's version.
     kestrone::Variant ready;
     if (field("bInitialised", std::nullopt, "", &ready) != kestrone::S_OK || ready.is_array() ||

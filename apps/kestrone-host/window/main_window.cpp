@@ -4,12 +4,12 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QHBoxLayout>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <iostream>
 
 #include "error_text.h"
@@ -40,8 +40,13 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     // Unattended, the component's own boxes are answered at once, as the console does.
     if (options_.quit_after_play) services_.set_box_handler([](QWidget* box) { box->close(); });
     auto* central = new QSplitter(Qt::Vertical, this);
-    placeholder_ = new QLabel(central);
+    stage_ = new QWidget(central);
+    auto* row = new QHBoxLayout(stage_);
+    row->setContentsMargins(0, 0, 0, 0);
+    placeholder_ = new QLabel(stage_);
     placeholder_->setAlignment(Qt::AlignCenter);
+    row->addWidget(placeholder_);
+    build_world_view(stage_);
     program_ = new ProgramPane(central);
     program_->hide();
     setCentralWidget(central);
@@ -50,7 +55,10 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     build_menus();
     connect(&clock_, &ClockDriver::advanced, this, &MainWindow::after_clock);
     connect(&clock_, &ClockDriver::program_ended, this, [this] { update_status(); });
-    connect(&player_, &ScriptPlayer::line_played, this, [this] { follow_object(); });
+    connect(&player_, &ScriptPlayer::line_played, this, [this] {
+        follow_object();
+        follow_world();
+    });
     connect(&player_, &ScriptPlayer::finished, this, &MainWindow::played_to_end);
     connect(program_, &ProgramPane::save_code_requested, this, [this] {
         const QString path = ask_save_path(this, tr("Save the C program"), tr("C (*.c)"));
@@ -89,6 +97,14 @@ bool MainWindow::start() {
         recorder_.note("KestroneVersion = " + std::to_string(host::kHostVersion));
     set_zoom(options_.zoom);
     clock_.start();
+    // After the clock has started: an action brings the session to the clock's now first.
+    if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
+    if (!options_.run.empty()) {
+        if (open_program(options_.run))
+            run_program();
+        else
+            exit_status_ = 1;
+    }
     if (!options_.play.empty()) {
         if (!player_.load(options_.play, &error)) {
             tell(error);
@@ -120,7 +136,6 @@ void MainWindow::follow_object() {
     kestrone::IKestronePanel* panel = session().panel();
     if (panel == shown_panel_) return;
     shown_panel_ = panel;
-    auto* splitter = static_cast<QSplitter*>(centralWidget());
     if (!panel) {
         if (view_) view_->hide();
         placeholder_->show();
@@ -129,8 +144,9 @@ void MainWindow::follow_object() {
     if (view_) {
         view_->reset(*panel);
     } else {
-        view_ = new panelqt::PanelView(*panel, input_, splitter);
-        splitter->insertWidget(0, view_);
+        view_ = new panelqt::PanelView(*panel, input_, stage_);
+        // The panel keeps its size; the world takes what room is left.
+        static_cast<QHBoxLayout*>(stage_->layout())->insertWidget(0, view_, 0, Qt::AlignTop);
         view_->set_zoom(options_.zoom);
         connect(view_, &panelqt::PanelView::input_delivered, this, [this] { after_clock(); });
     }
@@ -141,6 +157,7 @@ void MainWindow::follow_object() {
 
 void MainWindow::after_clock() {
     if (view_ && session().panel()) view_->refresh();
+    follow_world();
     const int line = session().program_line();
     if (line != shown_line_) {
         shown_line_ = line;
@@ -168,6 +185,8 @@ void MainWindow::stop_simulation() {
 void MainWindow::set_zoom(int zoom) {
     options_.zoom = std::clamp(zoom, 1, 3);
     if (view_) view_->set_zoom(options_.zoom);
+    world_view_->set_zoom(options_.zoom);
+    follow_world();
 }
 
 std::unique_ptr<PropertiesDialog> MainWindow::make_properties() {
@@ -191,14 +210,16 @@ void MainWindow::show_properties() {
     }
 }
 
+bool MainWindow::simulating() {
+    kestrone::Variant v;
+    session().field("bSimulating", std::nullopt, "", &v);
+    return !v.is_array() && v.type() == kestrone::VarType::Boolean && v.as_boolean();
+}
+
 void MainWindow::update_status() {
-    kestrone::Variant simulating;
-    session().field("bSimulating", std::nullopt, "", &simulating);
     QString state = !session().has_object() ? tr("No object")
-                    : (!simulating.is_array() && simulating.type() == kestrone::VarType::Boolean &&
-                       simulating.as_boolean())
-                        ? tr("Simulating")
-                        : tr("Stopped");
+                    : simulating()          ? tr("Simulating")
+                                            : tr("Stopped");
     if (session().program_state() == kflow::RunState::Running)
         state += tr(" - program at line %1").arg(session().program_line());
     else if (!session().program_message().empty())
@@ -247,7 +268,8 @@ void MainWindow::played_to_end() {
 bool MainWindow::write_snapshot(const std::string& path) {
     kestrone::IKestronePanel* panel = session().panel();
     if (!panel) return false;
-    const std::string why = snapshots_.write(*panel, path);
+    const std::string why =
+        world().loaded() ? write_stage(*panel, path) : snapshots_.write(*panel, path);
     if (why.empty()) return true;
     tell("Cannot write the picture " + path + ": " + why);
     return false;

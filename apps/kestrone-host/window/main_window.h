@@ -19,6 +19,10 @@
 #include "script_player.h"
 #include "session_input.h"
 #include "window_services.h"
+#include "world_view.h"
+
+class QAction;
+class QScrollArea;
 
 namespace window {
 
@@ -33,7 +37,9 @@ struct WindowOptions {
     std::string play;      // a console script to play in real time
     std::string project;   // a project file to open
     int zoom = 1;          // 1, 2 or 3
-    std::string snapshot;  // a PNG of the panel, written once the script has played
+    std::string world;     // an arena to open
+    std::string run;       // a robot program to open and run at once
+    std::string snapshot;  // a PNG of the panel (and world), written once the script has played
     bool quit_after_play = false;
 };
 
@@ -64,7 +70,14 @@ class MainWindow : public QMainWindow {
     bool save_recording(const std::string& path);
     bool save_code(const std::string& path);
     void show_help();
-    // The panel as it stands, at a zoom of 1, to a PNG; false with the user told when it fails.
+    // The arena beside the panel (window_world.cpp): a bad file is told and leaves the world as
+    // it was. Each is recorded as its `world` line.
+    bool open_arena(const std::string& path);
+    void close_arena();
+    void reset_robot();
+    // The panel as it stands to a PNG: at a zoom of 1, as the console's snapshot; with an arena,
+    // the panel and the world side by side at the window's zoom. False with the user told when
+    // it fails.
     bool write_snapshot(const std::string& path);
 
     host::ComponentSession& session() { return console_.session(); }
@@ -75,6 +88,8 @@ class MainWindow : public QMainWindow {
     ScriptPlayer& player() { return player_; }
     ProgramPane* program_pane() const { return program_; }
     panelqt::PanelView* view() const { return view_; }
+    world::WorldView* world_view() const { return world_view_; }
+    world::World& world() { return console_.world_driver().world(); }
     QString status_text() const { return status_->text(); }
     // The question before unsaved changes are lost: true to go on. Tests give their own answer.
     void set_confirm_discard(std::function<bool()> confirm) {
@@ -102,6 +117,12 @@ class MainWindow : public QMainWindow {
     void played_to_end();
     void refresh_code();
     QString project_name();
+    bool simulating();
+    // window_world.cpp
+    void build_world_view(QWidget* stage);
+    void follow_world();
+    void robot_put_down();
+    std::string write_stage(kestrone::IKestronePanel& panel, const std::string& path);
 
     WindowOptions options_;
     std::ostringstream answers_;
@@ -114,6 +135,11 @@ class MainWindow : public QMainWindow {
     panelqt::PanelSnapshots snapshots_;
     panelqt::PanelView* view_ = nullptr;
     QLabel* placeholder_ = nullptr;
+    QWidget* stage_ = nullptr;  // the panel and the world side by side
+    QScrollArea* world_area_ = nullptr;
+    world::WorldView* world_view_ = nullptr;
+    QAction* close_arena_ = nullptr;
+    QAction* reset_robot_ = nullptr;
     ProgramPane* program_ = nullptr;
     QLabel* status_ = nullptr;
     kestrone::IKestronePanel* shown_panel_ = nullptr;

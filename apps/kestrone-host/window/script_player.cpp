@@ -1,9 +1,10 @@
 #include "script_player.h"
 
 #include <charconv>
-#include <fstream>
+#include <sstream>
 
 #include "command_line.h"
+#include "user_file.h"
 
 namespace window {
 
@@ -16,11 +17,12 @@ ScriptPlayer::ScriptPlayer(console::ConsoleSession& console, std::ostringstream&
 }
 
 bool ScriptPlayer::load(const std::string& path, std::string* error) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        if (error) *error = "cannot read the script " + path;
+    std::string text, why;
+    if (!host::read_user_file(path, host::kLargestTextFile, "a console script", &text, &why)) {
+        if (error) *error = "cannot read the script " + path + ": " + why;
         return false;
     }
+    std::istringstream in(text);
     std::vector<std::string> lines;
     for (std::string line; std::getline(in, line);) {
         if (!line.empty() && line.back() == '\r') line.pop_back();

@@ -7,6 +7,7 @@
 #include "code_command.h"
 #include "error_text.h"
 #include "main_window.h"
+#include "user_file.h"
 #include "value_syntax.h"
 
 namespace window {
@@ -77,9 +78,9 @@ bool MainWindow::open_program(const std::string& path) {
         tell("The program could not be opened: " + error);
         return false;
     }
-    QFile file(QString::fromStdString(path));
-    file.open(QIODevice::ReadOnly);
-    program_->show_program(QString::fromStdString(path), QString::fromUtf8(file.readAll()));
+    std::string text;
+    host::read_user_file(path, host::kLargestTextFile, "a robot program", &text, nullptr);
+    program_->show_program(QString::fromStdString(path), QString::fromStdString(text));
     program_->show();
     shown_line_ = -1;
     refresh_code();

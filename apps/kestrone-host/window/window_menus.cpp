@@ -20,6 +20,7 @@ namespace {
 const QString kProjects = QStringLiteral("Projects (*.kproj *.json);;All files (*)");
 const QString kScripts = QStringLiteral("Console scripts (*.console);;All files (*)");
 const QString kPrograms = QStringLiteral("Robot programs (*.kflow);;All files (*)");
+const QString kArenas = QStringLiteral("Arenas (*.world);;All files (*)");
 }  // namespace
 
 void MainWindow::build_menus() {
@@ -29,6 +30,7 @@ void MainWindow::build_menus() {
     start->setShortcut(Qt::Key_F5);
     QAction* stop = sim->addAction(tr("S&top"), this, [this] { stop_simulation(); });
     stop->setShortcut(Qt::SHIFT | Qt::Key_F5);
+    reset_robot_ = sim->addAction(tr("&Reset robot"), this, [this] { reset_robot(); });
     sim->addSeparator();
     sim->addAction(tr("&Properties..."), this, [this] { show_properties(); });
 
@@ -71,6 +73,12 @@ void MainWindow::build_file_menu() {
         const QString path = ask_save_path(this, tr("Save the project as"), kProjects);
         if (!path.isEmpty()) save_project_as(path.toStdString());
     });
+    file->addSeparator();
+    file->addAction(tr("Open ar&ena..."), this, [this] {
+        const QString path = ask_open_path(this, tr("Open an arena"), kArenas);
+        if (!path.isEmpty()) open_arena(path.toStdString());
+    });
+    close_arena_ = file->addAction(tr("&Close arena"), this, [this] { close_arena(); });
     file->addSeparator();
     file->addAction(tr("Save &recording..."), this, [this] {
         const QString path = ask_save_path(this, tr("Save the recording"), kScripts);

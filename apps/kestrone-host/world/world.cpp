@@ -1,9 +1,7 @@
 #include "world.h"
 
-#include <fstream>
-#include <sstream>
-
 #include "motion.h"
+#include "user_file.h"
 
 namespace world {
 
@@ -15,14 +13,12 @@ constexpr std::size_t kTrailLimit = 200000;
 }  // namespace
 
 bool World::load_file(const std::string& path, std::string* error) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    if (in) text << in.rdbuf();
-    if (!in || in.bad()) {
-        if (error) *error = path + ": cannot read the file";
+    std::string text, why;
+    if (!host::read_user_file(path, host::kLargestTextFile, "an arena", &text, &why)) {
+        if (error) *error = path + ": cannot read the file: " + why;
         return false;
     }
-    return load_text(text.str(), path, error);
+    return load_text(text, path, error);
 }
 
 bool World::load_text(std::string_view text, const std::string& name, std::string* error) {

@@ -84,7 +84,7 @@ void WorldView::paint_floor(QPainter& p) const {
                        to_pixels({z.corner.x + z.width, z.corner.y}));
         p.fillRect(r, kZone);
         p.setPen(kZone.darker(200));
-        p.drawText(r.adjusted(2, 2, -2, -2), Qt::AlignLeft | Qt::AlignTop,
+        p.drawText(r.adjusted(2, 2, -2, -2), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip,
                    QString::fromStdString(z.name));
     }
     for (const Line& l : a.lines) {
@@ -134,11 +134,12 @@ void WorldView::paint_robot(QPainter& p) const {
     }
 }
 
-void WorldView::put_down(const Pose& pose) {
-    if (!driver_.world().place(pose)) return;
+bool WorldView::put_down(const Pose& pose) {
+    if (!driver_.world().place(pose)) return false;
     driver_.placed();
     update();
     emit robotMoved();
+    return true;
 }
 
 void WorldView::mousePressEvent(QMouseEvent* event) {
@@ -148,6 +149,7 @@ void WorldView::mousePressEvent(QMouseEvent* event) {
     if (length(from_centre) > kBodyRadius) return;
     carrying_ = true;
     grip_ = from_centre;
+    lifted_ = driver_.world().pose().centre;
 }
 
 void WorldView::mouseMoveEvent(QMouseEvent* event) {
@@ -158,7 +160,10 @@ void WorldView::mouseMoveEvent(QMouseEvent* event) {
 void WorldView::mouseReleaseEvent(QMouseEvent* event) {
     if (!carrying_) return;
     carrying_ = false;
-    if (movable_) put_down({to_floor(event->position()) - grip_, driver_.world().pose().heading});
+    if (!movable_) return;
+    put_down({to_floor(event->position()) - grip_, driver_.world().pose().heading});
+    // Where the last move left it, when the release itself could not put it down.
+    if (driver_.world().pose().centre != lifted_) emit robotPutDown();
 }
 
 void WorldView::wheelEvent(QWheelEvent* event) {
@@ -167,7 +172,7 @@ void WorldView::wheelEvent(QWheelEvent* event) {
     if (notches == 0) return;
     Pose turned = driver_.world().pose();
     turned.heading += radians(kDegreesPerNotch * notches);
-    put_down(turned);
+    if (put_down(turned)) emit robotPutDown();
     event->accept();
 }
 

@@ -42,8 +42,10 @@ class WorldView : public QWidget {
     QSize sizeHint() const override;
 
   signals:
-    // The user put the robot down or turned it.
+    // The robot moved under the user's hand: at every move of a drag, and when put down or turned.
     void robotMoved();
+    // The user let go of the robot, or turned it: where it now stands is the user's choice.
+    void robotPutDown();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -58,13 +60,14 @@ class WorldView : public QWidget {
     void paint_floor(QPainter& p) const;
     void paint_robot(QPainter& p) const;
     // The robot put down at `pose`, if the walls allow it.
-    void put_down(const Pose& pose);
+    bool put_down(const Pose& pose);
 
     WorldDriver& driver_;
     int zoom_ = 1;
     bool movable_ = false;
     bool carrying_ = false;
-    Vec grip_;  // from the robot's centre to the point it was picked up by
+    Vec grip_;    // from the robot's centre to the point it was picked up by
+    Vec lifted_;  // where its centre stood when it was picked up
     std::uint64_t painted_revision_ = ~std::uint64_t{0};
 };
 

@@ -1,0 +1,69 @@
+#include "user_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace host {
+
+namespace {
+
+// Closes the file on every way out.
+class Descriptor {
+  public:
+    explicit Descriptor(int fd) : fd_(fd) {}
+    ~Descriptor() {
+        if (fd_ >= 0) ::close(fd_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int get() const { return fd_; }
+
+  private:
+    int fd_;
+};
+
+bool fail(std::string* why, std::string text) {
+    if (why) *why = std::move(text);
+    return false;
+}
+
+std::string too_large(std::int64_t limit, const std::string& kind) {
+    const std::int64_t mb = 1024 * 1024;
+    const std::string size = limit >= mb && limit % mb == 0 ? std::to_string(limit / mb) + " MB"
+                                                            : std::to_string(limit) + " bytes";
+    return "it is too large to be " + kind + " (more than " + size + ")";
+}
+
+}  // namespace
+
+bool read_user_file(const std::string& path, std::int64_t limit, const std::string& kind,
+                    std::string* bytes, std::string* why) {
+    // Without blocking: a FIFO or a device must not hold the host until something writes to it.
+    const Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (fd.get() < 0) return fail(why, std::strerror(errno));
+    struct stat st {};
+    if (::fstat(fd.get(), &st) != 0) return fail(why, std::strerror(errno));
+    if (S_ISDIR(st.st_mode)) return fail(why, "it is a folder");
+    if (!S_ISREG(st.st_mode)) return fail(why, "it is not a regular file");
+    if (st.st_size > limit) return fail(why, too_large(limit, kind));
+    std::string text;
+    char buffer[65536];
+    for (;;) {
+        const ssize_t n = ::read(fd.get(), buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return fail(why, std::strerror(errno));
+        if (n == 0) break;
+        text.append(buffer, static_cast<std::size_t>(n));
+        // A file that grows while it is read is held to the same limit.
+        if (static_cast<std::int64_t>(text.size()) > limit)
+            return fail(why, too_large(limit, kind));
+    }
+    if (bytes) *bytes = std::move(text);
+    return true;
+}
+
+}  // namespace host

@@ -1,0 +1,112 @@
+// The world beside the panel: an arena opened from a file, the robot on it driven by the wheels
+// while the component simulates, and picked up, put down and turned by hand while it does not.
+#include <QHBoxLayout>
+#include <QImageWriter>
+#include <QPainter>
+#include <QScrollArea>
+
+#include "main_window.h"
+#include "panel_view.h"
+#include "value_syntax.h"
+
+namespace window {
+
+namespace {
+// The most room the world takes on the screen before it scrolls, in pixels.
+constexpr int kWorldRoomWidth = 1200, kWorldRoomHeight = 900;
+// Between the panel and the world in a snapshot, as the window's layout spaces them.
+constexpr int kStageGap = 6;
+const QColor kStageBackground(0xef, 0xef, 0xef);
+}  // namespace
+
+void MainWindow::build_world_view(QWidget* stage) {
+    world_area_ = new QScrollArea(stage);
+    world_area_->setFrameShape(QFrame::NoFrame);
+    world_area_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    world_view_ = new world::WorldView(console_.world_driver());
+    world_area_->setWidget(world_view_);
+    world_area_->hide();
+    stage->layout()->addWidget(world_area_);
+    connect(world_view_, &world::WorldView::robotMoved, this, [this] {
+        if (view_ && session().panel()) view_->refresh();
+    });
+    connect(world_view_, &world::WorldView::robotPutDown, this, &MainWindow::robot_put_down);
+}
+
+// Shown while an arena is loaded, at its size for the zoom; movable by hand only while the
+// simulation is stopped.
+void MainWindow::follow_world() {
+    const bool loaded = world().loaded();
+    if (close_arena_) close_arena_->setEnabled(loaded);
+    if (reset_robot_) reset_robot_->setEnabled(loaded);
+    world_view_->set_movable(loaded && !simulating());
+    if (loaded == world_area_->isHidden()) world_area_->setVisible(loaded);
+    if (!loaded) return;
+    const QSize size = world_view_->sizeHint();
+    if (world_view_->size() != size) {
+        world_view_->setFixedSize(size);
+        world_area_->setMinimumSize(std::min(size.width(), kWorldRoomWidth),
+                                    std::min(size.height(), kWorldRoomHeight));
+    }
+    world_view_->refresh();
+}
+
+bool MainWindow::open_arena(const std::string& path) {
+    clock_.pulse();
+    std::string error;
+    if (!console_.world_driver().load_file(path, &error)) {
+        tell("The arena could not be opened: " + error);
+        return false;
+    }
+    recorder_.note("world load " + console::quote(path));
+    after_clock();
+    return true;
+}
+
+void MainWindow::close_arena() {
+    if (!world().loaded()) return;
+    clock_.pulse();
+    world().unload();
+    recorder_.note("world unload");
+    after_clock();
+}
+
+void MainWindow::reset_robot() {
+    if (!world().loaded()) return;
+    clock_.pulse();
+    console_.world_driver().reset();
+    recorder_.note("world reset");
+    after_clock();
+}
+
+// The console has no line that puts the robot down: the recording says where it was put, and a
+// replay goes on from where the robot stood.
+void MainWindow::robot_put_down() {
+    clock_.pulse();
+    const world::WholePose p = world::whole_pose(world().pose());
+    recorder_.note("# the robot was put down by hand at x " + std::to_string(p.x) + ", y " +
+                   std::to_string(p.y) + ", heading " + std::to_string(p.heading) +
+                   "; the console has no line for it");
+    after_clock();
+}
+
+// The panel and the world side by side at the window's zoom, their tops level, as the window
+// shows them.
+std::string MainWindow::write_stage(kestrone::IKestronePanel& panel, const std::string& path) {
+    const QImage left = panelqt::render_panel(panel, options_.zoom);
+    if (left.isNull()) return "the panel could not be painted";
+    const QImage right = world_view_->render_image();
+    QImage stage(left.width() + kStageGap + right.width(), std::max(left.height(), right.height()),
+                 QImage::Format_RGB32);
+    stage.fill(kStageBackground);
+    QPainter p(&stage);
+    p.drawImage(0, 0, left);
+    p.drawImage(left.width() + kStageGap, 0, right);
+    p.end();
+    QImageWriter writer(QString::fromStdString(path), "png");
+    if (!writer.write(stage))
+        return "cannot write " + path + ": " + writer.errorString().toStdString();
+    return {};
+}
+
+}  // namespace window
