@@ -39,7 +39,8 @@ TEST(ModuleLists, IdsPastTheLastAndAbsurdCountsEndTheListing) {
     EXPECT_TRUE(kflow::MacroTable::read(top, &error));
     EXPECT_THAT(macro_report(top), EndsWith("  2147483647  char ReadLine(char P1)\n"));
 
-    FakeComponent crowd(std::vector<program_testing::FakeMacro>(host::kMostListed + 5, {"M"}));
+    FakeComponent crowd(
+        std::vector<program_testing::FakeMacro>(host::kMostListed + 5, {"M", "void", {}, false}));
     crowd.pin_count = INT32_MAX;
     const std::string macros = macro_report(crowd);
     EXPECT_THAT(macros, EndsWith("  999  void M()\n  ... and 5 more, not listed: no component "
