@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <iomanip>
 #include <ostream>
@@ -132,26 +134,40 @@ std::string code_file_problem(const std::string& path, std::size_t macros) {
            " holds no macro definitions: it is cut short, damaged or not a code file.";
 }
 
+void write_macro(kestrone::IKestroneComponentV5& c, std::int32_t id, const Variant& text,
+                 std::ostream& out) {
+    const auto [name, returns] = split_three(text.is_array() ? std::string() : text.as_string());
+    Variant params;
+    std::int32_t is_private = 0;
+    c.get_MacroParameters(id, &params);
+    c.get_MacroIsPrivate(id, &is_private);
+    std::string signature;
+    if (params.is_array())
+        for (const Variant& p : params.as_array().items) {
+            const auto [pname, ptype] = split_three(p.is_array() ? std::string() : p.as_string());
+            signature += (signature.empty() ? "" : ", ") + ptype + " " + pname;
+        }
+    out << "  " << std::setw(2) << id << "  " << returns << " " << name << "(" << signature << ")"
+        << (is_private ? "  [private]" : "") << "\n";
+}
+
+}  // namespace
+
 void write_macros(kestrone::IKestroneComponentV5& c, const kestrone::SafeArray& list,
                   std::ostream& out) {
     out << "\nMacros (" << list.items.size() << "):\n";
-    for (std::int32_t id = list.lower; id <= list.upper(); ++id) {
-        const auto [name, returns] =
-            split_three(list.items[static_cast<std::size_t>(id - list.lower)].as_string());
-        Variant params;
-        std::int32_t is_private = 0;
-        c.get_MacroParameters(id, &params);
-        c.get_MacroIsPrivate(id, &is_private);
-        std::string signature;
-        if (params.is_array())
-            for (const Variant& p : params.as_array().items) {
-                const auto [pname, ptype] =
-                    split_three(p.is_array() ? std::string() : p.as_string());
-                signature += (signature.empty() ? "" : ", ") + ptype + " " + pname;
-            }
-        out << "  " << std::setw(2) << id << "  " << returns << " " << name << "(" << signature
-            << ")" << (is_private ? "  [private]" : "") << "\n";
-    }
+    // Ids are 32-bit: of a list that starts near the top, the macros past the last id have none.
+    const std::int64_t last = std::min<std::int64_t>(list.upper(), INT32_MAX);
+    const std::size_t with_id =
+        last < list.lower ? 0 : static_cast<std::size_t>(last - list.lower + 1);
+    const std::size_t listed = std::min(with_id, kMostListed);
+    for (std::size_t k = 0; k < listed; ++k)
+        write_macro(c, list.lower + static_cast<std::int32_t>(k), list.items[k], out);
+    if (listed < with_id)
+        out << "  ... and " << with_id - listed << " more, not listed: no component has so many\n";
+    if (with_id < list.items.size())
+        out << "  ... and " << list.items.size() - with_id
+            << " more past the id 2147483647, which no call can name\n";
 }
 
 void write_pins(kestrone::IKestroneComponentV5& c, std::ostream& out) {
@@ -159,7 +175,8 @@ void write_pins(kestrone::IKestroneComponentV5& c, std::ostream& out) {
     std::string text;
     c.get_PinCount(&n);
     out << "\nPins (" << n << "):\n";
-    for (std::int32_t id = 0; id < std::max(n, 1); ++id) {
+    const std::int32_t listed = std::min(std::max(n, 1), static_cast<std::int32_t>(kMostListed));
+    for (std::int32_t id = 0; id < listed; ++id) {
         c.get_PinName(id, &text);
         std::int32_t port = 0, bit = 0, direction = 0;
         const HRESULT hp = c.get_Port(id, &port);
@@ -170,9 +187,9 @@ void write_pins(kestrone::IKestroneComponentV5& c, std::ostream& out) {
             << number_or_status(hb, bit) << "  direction " << number_or_status(hd, direction)
             << "\n";
     }
+    if (listed < n)
+        out << "  ... and " << n - listed << " more, not listed: no component has so many\n";
 }
-
-}  // namespace
 
 int write_info(const ModuleHost& module, std::ostream& out) {
     CollectingServices services;

@@ -162,6 +162,12 @@ class IKestronePanel : public IUnknown {
     // A user's click on a check box, and on the upper (towards Max) or lower arrow of an UpDown.
     virtual HRESULT Click(std::int32_t id) noexcept = 0;
     virtual HRESULT Arrow(std::int32_t id, bool up) noexcept = 0;
+    // The element that holds the keyboard focus; -1 for none. A press of the left button on an
+    // element that can take the focus gives it the focus, and the component may move it itself;
+    // a view that walks the focus with the keyboard says where it put it. SetFocus refuses an
+    // element that cannot take the focus (E_INVALIDARG).
+    virtual HRESULT GetFocus(std::int32_t* id) noexcept = 0;
+    virtual HRESULT SetFocus(std::int32_t id) noexcept = 0;
 
     // Where and how element `id` is painted. A frame's children move with it: a change of a
     // frame's place changes its children's boxes too.

@@ -103,6 +103,19 @@ HRESULT PanelFacet::Arrow(std::int32_t id, bool up) noexcept {
     return guarded_call([&] { core_.panel.arrow(id, up); });
 }
 
+HRESULT PanelFacet::GetFocus(std::int32_t* id) noexcept {
+    if (!id) return kestrone::E_POINTER;
+    *id = core_.panel.focus();
+    return S_OK;
+}
+
+HRESULT PanelFacet::SetFocus(std::int32_t id) noexcept {
+    if (id < 0 || id >= core_.panel.count() || !core_.panel.takes_focus(id))
+        return kestrone::E_INVALIDARG;
+    core_.panel.set_focus(id);
+    return S_OK;
+}
+
 HRESULT PanelFacet::GetElementView(std::int32_t id, kestrone::ElementView* view) noexcept {
     if (!view) return kestrone::E_POINTER;
     if (id < 0 || id >= core_.panel.count()) return kestrone::E_INVALIDARG;

@@ -37,6 +37,8 @@ class PanelFacet final : public kestrone::ComTearOff<PanelInterfaces, ModuleObje
                               std::int32_t shift, float x, float y) noexcept override;
     kestrone::HRESULT Click(std::int32_t id) noexcept override;
     kestrone::HRESULT Arrow(std::int32_t id, bool up) noexcept override;
+    kestrone::HRESULT GetFocus(std::int32_t* id) noexcept override;
+    kestrone::HRESULT SetFocus(std::int32_t id) noexcept override;
     kestrone::HRESULT GetElementView(std::int32_t id,
                                      kestrone::ElementView* view) noexcept override;
     kestrone::HRESULT GetPaintOrder(std::vector<std::int32_t>* back_to_front) noexcept override;

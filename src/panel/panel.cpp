@@ -205,6 +205,13 @@ int Panel::hit_test(float x, float y, float* local_x, float* local_y) const {
     return -1;
 }
 
+bool Panel::takes_focus(int id) const {
+    const Element& e = at(id);
+    const bool kind = e.kind == ElementKind::CheckBox || e.kind == ElementKind::PictureBox ||
+                      e.kind == ElementKind::UpDown;
+    return kind && e.tab_index >= 0 && e.enabled && element_shown(*this, id);
+}
+
 void Panel::deliver_mouse(int id, PointerAction action, std::int32_t buttons, std::int32_t shift,
                           float x, float y) {
     const Element& e = at(id);
@@ -228,6 +235,7 @@ void Panel::pointer(PointerAction action, std::int32_t buttons, std::int32_t shi
         case PointerAction::Down: {
             if (under < 0) return;
             capture_ = under;
+            if (buttons == 1 && takes_focus(under)) focus_ = under;
             const Element& e = at(under);
             if (e.kind == ElementKind::UpDown) {
                 // The arrows take the press themselves: the upper one moves towards Max.

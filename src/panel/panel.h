@@ -105,6 +105,8 @@ class Panel {
     void set_timer_enabled(int id, bool v);
     void set_focus(int id) { focus_ = id; }
     int focus() const { return focus_; }
+    // A check box, picture box or UpDown in the tab order, shown and enabled.
+    bool takes_focus(int id) const;
 
     // ---- the panel's size, in twips; the scale of the panel itself is pixels
     float width_twips() const { return width_; }

@@ -123,33 +123,50 @@ std::string repeated(const std::string& s, int n) {
     return out;
 }
 
-// Nesting is refused at a depth that the parser, the checker and the interpreter all survive;
-// beneath it a program still runs.
+// Nesting is refused, at the bracket, sign, call or block that goes one level too deep, at a
+// depth that the parser, the checker and the interpreter all survive; beneath it a program still
+// runs.
 TEST(ProgramFaults, NestingWithoutEndIsRefusedNotCrashedOn) {
     struct Case {
         const char* name;
         std::string source;
         const char* words;
+        kflow::Place at;
     };
     const Case cases[] = {
-        {"brackets", "int x = " + repeated("(", 30000) + "1" + repeated(")", 30000) + "\n",
-         "nested more than 200 deep"},
-        {"signs", "int x = " + repeated("-", 30000) + "1\n", "nested more than 200 deep"},
-        {"calls", "DriveForwards(" + repeated("ReadSwitch(", 3000) + "\n",
-         "nested more than 200 deep"},
-        {"blocks", repeated("forever\n", 3000) + repeated("end\n", 3000),
-         "blocks are nested more than 200 deep"},
-        {"ifs", repeated("if 1\n", 3000) + "stop\n" + repeated("end\n", 3000),
-         "blocks are nested more than 200 deep"},
+        {"brackets",
+         "int x = " + repeated("(", 100000) + "1" + repeated(")", 100000) + "\n",
+         "nested more than 200 deep",
+         {1, 208}},
+        {"signs",
+         "int x = " + repeated("-", 100000) + "1\n",
+         "nested more than 200 deep",
+         {1, 208}},
+        {"calls",
+         "DriveForwards(" + repeated("ReadSwitch(", 3000) + "\n",
+         "nested more than 200 deep",
+         {1, 14 + 199 * 11}},
+        {"a sum",
+         "int x = 1" + repeated(" + 1", 100000) + "\n",
+         "more than 200 operations build on one another",
+         {1, 7 + 200 * 4}},
+        {"blocks",
+         repeated("forever\n", 3000) + repeated("end\n", 3000),
+         "blocks are nested more than 200 deep",
+         {201, 1}},
+        {"ifs",
+         repeated("if 1\n", 3000) + "stop\n" + repeated("end\n", 3000),
+         "blocks are nested more than 200 deep",
+         {201, 1}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const auto run = program_testing::run_program(c.source);
         ASSERT_FALSE(run->checked.faults.empty());
-        bool said = false;
-        for (const kflow::Diagnostic& d : run->checked.faults)
-            said = said || d.text.find(c.words) != std::string::npos;
-        EXPECT_TRUE(said) << run->checked.faults.front().text;
+        const kflow::Diagnostic& first = run->checked.faults.front();
+        EXPECT_THAT(first.text, HasSubstr(c.words));
+        EXPECT_EQ(first.at.line, c.at.line);
+        EXPECT_EQ(first.at.column, c.at.column);
         EXPECT_EQ(run->component.starts, 0);
     }
     const auto deep = program_testing::run_program(

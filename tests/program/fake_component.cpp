@@ -35,22 +35,22 @@ kestrone::HRESULT FakeComponent::get_MacroNames(Variant* pVal) noexcept {
     std::vector<Variant> names;
     for (const FakeMacro& m : macros_)
         names.push_back(Variant::string(m.name + "|" + m.name + "|" + m.returns));
-    *pVal = Variant::array(kestrone::VarType::String, 0, std::move(names));
+    *pVal = Variant::array(kestrone::VarType::String, first_id, std::move(names));
     return kestrone::S_OK;
 }
 
 kestrone::HRESULT FakeComponent::get_MacroIsFunction(std::int32_t id, std::int32_t* pVal) noexcept {
-    *pVal = macros_.at(static_cast<std::size_t>(id)).returns != "void" ? -1 : 0;
+    *pVal = macro(id).returns != "void" ? -1 : 0;
     return kestrone::S_OK;
 }
 
 kestrone::HRESULT FakeComponent::get_MacroIsPrivate(std::int32_t id, std::int32_t* pVal) noexcept {
-    *pVal = macros_.at(static_cast<std::size_t>(id)).is_private ? -1 : 0;
+    *pVal = macro(id).is_private ? -1 : 0;
     return kestrone::S_OK;
 }
 
 kestrone::HRESULT FakeComponent::get_MacroParameters(std::int32_t id, Variant* pVal) noexcept {
-    const FakeMacro& m = macros_.at(static_cast<std::size_t>(id));
+    const FakeMacro& m = macro(id);
     if (m.param_types.empty()) {
         *pVal = Variant::array(kestrone::VarType::Variant, 0, {});
         return kestrone::S_OK;
@@ -61,6 +61,11 @@ kestrone::HRESULT FakeComponent::get_MacroParameters(std::int32_t id, Variant* p
         params.push_back(Variant::string(name + "|" + name + "|" + m.param_types[k]));
     }
     *pVal = Variant::array(kestrone::VarType::String, 0, std::move(params));
+    return kestrone::S_OK;
+}
+
+kestrone::HRESULT FakeComponent::get_PinCount(std::int32_t* pVal) noexcept {
+    *pVal = pin_count;
     return kestrone::S_OK;
 }
 
@@ -84,10 +89,9 @@ kestrone::HRESULT FakeComponent::SimMacroCall(std::int32_t id, const Variant& vP
         vParams.as_array().element != kestrone::VarType::Variant)
         return kestrone::E_INVALIDARG;
     calls.push_back({id, vParams.as_array().items});
-    events.push_back(macros_.at(static_cast<std::size_t>(id)).name);
+    events.push_back(macro(id).name);
     if (id == failing_id) return failure;
-    if (macros_.at(static_cast<std::size_t>(id)).returns != "void")
-        *pRetVal = result(id, calls.size() - 1);
+    if (macro(id).returns != "void") *pRetVal = result(id, calls.size() - 1);
     return kestrone::S_OK;
 }
 

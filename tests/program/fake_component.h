@@ -36,6 +36,9 @@ class FakeComponent : public kestrone::IKestroneComponentV5 {
     // The result of a function macro: by default the low bits of a count of all calls made.
     std::function<std::int32_t(std::int32_t id, std::size_t call)> result =
         [](std::int32_t, std::size_t call) { return static_cast<std::int32_t>(call * 37 + 11); };
+    // The id of the first macro, as the component numbers them; and what it says of its pins.
+    std::int32_t first_id = 0;
+    std::int32_t pin_count = 0;
     // A macro that fails with this status (0: none).
     std::int32_t failing_id = -1;
     kestrone::HRESULT failure = 0;
@@ -56,6 +59,7 @@ class FakeComponent : public kestrone::IKestroneComponentV5 {
     kestrone::HRESULT get_MacroParameters(std::int32_t id,
                                           kestrone::Variant* pVal) noexcept override;
     kestrone::HRESULT get_MacroIsPrivate(std::int32_t id, std::int32_t* pVal) noexcept override;
+    kestrone::HRESULT get_PinCount(std::int32_t* pVal) noexcept override;
     kestrone::HRESULT StartSimulation() noexcept override;
     kestrone::HRESULT StopSimulation() noexcept override;
     kestrone::HRESULT SimMacroCall(std::int32_t id, const kestrone::Variant& vParams,
@@ -70,7 +74,6 @@ class FakeComponent : public kestrone::IKestroneComponentV5 {
     KFLOW_FAKE_UNUSED(get_MultipleAllowed(std::int32_t*))
     KFLOW_FAKE_UNUSED(get_MacroCode(std::int32_t, std::string*))
     KFLOW_FAKE_UNUSED(get_IsSimulating(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_PinCount(std::int32_t*))
     KFLOW_FAKE_UNUSED(get_HasInitialisation(std::int32_t*))
     KFLOW_FAKE_UNUSED(get_HasInterrupts(std::int32_t*))
     KFLOW_FAKE_UNUSED(get_HasExclusiveInts(std::int32_t*))
@@ -126,6 +129,9 @@ class FakeComponent : public kestrone::IKestroneComponentV5 {
 #undef KFLOW_FAKE_UNUSED
 
   private:
+    const FakeMacro& macro(std::int32_t id) const {
+        return macros_.at(static_cast<std::size_t>(std::int64_t{id} - first_id));
+    }
     std::vector<FakeMacro> macros_;
 };
 

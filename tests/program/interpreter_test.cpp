@@ -96,7 +96,8 @@ TEST(Arithmetic, PrecedenceAndAssociativityAreCs) {
         "int g = 5 > 3 > 1\n"
         "int h = !0 + ~0 * -2\n"
         "int i = (2 + 3) * 4\n"
-        "int j = 1 || 0 && 0\n");
+        "int j = 1 || 0 && 0\n"
+        "int k = 16 >> 2 + 1\n");
     EXPECT_EQ(run->var("a"), 14);
     EXPECT_EQ(run->var("b"), 0);
     EXPECT_EQ(run->var("c"), 8);
@@ -107,6 +108,7 @@ TEST(Arithmetic, PrecedenceAndAssociativityAreCs) {
     EXPECT_EQ(run->var("h"), 3);
     EXPECT_EQ(run->var("i"), 20);
     EXPECT_EQ(run->var("j"), 1);
+    EXPECT_EQ(run->var("k"), 2);
 }
 
 TEST(Control, AndAndOrLeaveTheRightSideUncalledWhenTheLeftDecides) {

@@ -155,6 +155,7 @@ TEST(NullPointers, ThePanelsInterfacesRefuseThemAndWriteNothing) {
         {"GetTwipsPerPixel", [&] { return view->GetTwipsPerPixel(nullptr); }},
         {"GetBackColour", [&] { return view->GetBackColour(nullptr); }},
         {"GetElementView", [&] { return view->GetElementView(0, nullptr); }},
+        {"GetFocus", [&] { return view->GetFocus(nullptr); }},
         {"GetPaintOrder", [&] { return view->GetPaintOrder(nullptr); }},
         {"GetPicture width", [&] { return view->GetPicture(1, nullptr, &h, &rgba); }},
         {"GetPicture height", [&] { return view->GetPicture(1, &w, nullptr, &rgba); }},

@@ -124,8 +124,10 @@ TEST(ViewKeys, ArrowsPagesAndSpaceWorkTheFocusedElement) {
     key(view, Qt::Key_Space);
     EXPECT_EQ(robot.info("chkSwitchLeft").check_value, 1);
     EXPECT_EQ(robot.info("chkSwitchRight").check_value, 0);
-    key(view, Qt::Key_Tab);
-    key(view, Qt::Key_Tab);  // updownADC(0)
+    // The switch's click hands the focus back to the logo.
+    EXPECT_EQ(view.focused_element(), robot.id("Picture1"));
+    for (int i = 0; i < 5; ++i)
+        key(view, Qt::Key_Tab);  // on to updownADC(0)
     const int start = value();
     key(view, Qt::Key_PageUp);
     key(view, Qt::Key_PageUp);
@@ -174,6 +176,8 @@ TEST(ViewMouse, ThePointerGoesOnInPanelPixelsWithButtonsAndShift) {
     EXPECT_EQ(input.calls, want);
 }
 
+// A left press puts the focus mark on an element that takes the focus; a switch's click then
+// hands the focus to the logo, and the mark follows.
 TEST(ViewMouse, APressAndReleaseOnASwitchAtZoomTwoClicksIt) {
     ViewRobot robot;
     panelqt::DirectPanelInput input(robot.panel());
@@ -181,14 +185,28 @@ TEST(ViewMouse, APressAndReleaseOnASwitchAtZoomTwoClicksIt) {
     view.set_zoom(2);
     int delivered = 0;
     QObject::connect(&view, &panelqt::PanelView::input_delivered, [&] { ++delivered; });
-    const QPointF centre = QPointF(robot.box("chkLineRight").center()) * 2;
-    mouse(view, QEvent::MouseButtonPress, centre, Qt::LeftButton, Qt::LeftButton);
-    mouse(view, QEvent::MouseButtonRelease, centre, Qt::LeftButton, Qt::NoButton);
+    const auto press = [&](const char* name, std::int32_t index, Qt::MouseButton button) {
+        const QPointF centre = QPointF(robot.box(name, index).center()) * 2;
+        mouse(view, QEvent::MouseButtonPress, centre, button, button);
+        mouse(view, QEvent::MouseButtonRelease, centre, button, Qt::NoButton);
+    };
+    press("updownADC", 2, Qt::LeftButton);
+    EXPECT_EQ(view.focused_element(), robot.id("updownADC", 2));
+    press("chkSwitchLeft", -1, Qt::RightButton);
+    press("lblADCVal", 0, Qt::LeftButton);
+    EXPECT_EQ(view.focused_element(), robot.id("updownADC", 2));
+    key(view, Qt::Key_Tab);
+    EXPECT_EQ(view.focused_element(), robot.id("updownADC", 3));
+    delivered = 0;
+    press("chkLineRight", -1, Qt::LeftButton);
     EXPECT_EQ(robot.info("chkLineRight").check_value, 1);
     EXPECT_EQ(delivered, 2);
+    EXPECT_EQ(view.focused_element(), robot.id("Picture1"));
     // The change is on its way to the screen: the box is due for a repaint.
     const QRect box = robot.box("chkLineRight");
     EXPECT_TRUE(view.pending_region().contains(QRect(box.topLeft() * 2, box.size() * 2)));
+    key(view, Qt::Key_Tab);
+    EXPECT_EQ(view.focused_element(), robot.id("chkLineLeft"));
 }
 
 TEST(ViewRepaint, OnlyWhatChangedIsRepaintedOncePerFrame) {

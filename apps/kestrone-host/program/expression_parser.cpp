@@ -1,5 +1,6 @@
 #include "expression_parser.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kflow {
@@ -58,7 +59,21 @@ const char* op_text(Op op) {
 }
 
 ExprId ExpressionParser::add(Expr e) {
+    int height = 0;
+    const auto below = [&](ExprId id) {
+        if (id != kNoExpr)
+            height = std::max(height, heights_[static_cast<std::size_t>(id) - first_]);
+    };
+    below(e.lhs);
+    below(e.rhs);
+    for (const ExprId a : e.args)
+        below(a);
+    if (++height > kMaxExpressionNesting)
+        return fail(e.at, "the expression is too long: more than " +
+                              std::to_string(kMaxExpressionNesting) +
+                              " operations build on one another; split it over a few variables");
     exprs_.push_back(std::move(e));
+    heights_.push_back(height);
     return static_cast<ExprId>(exprs_.size() - 1);
 }
 
@@ -73,16 +88,19 @@ Place ExpressionParser::end_place() const {
     return {last.at.line, last.at.column + static_cast<int>(last.text.size())};
 }
 
-bool ExpressionParser::enter() {
+bool ExpressionParser::enter(Place at) {
     if (depth_ < kMaxExpressionNesting) return true;
-    fail(peek() ? peek()->at : end_place(), "the expression is nested more than " +
-                                                std::to_string(kMaxExpressionNesting) +
-                                                " deep: split it over a few variables");
+    fail(at, "the expression is nested more than " + std::to_string(kMaxExpressionNesting) +
+                 " deep: split it over a few variables");
     return false;
 }
 
 ExprId ExpressionParser::parse() {
-    if (!enter()) return kNoExpr;
+    return nested(peek() ? peek()->at : end_place());
+}
+
+ExprId ExpressionParser::nested(Place opener) {
+    if (!enter(opener)) return kNoExpr;
     ++depth_;
     const ExprId e = binary(1);
     --depth_;
@@ -116,7 +134,7 @@ ExprId ExpressionParser::unary() {
         for (const UnaryOp& u : kUnary)
             if (u.token == t->kind) {
                 const Place at = t->at;
-                if (!enter()) return kNoExpr;
+                if (!enter(at)) return kNoExpr;
                 ++pos_;
                 ++depth_;
                 const ExprId operand = unary();
@@ -154,7 +172,7 @@ ExprId ExpressionParser::primary() {
             return add(std::move(e));
         }
         case Tok::LParen: {
-            const ExprId inner = parse();
+            const ExprId inner = nested(t->at);
             if (inner == kNoExpr) return kNoExpr;
             if (!peek() || peek()->kind != Tok::RParen)
                 return fail(
@@ -182,7 +200,7 @@ ExprId ExpressionParser::call(const Token& name) {
         return add(std::move(e));
     }
     while (true) {
-        const ExprId arg = parse();
+        const ExprId arg = nested(open);
         if (arg == kNoExpr) return kNoExpr;
         e.args.push_back(arg);
         const Token* t = peek();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cctype>
 
 namespace kflow {
@@ -60,12 +61,14 @@ class LineLexer {
     }
 
   private:
-    // Columns count characters: the continuation bytes of UTF-8 do not move them.
-    Place place(std::size_t at) const {
-        int column = 1;
-        for (std::size_t k = 0; k < at; ++k)
-            if ((static_cast<unsigned char>(s_[k]) & 0xC0) != 0x80) ++column;
-        return {line_, column};
+    // Columns count characters: the continuation bytes of UTF-8 do not move them. Places are
+    // asked for along the line, never back, so the count goes on from the last one: a line of
+    // many tokens costs no more than its length.
+    Place place(std::size_t at) {
+        assert(at >= counted_);
+        for (; counted_ < at; ++counted_)
+            if ((static_cast<unsigned char>(s_[counted_]) & 0xC0) != 0x80) ++column_;
+        return {line_, column_};
     }
     void push(Tok kind, std::size_t start, std::int16_t value = 0) {
         tokens_.push_back({kind, place(start), std::string(s_.substr(start, i_ - start)), value});
@@ -87,6 +90,8 @@ class LineLexer {
     int line_;
     Diagnostics& faults_;
     std::size_t i_ = 0;
+    std::size_t counted_ = 0;  // the place's count has reached this byte
+    int column_ = 1;           // of that byte
     std::vector<Token> tokens_;
 };
 

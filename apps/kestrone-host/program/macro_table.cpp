@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cctype>
+#include <climits>
 
 namespace kflow {
 
@@ -101,6 +102,9 @@ std::optional<MacroTable> MacroTable::read(kestrone::IKestroneComponentV5& compo
     if (!names.is_array() || names.as_array().items.empty())
         return fail("the component lists no macros");
     const kestrone::SafeArray& list = names.as_array();
+    // Ids are 32-bit: past the last one a macro could not be called.
+    if (list.upper() > INT32_MAX)
+        return fail("the component numbers its macros past 2147483647, the last id there is");
     std::vector<MacroInfo> macros;
     for (std::size_t k = 0; k < list.items.size(); ++k) {
         const std::int32_t id = list.lower + static_cast<std::int32_t>(k);

@@ -2,6 +2,7 @@
 // buttons and shift in the panel's terms; the panel decides what they do.
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -74,13 +75,25 @@ void PanelView::after_input() {
     emit input_delivered();
 }
 
+void PanelView::put_mark(std::int32_t id) {
+    if (focused_ >= 0) schedule(widget_rect(focused_));
+    focused_ = id;
+    schedule(widget_rect(focused_));
+}
+
 bool PanelView::move_focus(bool forward) {
     const std::int32_t next = next_focus(focus_order(*panel_), focused_, forward);
     if (next < 0) return false;
-    if (focused_ >= 0) schedule(widget_rect(focused_));
-    focused_ = next;
-    schedule(widget_rect(focused_));
+    put_mark(next);
+    panel_->SetFocus(next);
     return true;
+}
+
+void PanelView::follow_focus() {
+    std::int32_t id = -1;
+    if (panel_->GetFocus(&id) != kestrone::S_OK || id < 0 || id == focused_) return;
+    const std::vector<std::int32_t> order = focus_order(*panel_);
+    if (std::find(order.begin(), order.end(), id) != order.end()) put_mark(id);
 }
 
 bool PanelView::focusNextPrevChild(bool next) {

@@ -63,6 +63,7 @@ void PanelView::reset(kestrone::IKestronePanel& panel) {
 }
 
 void PanelView::refresh() {
+    follow_focus();
     std::vector<std::int32_t> changed;
     std::uint64_t now = 0;
     if (panel_->GetChangedElements(painted_revision_, &changed, &now) != S_OK) return;

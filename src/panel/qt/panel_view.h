@@ -85,6 +85,10 @@ class PanelView : public QWidget {
     void after_input();
     void forward_pointer(kestrone::PointerAction action, QMouseEvent* event);
     void press_focused(int times, bool up);
+    // The mark onto `id`, repainting where it was and where it goes.
+    void put_mark(std::int32_t id);
+    // The component's focus, when it moved it itself, onto an element that can take it.
+    void follow_focus();
     QRect scaled(const QRect& panel_pixels) const;
     // Element `id`'s place in widget pixels.
     QRect widget_rect(std::int32_t id) const;
