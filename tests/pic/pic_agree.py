@@ -45,8 +45,8 @@ LDR, IR_LEFT, IR_FRONT, IR_RIGHT = 0, 2, 3, 4
 
 # A tone's frequency is measured over the middle of the tone from RB5 sampled every SAMPLE
 # cycles; the chip's timer counts in whole steps, so a tone is near the asked one, not exact.
-SAMPLE = 250
-TONE_TOLERANCE = 0.015
+SAMPLE = 200
+TONE_TOLERANCE = 0.008
 QUIET_SAMPLES, QUIET_STEP = 30, 500  # 3 ms with RB5 still at each moment compared
 
 
