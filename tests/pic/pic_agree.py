@@ -13,8 +13,9 @@ Two clocks differ on purpose. The chip runs at the 20 MHz its code file assumes,
 in four clock periods: 5000 cycles a millisecond. A tone holds the chip's program for its length,
 while the console's clock does not move for it: every tone the panel was asked for before the
 moment moves the chip's moment on by its length. The chip's delays also run a little slow (its
-timer interrupt takes its share), so every moment below lies well inside a long delay, or well
-after the program's end, where neither side changes for a while.
+timer interrupt takes its share: the line follower's 10 s end 70 ms late), so every moment below
+lies well inside a long delay, or well after the program's end, where neither side changes for a
+while.
 """
 
 import argparse
