@@ -396,6 +396,9 @@ static __code uint16_t __at(_CONFIG) cfg = _HS_OSC & _WDT_OFF & _LVP_OFF & _PWRT
 #define ROV_ADC_SETTLE    20        /* loop passes, > 20 us of acquisition time */
 /* Timer 1 at 1:4: half a period of a tone of f x 10 Hz is ROV_TONE_TICKS / f counts. */
 #define ROV_TONE_TICKS    ((unsigned int)(ROV_XTAL_HZ / 320UL))
+/* Counts that Timer 1 stands still for while the interrupt adds the next half period to it
+   (about 20 instruction cycles of SDCC 4.2's code, counted in its listing and in gpsim). */
+#define ROV_TONE_STILL    5u
 #define ROV_I2C_BRG       ((unsigned char)(ROV_XTAL_HZ / (4UL * 100000UL) - 1))  /* 100 kHz */
 
 /* Wiring. */
@@ -556,7 +559,7 @@ static void rov_tone_start(unsigned char frequency)
 
     if (frequency == 0)
         return;
-    reload = (unsigned int)(0u - ROV_TONE_TICKS / frequency);
+    reload = (unsigned int)(0u - (ROV_TONE_TICKS / frequency - ROV_TONE_STILL));
     rov_tone_hi = (unsigned char)(reload >> 8);
     rov_tone_lo = (unsigned char)reload;
     TMR1ON = 0;
@@ -851,9 +854,14 @@ void isr(void) __interrupt(0)
         T0IF = 0;
     }
     if (TMR1IE && TMR1IF) {
+        /* The next half period counts from the overflow, not from here: the counts since it
+           stay (as Timer 0's do), or every half period would be as long again as the time
+           the interrupt took to get here. The timer stands still while it is added to. */
         TMR1ON = 0;
-        TMR1H = rov_tone_hi;
-        TMR1L = rov_tone_lo;
+        TMR1L += rov_tone_lo;
+        if (TMR1L < rov_tone_lo)
+            TMR1H++;
+        TMR1H += rov_tone_hi;
         TMR1ON = 1;
         ROV_PIEZO = !ROV_PIEZO;
         TMR1IF = 0;

@@ -29,7 +29,7 @@ constexpr CommandHelp kCommands[] = {
     {"store save FILE, store load FILE", "the store to a project file, or from one"},
     {"writeprops, readprops", "the component's save into the store, its load from it"},
     {"page open|get|put|click|apply", "the property page, as the host's property frame shows it"},
-    {"run FILE", "runs a robot program (.kflow) to its end on the clock"},
+    {"run FILE [MS]", "runs a robot program (.kflow) on the clock: to its end, or stopped at MS"},
     {"var NAME", "a variable of the last program run"},
     {"expect COMMAND == VALUE", "checks a command's value; a failed check makes the exit status 1"},
     {"world load|reset|x|y|heading|in|unload", "the arena the robot drives in"},

@@ -33,6 +33,20 @@ std::string element_text(const ElementPath& p) {
     return p.index ? p.element + "(" + std::to_string(*p.index) + ")" : p.element;
 }
 
+std::optional<std::int32_t> whole_number(std::string_view text) {
+    const auto d = number_of(text);
+    if (!d || *d != std::floor(*d) || *d < INT32_MIN || *d > INT32_MAX) return std::nullopt;
+    return static_cast<std::int32_t>(*d);
+}
+
+// A pointer coordinate: as far out as a float reaches.
+float coordinate(double d) {
+    return static_cast<float>(
+        std::clamp(d, -static_cast<double>(FLT_MAX), static_cast<double>(FLT_MAX)));
+}
+
+}  // namespace
+
 // A number as written in the console: any numeric kind.
 std::optional<double> number_of(std::string_view text) {
     const auto v = parse_value(text);
@@ -52,20 +66,6 @@ std::optional<double> number_of(std::string_view text) {
             return std::nullopt;
     }
 }
-
-std::optional<std::int32_t> whole_number(std::string_view text) {
-    const auto d = number_of(text);
-    if (!d || *d != std::floor(*d) || *d < INT32_MIN || *d > INT32_MAX) return std::nullopt;
-    return static_cast<std::int32_t>(*d);
-}
-
-// A pointer coordinate: as far out as a float reaches.
-float coordinate(double d) {
-    return static_cast<float>(
-        std::clamp(d, -static_cast<double>(FLT_MAX), static_cast<double>(FLT_MAX)));
-}
-
-}  // namespace
 
 bool ConsoleSession::have_panel() {
     if (!have_object()) return false;

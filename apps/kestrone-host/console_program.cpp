@@ -1,6 +1,7 @@
 // The console's programs and checks: a robot program run to its end on the console's clock, its
 // variables, and `expect`, which makes a script of actions a test.
 #include <algorithm>
+#include <cmath>
 
 #include "console_session.h"
 #include "value_syntax.h"
@@ -9,17 +10,31 @@ namespace console {
 
 using kestrone::Variant;
 
+// run FILE [MS]: with MS, the program is stopped once MS milliseconds have passed on its clock,
+// so the panel can be read as the program left it at that moment.
 void ConsoleSession::cmd_run(const CommandLine& c) {
-    if (c.words.size() != 2 || c.equals) return out_.fail("run takes a program: run FILE");
+    if (c.words.size() < 2 || c.words.size() > 3 || c.equals)
+        return out_.fail("run takes a program and a time to stop at: run FILE [MS]");
     const auto path = word_text(c.words[1]);
     if (!path) return out_.fail("not a file name: " + c.words[1]);
+    kflow::RunLimits limits;
+    const bool timed = c.words.size() == 3;
+    if (timed) {
+        const auto ms = number_of(c.words[2]);
+        if (!ms || *ms != std::floor(*ms) || *ms < 0 || *ms > static_cast<double>(limits.clock_ms))
+            return out_.fail("run stops at a whole number of milliseconds, 0 to " +
+                             std::to_string(limits.clock_ms));
+        limits.clock_ms = static_cast<std::int64_t>(*ms);
+    }
     if (!have_object()) return;
     if (!session_.offers(host::Facet::Host) || !session_.offers(host::Facet::Panel))
         return out_.fail("the component offers no host interface and panel to run a program on");
     std::string error;
     if (!session_.load_program(*path, &error)) return out_.fail(error);
-    const kflow::RunOutcome outcome = session_.run_program();
-    if (outcome.end != kflow::RunOutcome::End::Finished) return out_.fail(outcome.message);
+    const kflow::RunOutcome outcome = session_.run_program(limits);
+    const bool stopped_in_time = timed && outcome.end == kflow::RunOutcome::End::OutOfTime;
+    if (outcome.end != kflow::RunOutcome::End::Finished && !stopped_in_time)
+        return out_.fail(outcome.message);
     // The limits keep a run far below a 32-bit count of milliseconds.
     out_.ok(format_value(Variant::long_(static_cast<std::int32_t>(outcome.elapsed_ms))));
 }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -59,6 +60,9 @@ std::string progress_text(std::string_view command, std::int64_t done, std::int6
 
 // The answer of `advance`: its count of ticks, without loss.
 kestrone::Variant tick_count(std::int64_t ticks);
+
+// A number as written in the console: any numeric kind.
+std::optional<double> number_of(std::string_view text);
 
 class ConsoleSession {
   public:

@@ -98,9 +98,13 @@ class Console:
 
     def ask(self, command):
         """Runs one command: the text after "ok " of its answer."""
+        return self.ask_with_notices(command)[0]
+
+    def ask_with_notices(self, command):
+        """Runs one command: (the text after "ok " of its answer, the notice lines before it)."""
         self.proc.stdin.write(command + "\n")
         self.proc.stdin.flush()
-        return self._answer(command)[0]
+        return self._answer(command)
 
     def close(self):
         if self.proc.poll() is None:

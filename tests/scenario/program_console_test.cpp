@@ -62,6 +62,20 @@ TEST_F(ProgramConsole, TheClockOfARunGoesOnFromWhereTheConsoleStood) {
     EXPECT_EQ(later.lines[5], "ok 20&");
 }
 
+TEST_F(ProgramConsole, ARunGivenATimeStopsThereWithThePanelAsTheProgramHadIt) {
+    const std::string drive = program("drive.kflow", kDrive);
+    const auto run =
+        robot.run("run " + drive + " 150\nvar n\nfield iMotorSpeed(0)\nfield bSimulating\n" +
+                  "run " + drive + " 300\nvar n\nrun " + drive + " 346\nfield iMotorSpeed(0)\n" +
+                  "run " + drive + " 600000\nrun " + drive + " 600001\nrun " + drive + " 1.5\n");
+    EXPECT_THAT(run.lines,
+                ElementsAre("ok", "ok 150&", "ok 0%", "ok 200%", "ok False", "tone 440 125",
+                            "ok 300&", "ok 7%", "tone 440 125", "ok 345&", "ok 0%", "tone 440 125",
+                            "ok 345&", StartsWith("fail run stops at a whole number"),
+                            StartsWith("fail run stops at a whole number")))
+        << run.text();
+}
+
 TEST_F(ProgramConsole, AProgramWithAFaultDoesNotRunAtAll) {
     const std::string drive = program("drive.kflow", kDrive);
     const std::string faulty = program("faulty.kflow", "int n = 1\nDriveForwards(n)\nn = m + 1\n");
