@@ -99,7 +99,7 @@ void Interpreter::fail(const Fault& f) {
     finish(RunState::Failed, Pause::Why::Failed);
 }
 
-bool Interpreter::step() {
+inline bool Interpreter::step() {
     const Step& s = code_.steps[pc_];
     last_ = pc_;
     pc_ = static_cast<std::size_t>(s.next);
@@ -157,7 +157,8 @@ std::int16_t* Interpreter::run(int at) {
                 break;
             case CodeOp::Call: {
                 top -= calls_[static_cast<std::size_t>(i->ref)].params.size();
-                *top = call(i->ref, top, i->source);
+                *top = narrow_to(calls_[static_cast<std::size_t>(i->ref)].result,
+                                 call(i->ref, top, i->source));
                 ++top;
                 break;
             }
@@ -233,19 +234,22 @@ std::int16_t Interpreter::binary(const Instr& i, std::int16_t a, std::int16_t b)
     }
 }
 
-std::int16_t Interpreter::call(std::int32_t macro, const std::int16_t* args, ExprId source) {
+inline std::int16_t Interpreter::call(std::int32_t macro, const std::int16_t* args, ExprId source) {
     MacroCall& c = calls_[static_cast<std::size_t>(macro)];
     auto& items = c.args.as_array().items;
     for (std::size_t k = 0; k < c.params.size(); ++k)
         items[k] = Variant::integer(narrow_to(c.params[k], args[k]));
     std::int32_t result = 0, cycles = 0;
-    Variant affected;
     const kestrone::HRESULT hr =
-        component_.SimMacroCall(macro, c.args, &result, &affected, &cycles);
-    // Pins that the macro changed are shown only when the host asks the panel to redraw.
-    if (affected.is_array()) component_.Refresh();
+        component_.SimMacroCall(macro, c.args, &result, &affected_, &cycles);
+    // Pins that the macro changed are shown only when the host asks the panel to redraw. The
+    // value is emptied again for the next call, which may leave it as it is.
+    if (affected_.is_array()) {
+        affected_ = Variant();
+        component_.Refresh();
+    }
     if (kestrone::failed(hr)) call_failed(source, hr);
-    return narrow_to(c.result, pic::wrap(result));
+    return pic::wrap(result);
 }
 
 void Interpreter::call_failed(ExprId source, kestrone::HRESULT hr) const {

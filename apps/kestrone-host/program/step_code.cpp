@@ -48,15 +48,19 @@ class Layout {
 };
 
 void Layout::set(const Stmt& s) {
-    const bool is_byte = program_.variables[static_cast<std::size_t>(s.ref)].is_byte;
-    if (program_.expr(s.expr).kind == ExprKind::Call) {
+    const Expr& value = program_.expr(s.expr);
+    CType kept = CType::Int;
+    if (value.kind == ExprKind::Call) {
         call(s);
         at(here() - 1).op = StepOp::SetCall;
         at(here() - 1).slot = s.ref;
+        // The result as its C type keeps it, in one go with the variable's own narrowing.
+        kept = ctype_of(program_.macros.at(value.ref).returns);
     } else {
         emit(StepOp::Set, s.at, s.expr, s.ref);
     }
-    at(here() - 1).stored = is_byte ? CType::UnsignedChar : CType::Int;
+    if (program_.variables[static_cast<std::size_t>(s.ref)].is_byte) kept = CType::UnsignedChar;
+    at(here() - 1).stored = kept;
 }
 
 void Layout::call(const Stmt& s) {

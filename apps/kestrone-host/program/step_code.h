@@ -27,7 +27,7 @@ enum class StepOp : std::uint8_t {
 
 struct Step {
     StepOp op = StepOp::End;
-    CType stored = CType::Int;  // what a set keeps of its value
+    CType stored = CType::Int;  // what a set keeps of its value (or a call's result)
     Place at;                   // the statement's place, for the line that runs
     int slot = -1;
     int code = -1;            // where the step's expression starts in StepCode::exprs, or -1
