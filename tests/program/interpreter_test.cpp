@@ -204,6 +204,9 @@ TEST(Control, TheStepBudgetEndsALoopWithoutDelaysAtTheLineReached) {
                 HasSubstr("test.kflow:3:5: the program was stopped after 1000 steps"));
     EXPECT_EQ(run->var("i"), 999);  // after the declaration, one step a turn with the way back
     EXPECT_EQ(run->component.stops, 1);
+    // An empty loop has a step of its own to go round by.
+    const auto empty = run_program("LedOn(1)\nforever\nend\n", {1000, 60000});
+    EXPECT_THAT(empty->outcome.message, HasSubstr("test.kflow:2:1: the program was stopped"));
 }
 
 TEST(Control, TheClockLimitEndsALoopThatWaitsForever) {
