@@ -1,5 +1,7 @@
 #include "core/code_block.h"
 
+#include <string.h>
+
 namespace rovanta {
 
 namespace {
@@ -8,10 +10,19 @@ bool is_line_end(char c) {
     return c == '\r' || c == '\n';
 }
 
+// The first place at or after `from` where `marker` stands in the text. The markers begin with
+// the "/*" of every comment: a search that looks for their first character stops at each one.
+std::size_t find_text(std::string_view file, std::string_view marker, std::size_t from) {
+    if (from > file.size()) return std::string_view::npos;
+    const void* at = ::memmem(file.data() + from, file.size() - from, marker.data(), marker.size());
+    return at ? static_cast<std::size_t>(static_cast<const char*>(at) - file.data())
+              : std::string_view::npos;
+}
+
 // The first place at or after `from` (a line's start) where a whole line equals `marker`.
 std::size_t find_line(std::string_view file, std::string_view marker, std::size_t from) {
-    for (std::size_t at = file.find(marker, from); at != std::string_view::npos;
-         at = file.find(marker, at + 1)) {
+    for (std::size_t at = find_text(file, marker, from); at != std::string_view::npos;
+         at = find_text(file, marker, at + 1)) {
         const std::size_t after = at + marker.size();
         const bool starts_line = at == from || is_line_end(file[at - 1]);
         const bool ends_line = after == file.size() || is_line_end(file[after]);

@@ -21,7 +21,7 @@ namespace {
 std::atomic<std::uint64_t> reads{0};
 }  // namespace
 
-// One open, one size and as few reads as the size allows: this is the floor of every lookup.
+// One open, one size and one read when the size holds: this is the floor of every lookup.
 // Opened without blocking, so that a FIFO in the file's place is refused, not waited on.
 bool read_whole_file(const std::string& path, std::string& out) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -40,6 +40,8 @@ bool read_whole_file(const std::string& path, std::string& out) {
             break;
         }
         got += static_cast<std::size_t>(n);
+        // A regular file reads short only at its end: with room left over, there is no more.
+        if (got < out.size()) break;
     }
     ::close(fd);
     out.resize(ok ? got : 0);
@@ -82,11 +84,12 @@ std::size_t LineEnds::find(std::size_t from) {
 void InputFile::open(const std::string& path) {
     if (open_) vb::raise_error(vb::kFileAlreadyOpen);
     // Read first; only a failed read asks which error it is.
-    if (!read_whole_file(path, text_)) {
+    if (!read_whole_file(path, buffer_)) {
         struct stat st {};
         vb::raise_error(::stat(path.c_str(), &st) != 0 ? vb::kFileNotFound
                                                        : vb::kPathFileAccessError);
     }
+    text_ = buffer_;
     next_ = 0;
     ends_ = LineEnds(text_);
     open_ = true;
@@ -96,7 +99,7 @@ void InputFile::open(const std::string& path) {
 std::string_view InputFile::read_line_view() {
     if (!open_) vb::raise_error(vb::kBadFileNameOrNumber);
     if (at_end()) vb::raise_error(vb::kInputPastEndOfFile);
-    const std::string_view all(text_);
+    const std::string_view all = text_;
     const std::size_t end = ends_.find(next_);
     const std::size_t stop = end == std::string_view::npos ? all.size() : end;
     const std::string_view line = all.substr(next_, stop - next_);
@@ -110,14 +113,14 @@ std::string_view InputFile::read_line_view() {
 
 std::string_view InputFile::read_all() {
     if (!open_) vb::raise_error(vb::kBadFileNameOrNumber);
-    const std::string_view rest = std::string_view(text_).substr(next_);
+    const std::string_view rest = text_.substr(next_);
     next_ = text_.size();
     return rest;
 }
 
 void InputFile::close() {
     open_ = false;
-    text_.clear();
+    text_ = {};
     next_ = 0;
     ends_ = LineEnds();
 }

@@ -12,7 +12,8 @@ namespace platform {
 
 bool file_exists(const std::string& path);
 
-// False if the path can't be opened and read as a file.
+// False if the path can't be opened and read as a file. The room `out` has is reused: only what
+// lies past its present size is cleared before the read.
 bool read_whole_file(const std::string& path, std::string& out);
 // How many files read_whole_file has read in this module: every lookup and every block read
 // reads the code file anew, so this counts the component's reading (for the benchmarks).
@@ -53,7 +54,10 @@ class InputFile {
 
   private:
     bool open_ = false;
-    std::string text_;
+    // The file's bytes. Kept from one opening to the next, so that reading a file of about the
+    // same size again does not clear its room first.
+    std::string buffer_;
+    std::string_view text_;  // the open file's part of the buffer
     std::size_t next_ = 0;
     LineEnds ends_;
 };

@@ -204,8 +204,11 @@ TEST(Control, TheStepBudgetEndsALoopWithoutDelaysAtTheLineReached) {
     EXPECT_EQ(run->outcome.end, RunOutcome::End::OutOfSteps);
     EXPECT_THAT(run->outcome.message,
                 HasSubstr("test.kflow:3:5: the program was stopped after 1000 steps"));
-    EXPECT_EQ(run->var("i"), 500);  // one step for the set, one for the jump back
+    EXPECT_EQ(run->var("i"), 999);  // after the declaration, one step a turn with the way back
     EXPECT_EQ(run->component.stops, 1);
+    // An empty loop has a step of its own to go round by.
+    const auto empty = run_program("LedOn(1)\nforever\nend\n", {1000, 60000});
+    EXPECT_THAT(empty->outcome.message, HasSubstr("test.kflow:2:1: the program was stopped"));
 }
 
 TEST(Control, TheClockLimitEndsALoopThatWaitsForever) {
@@ -289,7 +292,7 @@ TEST(Driver, AProgramCanBeHaltedBetweenSlicesAndTellsItsLine) {
     EXPECT_EQ(p.why, kflow::Pause::Why::Delay);
     EXPECT_EQ(p.delay_ms, 10);
     EXPECT_EQ(run.place().line, 4);
-    EXPECT_EQ(run.resume(2).why, kflow::Pause::Why::Slice);  // the jump and the set
+    EXPECT_EQ(run.resume(1).why, kflow::Pause::Why::Slice);  // the delay went back to the set
     EXPECT_EQ(run.place().line, 3);
     run.stop("stopped by the user");
     EXPECT_EQ(run.state(), kflow::RunState::Halted);

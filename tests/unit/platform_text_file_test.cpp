@@ -26,10 +26,11 @@ TEST(SplitLines, EndsALineAtCrLfCrOrLf) {
          {std::string(40, 'x'), std::string(40, 'y'), std::string(40, 'z')}},
     };
     testing_support::TempDir dir;
+    // One file number for every case: a shorter file after a longer one shows nothing of it.
+    platform::InputFile f;
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(platform::split_lines(text), expected);
         // Line Input on the file ends its lines the same way.
-        platform::InputFile f;
         f.open(dir.write("lines.c", text));
         Lines read;
         while (!f.at_end())

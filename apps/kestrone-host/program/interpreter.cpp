@@ -1,5 +1,7 @@
 #include "interpreter.h"
 
+#include <algorithm>
+
 #include "pic_int.h"
 
 namespace kflow {
@@ -20,6 +22,7 @@ Interpreter::Interpreter(const Program& program, kestrone::IKestroneComponentV5&
         }
         c.args = Variant::array(kestrone::VarType::Variant, 0, std::move(items));
     }
+    stack_.resize(static_cast<std::size_t>(std::max(1, code_.exprs.depth)));
 }
 
 kestrone::HRESULT Interpreter::start() {
@@ -44,6 +47,8 @@ Pause Interpreter::resume(std::uint64_t max_steps) {
     if (state_ == RunState::Finished) return {Pause::Why::Finished};
     if (state_ == RunState::Failed) return {Pause::Why::Failed};
     if (state_ != RunState::Running) return {Pause::Why::Halted};
+    // Asked from inside one of its own steps: the program goes on once that step has returned.
+    if (in_step_) return {Pause::Why::Slice};
     pause_ = {Pause::Why::Slice, 0};
     in_step_ = true;
     try {
@@ -94,31 +99,35 @@ void Interpreter::fail(const Fault& f) {
     finish(RunState::Failed, Pause::Why::Failed);
 }
 
-bool Interpreter::step() {
+inline bool Interpreter::step() {
     const Step& s = code_.steps[pc_];
-    last_ = pc_++;
+    last_ = pc_;
+    pc_ = static_cast<std::size_t>(s.next);
     ++steps_;
     switch (s.op) {
-        case StepOp::Set: {
-            const std::int16_t v = eval(s.expr);
-            const bool is_byte = program_.variables[static_cast<std::size_t>(s.slot)].is_byte;
-            values_[static_cast<std::size_t>(s.slot)] = is_byte ? pic::low_byte(v) : v;
+        case StepOp::Set:
+            values_[static_cast<std::size_t>(s.slot)] = narrow_to(s.stored, eval(s.code));
+            return true;
+        case StepOp::SetCall: {
+            if (s.code >= 0) run(s.code);  // the arguments
+            const std::int16_t v = call(s.macro, stack_.data(), s.call);
+            values_[static_cast<std::size_t>(s.slot)] = narrow_to(s.stored, v);
             return true;
         }
         case StepOp::Call:
-            eval(s.expr);
+            if (s.code >= 0) run(s.code);
+            call(s.macro, stack_.data(), s.call);
             return true;
         case StepOp::Delay:
-            pause_ = {Pause::Why::Delay, pic::as_unsigned(eval(s.expr))};
+            pause_ = {Pause::Why::Delay, pic::as_unsigned(eval(s.code))};
             return false;
         case StepOp::JumpUnless:
-            if (eval(s.expr) == 0) pc_ = static_cast<std::size_t>(s.target);
+            if (eval(s.code) == 0) pc_ = static_cast<std::size_t>(s.target);
             return true;
         case StepOp::Jump:
-            pc_ = static_cast<std::size_t>(s.target);
             return true;
         case StepOp::RepeatStart:
-            counters_[static_cast<std::size_t>(s.slot)] = pic::as_unsigned(eval(s.expr));
+            counters_[static_cast<std::size_t>(s.slot)] = pic::as_unsigned(eval(s.code));
             return true;
         case StepOp::RepeatNext: {
             std::uint16_t& left = counters_[static_cast<std::size_t>(s.slot)];
@@ -136,43 +145,64 @@ bool Interpreter::step() {
     return false;
 }
 
-std::int16_t Interpreter::eval(ExprId id) {
-    const Expr& e = program_.expr(id);
-    switch (e.kind) {
-        case ExprKind::Literal:
-            return e.value;
-        case ExprKind::Variable:
-            return values_[static_cast<std::size_t>(e.ref)];
-        case ExprKind::Call:
-            return call(e);
-        case ExprKind::Unary: {
-            const std::int16_t v = eval(e.lhs);
-            if (e.op == Op::Negate) return pic::neg(v);
-            if (e.op == Op::Not) return v == 0 ? 1 : 0;
-            return static_cast<std::int16_t>(~v);
+std::int16_t* Interpreter::run(int at) {
+    std::int16_t* top = stack_.data();
+    for (const Instr* i = &code_.exprs.code[static_cast<std::size_t>(at)];; ++i) {
+        switch (i->code) {
+            case CodeOp::Literal:
+                *top++ = i->value;
+                break;
+            case CodeOp::Variable:
+                *top++ = values_[static_cast<std::size_t>(i->ref)];
+                break;
+            case CodeOp::Call: {
+                top -= calls_[static_cast<std::size_t>(i->ref)].params.size();
+                *top = narrow_to(calls_[static_cast<std::size_t>(i->ref)].result,
+                                 call(i->ref, top, i->source));
+                ++top;
+                break;
+            }
+            case CodeOp::Unary: {
+                const std::int16_t v = top[-1];
+                top[-1] = i->op == Op::Negate ? pic::neg(v)
+                          : i->op == Op::Not  ? static_cast<std::int16_t>(v == 0)
+                                              : static_cast<std::int16_t>(~v);
+                break;
+            }
+            case CodeOp::Binary:
+                --top;
+                top[-1] = binary(*i, top[-1], top[0]);
+                break;
+            case CodeOp::AndThen:
+            case CodeOp::OrElse:
+                // The left side decides: 0 for &&, anything else for ||.
+                if ((top[-1] != 0) == (i->code == CodeOp::OrElse)) {
+                    top[-1] = i->code == CodeOp::OrElse;
+                    i = &code_.exprs.code[static_cast<std::size_t>(i->ref)] - 1;
+                } else {
+                    --top;
+                }
+                break;
+            case CodeOp::Truth:
+                top[-1] = top[-1] != 0;
+                break;
+            case CodeOp::End:
+                return top;
         }
-        case ExprKind::Binary:
-            return binary(e);
     }
-    return 0;
 }
 
-std::int16_t Interpreter::binary(const Expr& e) {
-    const std::int16_t a = eval(e.lhs);
-    // The right side of && and || is not evaluated when the left decides: a macro there is
-    // not called.
-    if (e.op == Op::And) return a != 0 && eval(e.rhs) != 0 ? 1 : 0;
-    if (e.op == Op::Or) return a != 0 || eval(e.rhs) != 0 ? 1 : 0;
-    const std::int16_t b = eval(e.rhs);
-    switch (e.op) {
+std::int16_t Interpreter::binary(const Instr& i, std::int16_t a, std::int16_t b) const {
+    switch (i.op) {
         case Op::Multiply:
             return pic::mul(a, b);
         case Op::Divide:
         case Op::Remainder:
             if (b == 0)
-                throw Fault{e.at, e.op == Op::Divide ? "division by 0"
-                                                     : "remainder of a division by 0 ('%')"};
-            return e.op == Op::Divide ? pic::div(a, b) : pic::rem(a, b);
+                throw Fault{program_.expr(i.source).at, i.op == Op::Divide
+                                                            ? "division by 0"
+                                                            : "remainder of a division by 0 ('%')"};
+            return i.op == Op::Divide ? pic::div(a, b) : pic::rem(a, b);
         case Op::Add:
             return pic::add(a, b);
         case Op::Subtract:
@@ -204,31 +234,27 @@ std::int16_t Interpreter::binary(const Expr& e) {
     }
 }
 
-std::int16_t Interpreter::call(const Expr& e) {
-    MacroCall& c = calls_[static_cast<std::size_t>(e.ref)];
-    // All arguments first: one of them may itself call this macro, which reuses its array.
-    std::int16_t small[8];
-    std::vector<std::int16_t> large;
-    std::int16_t* values = small;
-    if (e.args.size() > 8) {
-        large.resize(e.args.size());
-        values = large.data();
-    }
-    for (std::size_t k = 0; k < e.args.size(); ++k)
-        values[k] = narrow_to(c.params[k], eval(e.args[k]));
+inline std::int16_t Interpreter::call(std::int32_t macro, const std::int16_t* args, ExprId source) {
+    MacroCall& c = calls_[static_cast<std::size_t>(macro)];
     auto& items = c.args.as_array().items;
-    for (std::size_t k = 0; k < e.args.size(); ++k)
-        items[k] = Variant::integer(values[k]);
+    for (std::size_t k = 0; k < c.params.size(); ++k)
+        items[k] = Variant::integer(narrow_to(c.params[k], args[k]));
     std::int32_t result = 0, cycles = 0;
-    Variant affected;
     const kestrone::HRESULT hr =
-        component_.SimMacroCall(e.ref, c.args, &result, &affected, &cycles);
-    // Pins that the macro changed are shown only when the host asks the panel to redraw.
-    if (affected.is_array()) component_.Refresh();
-    if (kestrone::failed(hr))
-        throw Fault{e.at,
-                    "the component failed to run '" + e.name + "' (" + status_words(hr) + ")"};
-    return narrow_to(c.result, pic::wrap(result));
+        component_.SimMacroCall(macro, c.args, &result, &affected_, &cycles);
+    // Pins that the macro changed are shown only when the host asks the panel to redraw. The
+    // value is emptied again for the next call, which may leave it as it is.
+    if (affected_.is_array()) {
+        affected_ = Variant();
+        component_.Refresh();
+    }
+    if (kestrone::failed(hr)) call_failed(source, hr);
+    return pic::wrap(result);
+}
+
+void Interpreter::call_failed(ExprId source, kestrone::HRESULT hr) const {
+    const Expr& e = program_.expr(source);
+    throw Fault{e.at, "the component failed to run '" + e.name + "' (" + status_words(hr) + ")"};
 }
 
 }  // namespace kflow

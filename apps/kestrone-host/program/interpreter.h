@@ -77,10 +77,19 @@ class Interpreter {
         std::string text;
     };
 
-    bool step();  // false when the slice must end (delay, end, fault)
-    std::int16_t eval(ExprId id);
-    std::int16_t binary(const Expr& e);
-    std::int16_t call(const Expr& e);
+    // False when the slice must end (delay, end, fault). Inlined into the loop of resume(), as
+    // is the macro call into it: the call of a step costs as much as a simple step itself.
+    [[gnu::always_inline]] bool step();
+    // Runs the expression code at `at`; its values are on the stack from its bottom to the
+    // place returned.
+    std::int16_t* run(int at);
+    std::int16_t eval(int at) { return *(run(at) - 1); }
+    std::int16_t binary(const Instr& i, std::int16_t a, std::int16_t b) const;
+    // A macro call with its arguments in `args`; `source` is the call, for a fault's place. The
+    // result in 16 bits, not yet as the macro's C type keeps it.
+    [[gnu::always_inline]] std::int16_t call(std::int32_t macro, const std::int16_t* args,
+                                             ExprId source);
+    [[noreturn]] void call_failed(ExprId source, kestrone::HRESULT hr) const;
     void finish(RunState state, Pause::Why why);
     void fail(const Fault& f);
 
@@ -89,6 +98,8 @@ class Interpreter {
     StepCode code_;
     std::vector<MacroCall> calls_;  // by macro id
     std::vector<std::int16_t> values_;
+    std::vector<std::int16_t> stack_;  // of the expression that runs
+    kestrone::Variant affected_;       // the pins a call changed: empty between calls
     std::vector<std::uint16_t> counters_;
     std::size_t pc_ = 0;
     std::size_t last_ = 0;  // the step that ran last

@@ -67,18 +67,6 @@ CType ctype_of(std::string_view word) {
     return CType::Int;
 }
 
-std::int16_t narrow_to(CType type, std::int16_t value) {
-    switch (type) {
-        case CType::UnsignedChar:
-            return static_cast<std::int16_t>(static_cast<std::uint8_t>(value));
-        case CType::SignedChar:
-            return static_cast<std::int16_t>(static_cast<std::int8_t>(value));
-        case CType::Int:
-            break;
-    }
-    return value;
-}
-
 ThreePart split_three_part(std::string_view text) {
     const std::size_t first = text.find('|');
     if (first == std::string_view::npos) return {std::string(text), ""};

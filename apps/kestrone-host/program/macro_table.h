@@ -17,7 +17,17 @@ namespace kflow {
 enum class CType : std::uint8_t { Int, UnsignedChar, SignedChar };
 CType ctype_of(std::string_view word);
 // A 16-bit value as the C type keeps it.
-std::int16_t narrow_to(CType type, std::int16_t value);
+inline std::int16_t narrow_to(CType type, std::int16_t value) {
+    switch (type) {
+        case CType::UnsignedChar:
+            return static_cast<std::int16_t>(static_cast<std::uint8_t>(value));
+        case CType::SignedChar:
+            return static_cast<std::int16_t>(static_cast<std::int8_t>(value));
+        case CType::Int:
+            break;
+    }
+    return value;
+}
 
 struct MacroParam {
     std::string name;

@@ -4,9 +4,16 @@ namespace kflow {
 
 namespace {
 
+// The statements whose step goes on to the next one and to nothing else: a loop whose body ends
+// in one of them takes the way back in that step.
+bool plain(const Stmt& s) {
+    return s.kind == StmtKind::Assign || s.kind == StmtKind::Call || s.kind == StmtKind::Delay ||
+           s.kind == StmtKind::Stop;
+}
+
 class Layout {
   public:
-    explicit Layout(StepCode& code) : code_(code) {}
+    Layout(const Program& program, StepCode& code) : program_(program), code_(code) {}
 
     void block(const std::vector<Stmt>& body, int repeats) {
         for (const Stmt& s : body)
@@ -16,31 +23,65 @@ class Layout {
   private:
     int here() const { return static_cast<int>(code_.steps.size()); }
     int emit(StepOp op, Place at, ExprId expr = kNoExpr, int slot = -1) {
-        code_.steps.push_back({op, at, slot, expr, -1});
+        Step s{op, CType::Int, at, slot, -1, kNoExpr, -1, -1, here() + 1};
+        if (expr != kNoExpr) s.code = lay_out_expr(program_, expr, code_.exprs);
+        code_.steps.push_back(s);
         return here() - 1;
     }
-    void patch(int step, int target) {
-        code_.steps[static_cast<std::size_t>(step)].target = target;
+    Step& at(int step) { return code_.steps[static_cast<std::size_t>(step)]; }
+    void patch(int step, int target) { at(step).target = target; }
+    // The way back to a loop's head after its body.
+    void loop_back(const std::vector<Stmt>& body, Place head, int to) {
+        if (!body.empty() && plain(body.back()))
+            at(here() - 1).next = to;
+        else
+            at(emit(StepOp::Jump, head)).next = to;
     }
 
     void statement(const Stmt& s, int repeats);
+    void set(const Stmt& s);
+    void call(const Stmt& s);
     void if_statement(const Stmt& s, int repeats);
 
+    const Program& program_;
     StepCode& code_;
 };
+
+void Layout::set(const Stmt& s) {
+    const Expr& value = program_.expr(s.expr);
+    CType kept = CType::Int;
+    if (value.kind == ExprKind::Call) {
+        call(s);
+        at(here() - 1).op = StepOp::SetCall;
+        at(here() - 1).slot = s.ref;
+        // The result as its C type keeps it, in one go with the variable's own narrowing.
+        kept = ctype_of(program_.macros.at(value.ref).returns);
+    } else {
+        emit(StepOp::Set, s.at, s.expr, s.ref);
+    }
+    if (program_.variables[static_cast<std::size_t>(s.ref)].is_byte) kept = CType::UnsignedChar;
+    at(here() - 1).stored = kept;
+}
+
+void Layout::call(const Stmt& s) {
+    const int step = emit(StepOp::Call, s.at);
+    // A call without arguments has no code to run before it.
+    if (!program_.expr(s.expr).args.empty())
+        at(step).code = lay_out_expr(program_, s.expr, code_.exprs, false);
+    at(step).call = s.expr;
+    at(step).macro = program_.expr(s.expr).ref;
+}
 
 void Layout::statement(const Stmt& s, int repeats) {
     switch (s.kind) {
         case StmtKind::Declare:
             // Without a value there is nothing to do: every variable starts at 0.
-            if (s.expr != kNoExpr) emit(StepOp::Set, s.at, s.expr, s.ref);
+            if (s.expr != kNoExpr) set(s);
             return;
         case StmtKind::Assign:
-            emit(StepOp::Set, s.at, s.expr, s.ref);
-            return;
+            return set(s);
         case StmtKind::Call:
-            emit(StepOp::Call, s.at, s.expr);
-            return;
+            return call(s);
         case StmtKind::Delay:
             emit(StepOp::Delay, s.at, s.expr);
             return;
@@ -52,21 +93,21 @@ void Layout::statement(const Stmt& s, int repeats) {
             const int test = emit(StepOp::RepeatNext, s.at, kNoExpr, repeats);
             if (repeats + 1 > code_.counters) code_.counters = repeats + 1;
             block(s.body, repeats + 1);
-            patch(emit(StepOp::Jump, s.at), test);
+            loop_back(s.body, s.at, test);
             patch(test, here());
             return;
         }
         case StmtKind::While: {
             const int test = emit(StepOp::JumpUnless, s.at, s.expr);
             block(s.body, repeats);
-            patch(emit(StepOp::Jump, s.at), test);
+            loop_back(s.body, s.at, test);
             patch(test, here());
             return;
         }
         case StmtKind::Forever: {
             const int top = here();
             block(s.body, repeats);
-            patch(emit(StepOp::Jump, s.at), top);
+            loop_back(s.body, s.at, top);
             return;
         }
         case StmtKind::If:
@@ -84,15 +125,15 @@ void Layout::if_statement(const Stmt& s, int repeats) {
         if (test >= 0) patch(test, here());
     }
     for (int j : to_end)
-        patch(j, here());
+        at(j).next = here();
 }
 
 }  // namespace
 
 StepCode lay_out(const Program& program) {
     StepCode code;
-    Layout(code).block(program.tree.statements, 0);
-    code.steps.push_back({StepOp::End, {}, -1, kNoExpr, -1});
+    Layout(program, code).block(program.tree.statements, 0);
+    code.steps.push_back({StepOp::End, CType::Int, {}, -1, -1, kNoExpr, -1, -1, -1});
     return code;
 }
 
