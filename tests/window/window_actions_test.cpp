@@ -93,6 +93,11 @@ TEST_F(WindowActionsTest, ADamagedProjectFileLeavesTheOpenProjectAsItWas) {
     EXPECT_EQ(window_->session().store().entries().size(), entries);
     EXPECT_EQ(window_->session().panel(), panel);
     EXPECT_EQ(setting("iThreshL"), 43);
+    // A save that cannot be written is told and leaves the change unsaved.
+    EXPECT_FALSE(window_->save_project_as(dir_.path() + "/missing/other.kproj"));
+    ASSERT_EQ(told_.size(), 2u);
+    EXPECT_NE(told_[1].find("could not be saved"), std::string::npos) << told_[1];
+    EXPECT_TRUE(window_->session().dirty());
 
     // The good file opens into a new object with its settings.
     EXPECT_TRUE(window_->open_project(good));
