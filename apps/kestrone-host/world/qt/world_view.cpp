@@ -79,14 +79,12 @@ void WorldView::paint(QPainter& p) const {
 void WorldView::paint_floor(QPainter& p) const {
     const Arena& a = driver_.world().arena();
     p.fillRect(QRectF(to_pixels({0, a.height}), to_pixels({a.width, 0})), kFloor);
-    for (const Zone& z : a.zones) {
-        const QRectF r(to_pixels({z.corner.x, z.corner.y + z.height}),
-                       to_pixels({z.corner.x + z.width, z.corner.y}));
-        p.fillRect(r, kZone);
-        p.setPen(kZone.darker(200));
-        p.drawText(r.adjusted(2, 2, -2, -2), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip,
-                   QString::fromStdString(z.name));
-    }
+    const auto box = [this](const Zone& z) {
+        return QRectF(to_pixels({z.corner.x, z.corner.y + z.height}),
+                      to_pixels({z.corner.x + z.width, z.corner.y}));
+    };
+    for (const Zone& z : a.zones)
+        p.fillRect(box(z), kZone);
     for (const Line& l : a.lines) {
         QPainterPath path(to_pixels(l.points.front()));
         for (const Vec& pt : l.points)
@@ -104,6 +102,20 @@ void WorldView::paint_floor(QPainter& p) const {
         halo.setAlphaF(0.25 + 0.5 * l.intensity);
         p.setBrush(halo);
         p.drawEllipse(to_pixels(l.at), r, r);
+    }
+    // The zones' names last, so that no line or wall hides them.
+    QColor name = kZone.darker(250);
+    name.setAlpha(255);
+    p.setPen(name);
+    // A name wider than its zone may cross a line: a light ground keeps it readable.
+    QColor ground = kFloor;
+    ground.setAlpha(200);
+    for (const Zone& z : a.zones) {
+        const QString text = QString::fromStdString(z.name);
+        const int flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip;
+        const QRectF at = box(z).adjusted(2, 2, -2, -2);
+        p.fillRect(p.boundingRect(at, flags, text), ground);
+        p.drawText(at, flags, text);
     }
 }
 
