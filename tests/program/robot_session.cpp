@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "module_host.h"
+#include "support/variant_number.h"
 
 namespace program_testing {
 
@@ -45,17 +46,7 @@ int RobotSession::field(const std::string& name, std::int32_t index) {
     Variant v;
     EXPECT_EQ(fields_->GetField(name, index < 0 ? nullptr : &index, "", &v), kestrone::S_OK)
         << name;
-    switch (v.type()) {
-        case kestrone::VarType::Integer:
-            return v.as_integer();
-        case kestrone::VarType::Long:
-            return v.as_long();
-        case kestrone::VarType::Boolean:
-            return v.as_boolean() ? -1 : 0;
-        default:
-            ADD_FAILURE() << name << " is no number";
-            return -99999;
-    }
+    return variant_number(v, name);
 }
 
 bool RobotSession::visible(const std::string& element, std::int32_t index) {

@@ -1,5 +1,7 @@
 #include "window_double.h"
 
+#include "support/variant_number.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -73,28 +75,12 @@ void WindowDouble::set_motors(std::int32_t left, std::int32_t right) {
               kestrone::S_OK);
 }
 
-namespace {
-int number(const Variant& v) {
-    switch (v.type()) {
-        case kestrone::VarType::Integer:
-            return v.as_integer();
-        case kestrone::VarType::Long:
-            return v.as_long();
-        case kestrone::VarType::Boolean:
-            return v.as_boolean() ? -1 : 0;
-        default:
-            ADD_FAILURE() << "not a number";
-            return -99999;
-    }
-}
-}  // namespace
-
 int WindowDouble::field(const std::string& name, std::int32_t index) {
     Variant v;
     EXPECT_EQ(session.field(name, index < 0 ? std::nullopt : std::optional(index), "", &v),
               kestrone::S_OK)
         << name;
-    return number(v);
+    return variant_number(v);
 }
 
 int WindowDouble::property(const std::string& element, std::int32_t index,
@@ -104,7 +90,7 @@ int WindowDouble::property(const std::string& element, std::int32_t index,
                                        name, &v),
               kestrone::S_OK)
         << element << "." << name;
-    return number(v);
+    return variant_number(v);
 }
 
 std::int32_t WindowDouble::element_id(const std::string& element) {

@@ -1,5 +1,7 @@
 #include "window_fixture.h"
 
+#include "support/variant_number.h"
+
 #include <QApplication>
 #include <QMessageBox>
 
@@ -12,21 +14,7 @@ std::string example(const std::string& name) {
 }
 
 std::int32_t number_of(const Variant& v) {
-    switch (v.type()) {
-        case kestrone::VarType::Integer:
-            return v.as_integer();
-        case kestrone::VarType::Long:
-            return v.as_long();
-        case kestrone::VarType::Boolean:
-            return v.as_boolean() ? -1 : 0;
-        case kestrone::VarType::Byte:
-            return v.as_byte();
-        case kestrone::VarType::Single:
-            return static_cast<std::int32_t>(v.as_single());
-        default:
-            ADD_FAILURE() << "not a number";
-            return 0;
-    }
+    return variant_number(v);
 }
 
 WindowTest::WindowTest() {
