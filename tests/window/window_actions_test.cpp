@@ -33,6 +33,11 @@ class WindowActionsTest : public WindowTest {
 TEST_F(WindowActionsTest, ApplyingThePageChangesTheSettingsAndMarksTheProjectUnsaved) {
     auto dialog = window_->make_properties();
     ASSERT_NE(dialog, nullptr);
+    // The wait for a button is on by default: its box opens ticked, and a click clears it.
+    auto* wait = qobject_cast<QCheckBox*>(dialog->widget("chkWaitForButton"));
+    ASSERT_NE(wait, nullptr);
+    EXPECT_EQ(wait->checkState(), Qt::Checked);
+    wait->click();
     type_into(*dialog, "txtiThreshR", "300");
     qobject_cast<QRadioButton*>(dialog->widget("optInt"))->click();
     EXPECT_TRUE(dialog->apply_button()->isEnabled());
@@ -40,6 +45,7 @@ TEST_F(WindowActionsTest, ApplyingThePageChangesTheSettingsAndMarksTheProjectUns
     dialog->apply_button()->click();
     EXPECT_EQ(setting("iThreshR"), 300);
     EXPECT_EQ(setting("bReturnInt"), 1);
+    EXPECT_EQ(setting("bWaitForButton"), 0);
     EXPECT_EQ(field("iADCMax"), 1023);
     // The frame clears Changed after a good apply, and Apply goes grey with it.
     EXPECT_FALSE(dialog->apply_button()->isEnabled());
