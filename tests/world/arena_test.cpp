@@ -14,7 +14,7 @@ robot 200 300 90
 line 20  200 200  1800 200  1800 1300
 wall 1000 500  1000 1000
 light 1800 1400 0.5
-zone goal 1600 1100 300 300
+zone goal 1600 1100 400 400
 zone start 0 0 400 400
 zone mark 100 100 1 0.5
 )";
@@ -56,11 +56,12 @@ const BadFile kBadFiles[] = {
     {"size 1000 1000\nrobot 500 500 0\nsize 900 900\n", 3, "size comes twice"},
     {"size 1000 1000\nrobot 500 500 0\nlight 10 10 1.5\n", 3, "intensity must be 0 to 1"},
     {"size 1000 1000\nrobot 500 500 0\ndoor 1 2 3 4\n", 3, "unknown item 'door'"},
-    {"size 1000 1000\nrobot 500 500 0\nline 10 5 5 6 6 7\n", 3, "two points or more"},
+    {"size 1000 1000\nrobot 500 500 0\nline 10 5 5 6 6 7\n", 3, "two points or more, not 6"},
+    {"size 1000 1000\nrobot 500 500 0\nlight -5 10 1\n", 3, "the light lies outside the floor"},
     {"size 1000 1000\nrobot 500 500 0\nwall 10 10 1200 10\n", 3, "outside the floor"},
     {"size 1000 1000\nrobot 500 500 0\nzone z 900 900 200 50\n", 3, "outside the floor"},
     {"size 1000 1000\nrobot 500 500 0\nwall 10 10 10 10\n", 3, "same point"},
-    {"size 1000 1000\nrobot 30 500 0\n", 2, "closer than 60 to a wall"},
+    {"size 1000 1000\nrobot 500 0 0\n", 2, "closer than 60 to a wall"},
     {"size 1000 1000\nrobot 500 500 0\nwall 500 450 600 450\n", 2, "closer than 60"},
     {"size 1000 1000\nrobot 1500 500 0\n", 2, "outside the floor"},
     {"size 1000 1000\nrobot 500 500 0x10\n", 2, "'0x10' is not a number"},

@@ -73,6 +73,9 @@ TEST(Motion, AWallStopsTheBodyAtTheLastStepThatKeepsItClear) {
     run(edge, 200, 200, 1000);
     EXPECT_NEAR(edge.pose().centre.x, 640, 1e-9);
     // Held there, it can still turn and back away.
+    // Nor can it be put down nearer, or off the floor.
+    EXPECT_FALSE(w.place({{660, 500}, 0}));
+    EXPECT_FALSE(w.place({{3000, 500}, 0}));
     EXPECT_TRUE(w.step(-100, 100));
     run(w, -200, -200, 100);
     EXPECT_LT(w.pose().centre.x, 639);
