@@ -1,5 +1,5 @@
-// The heading pictures: black on white, the standing square exactly, each arrow the way it
-// points, and the mirrored ones true mirror images.
+// The heading pictures: black on white, each arrow the way it points, and the mirrored ones true
+// mirror images.
 #include <gtest/gtest.h>
 
 #include <utility>
@@ -44,7 +44,7 @@ bool ray_meets_black(const Picture& p, int x, int y) {
     return false;
 }
 
-TEST(HeadingPictures, AreBlackOnWhiteClearOfTheEdgeAndStandingIsTheSquare) {
+TEST(HeadingPictures, AreBlackOnWhiteClearOfTheEdge) {
     for (int k = 0; k <= 12; ++k) {
         const Picture p(heading(k));
         EXPECT_EQ(p.colours(), (std::set<std::uint32_t>{kBlack, kWhite})) << k;
@@ -54,12 +54,6 @@ TEST(HeadingPictures, AreBlackOnWhiteClearOfTheEdgeAndStandingIsTheSquare) {
         for (int y = 0; y < kH; ++y)
             EXPECT_TRUE(p.at(0, y) == kWhite && p.at(kW - 1, y) == kWhite) << k << " at " << y;
     }
-    const Picture square(heading(0));
-    for (int y = 0; y < kH; ++y)
-        for (int x = 0; x < kW; ++x) {
-            const bool inside = x >= 15 && x <= 51 && y >= 17 && y <= 53;
-            ASSERT_EQ(square.at(x, y), inside ? kBlack : kWhite) << x << "," << y;
-        }
 }
 
 TEST(HeadingPictures, MirroredPicturesAreMirrorImages) {

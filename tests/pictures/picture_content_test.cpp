@@ -45,33 +45,6 @@ TEST(PictureTable, EveryRoleHasAnOpaquePictureOfItsElementsSize) {
     EXPECT_EQ(panel::picture_data(heading(13)), nullptr);
 }
 
-TEST(WheelPictures, LineIsTheExactStripeAndDrumIsBlackInsideAFaceRim) {
-    // 3 black, a grey, 18 white, a grey, 3 black, then the face.
-    const Picture line(PictureRole::WheelLine);
-    ASSERT_EQ(line.w(), 27);
-    for (int x = 0; x < line.w(); ++x)
-        EXPECT_EQ(line.at(x, 0), x < 3 || (x > 22 && x < 26) ? kBlack
-                                 : x == 3 || x == 22         ? 0xBFBFBFu
-                                 : x < 22                    ? kWhite
-                                                             : kFace)
-            << x;
-    const Picture drum(PictureRole::WheelDrum);
-    for (int y = 0; y < drum.h(); ++y)
-        for (int x = 0; x < drum.w(); ++x) {
-            const bool rim = x == 0 || y == 0 || x == drum.w() - 1 || y == drum.h() - 1;
-            ASSERT_EQ(drum.at(x, y), rim ? kFace : kBlack) << x << "," << y;
-        }
-}
-
-TEST(MotorPictures, StoppedIsExactlyTheBar) {
-    const Picture stopped(PictureRole::MotorStopped);
-    for (int y = 0; y < 24; ++y)
-        for (int x = 0; x < 24; ++x) {
-            const bool bar = x >= 4 && x <= 18 && y >= 11 && y <= 13;
-            ASSERT_EQ(stopped.at(x, y), bar ? kBlack : kWhite) << x << "," << y;
-        }
-}
-
 // Forward: rows 3 to 19, the shaft 3 pixels wide through all of them and alone in the last, the
 // head, widest, in the upper half. Backward is the same arrow turned over within its rows.
 TEST(MotorPictures, ArrowsSpanRowsThreeToNineteenOnAThreePixelShaft) {
