@@ -167,6 +167,8 @@ TEST(PanelMotion, ACheckedSwitchStaysPressedIn) {
     EXPECT_EQ(rgb_at(image, box.left(), box.top()), rgb(look.light));
     EXPECT_EQ(rgb_at(image, box.right(), box.bottom()), rgb(look.shadow));
     EXPECT_EQ(mismatches(image, sw, {74, 17}, box), 0);
+    // Its caption below the picture.
+    EXPECT_GT(count_ink(image, QRect(71, 41, 30, 16), look.fore, look.back), 3);
     robot.click("chkSwitchLeft");
     image = robot.render();
     EXPECT_EQ(rgb_at(image, box.left(), box.top()), rgb(look.shadow));

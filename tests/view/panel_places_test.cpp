@@ -85,6 +85,12 @@ TEST(PanelPlaces, ValueCaptionsAreGreenOnTheOlivePlate) {
         EXPECT_EQ(rgb_at(image, plate.right(), plate.center().y()), 0x808000u);
         EXPECT_NE(rgb_at(image, plate.left(), plate.top()), 0x808000u);
         EXPECT_NE(rgb_at(image, plate.right(), plate.bottom()), 0x808000u);
+        // The corners are rounded alike: each row of the plate's end, clear of the caption,
+        // matches its mirror row from the bottom.
+        for (int y = 0; y < plate.height() / 2; ++y)
+            EXPECT_EQ(count_colour(image, QRect(plate.left(), plate.top() + y, 6, 1), 0x808000u),
+                      count_colour(image, QRect(plate.left(), plate.bottom() - y, 6, 1), 0x808000u))
+                << "row " << y;
     }
 }
 
