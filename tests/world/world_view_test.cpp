@@ -112,8 +112,8 @@ void wheel(WorldView& v, QPointF at, int delta) {
     QApplication::sendEvent(&v, &e);
 }
 
-// Carried and turned as the window's tests show; here the hands that must not move it.
-TEST(WorldView, LeavesTheRobotWhereItIsUnlessMovableAndPutDownClear) {
+// Carried as the window's tests show; here the hands that must not move it, and one notch.
+TEST(WorldView, MovesTheRobotOnlyWhileMovableAndPutDownClear) {
     Scene s;
     s.view.set_zoom(2);
     const Pose start = s.world.pose();
@@ -134,6 +134,9 @@ TEST(WorldView, LeavesTheRobotWhereItIsUnlessMovableAndPutDownClear) {
     drag(s.view.to_pixels({470, 300}), drop, Qt::LeftButton);
     drag(s.view.to_pixels(start.centre), s.view.to_pixels({1010, 750}), Qt::LeftButton);
     drag(s.view.to_pixels(start.centre), s.view.to_pixels({2100, 300}), Qt::LeftButton);
+    // A single notch of the wheel turns it 15 degrees.
+    wheel(s.view, drop, 120);
+    EXPECT_EQ(whole_pose(s.world.pose()).heading, 15);
 }
 
 }  // namespace
