@@ -1,6 +1,7 @@
 // Reading a compiled picture in tests: colours as 0xRRGGBB, counted and collected.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <set>
 
@@ -26,12 +27,18 @@ struct Picture {
         const std::uint8_t* p = data->rgba + 4 * (static_cast<std::size_t>(y) * data->width + x);
         return std::uint32_t{p[0]} << 16 | std::uint32_t{p[1]} << 8 | p[2];
     }
-    int count(std::uint32_t colour) const {
+    // The pixels whose colour passes `test` in the columns x0 to x1 and the rows y0 to y1.
+    template <class Test>
+    int count_if(Test test, int x0 = 0, int y0 = 0, int x1 = 1 << 20, int y1 = 1 << 20) const {
         int n = 0;
-        for (int y = 0; y < h(); ++y)
-            for (int x = 0; x < w(); ++x)
-                n += at(x, y) == colour;
+        for (int y = y0; y <= std::min(y1, h() - 1); ++y)
+            for (int x = x0; x <= std::min(x1, w() - 1); ++x)
+                n += test(at(x, y));
         return n;
+    }
+    int count(std::uint32_t colour, int x0 = 0, int y0 = 0, int x1 = 1 << 20,
+              int y1 = 1 << 20) const {
+        return count_if([colour](std::uint32_t c) { return c == colour; }, x0, y0, x1, y1);
     }
     std::set<std::uint32_t> colours() const {
         std::set<std::uint32_t> out;

@@ -152,10 +152,12 @@ TEST_F(ProgramConsole, OneFailedExpectMakesTheWholeScriptFail) {
     EXPECT_EQ(bad_value.exit_code, 1) << bad_value.text();
 }
 
-// Every demonstration ships with a script that runs it and checks its final state.
+// Every demonstration ships with a script that runs it and checks its final state, those with
+// an arena in theirs.
 TEST(ExampleScripts, EachDemonstrationChecksItsOwnFinalState) {
     const std::filesystem::path examples(KESTRONE_EXAMPLES);
-    for (const char* name : {"square", "line_follower", "light_seeker", "bumpers"}) {
+    for (const char* name : {"square", "line_follower", "light_seeker", "bumpers", "line_track",
+                             "light_maze", "open_floor"}) {
         SCOPED_TRACE(name);
         std::ifstream in(examples / (std::string(name) + ".console"));
         ASSERT_TRUE(in.good());

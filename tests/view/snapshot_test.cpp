@@ -23,40 +23,27 @@ TEST(PanelSnapshot, WritesThePanelAtZoomOneAsAPng) {
     const std::string path = dir.path() + "/panel.png";
     panelqt::PanelSnapshots snapshots;
     ASSERT_EQ(snapshots.write(robot.panel(), path), "");
-    QImage written(QString::fromStdString(path), "PNG");
-    ASSERT_EQ(written.size(), QSize(344, 282));
-    const QImage rendered = robot.render();
-    int differing = 0;
-    for (int y = 0; y < 282; ++y)
-        for (int x = 0; x < 344; ++x)
-            differing += (written.pixel(x, y) & 0xFFFFFF) != (rendered.pixel(x, y) & 0xFFFFFF);
-    EXPECT_EQ(differing, 0);
+    const QImage written(QString::fromStdString(path), "PNG");
+    EXPECT_TRUE(written.convertToFormat(QImage::Format_RGB32) ==
+                robot.render().convertToFormat(QImage::Format_RGB32));
     // A folder that is not there cannot take the file.
     const std::string why = snapshots.write(robot.panel(), dir.path() + "/none/panel.png");
     EXPECT_EQ(why.rfind("cannot write " + dir.path() + "/none/panel.png", 0), 0u) << why;
 }
 
-class ConsoleSnapshot : public ::testing::Test {
-  protected:
-    ConsoleSnapshot() {
-        console.session().load_module(KESTRONE_MODULE);
-        console.start();
-        out.str("");
-    }
-    std::string run(const std::string& line) {
+// The console alone knows no view: the host hands it one that gets the panel and the file, and
+// its answer comes back.
+TEST(ConsoleSnapshot, GoesToTheHostsViewAndAnswersWithIt) {
+    std::ostringstream out;
+    console::ConsoleSession console(out);
+    console.session().load_module(KESTRONE_MODULE);
+    console.start();
+    const auto run = [&](const std::string& line) {
         out.str("");
         console.execute(line);
         return out.str();
-    }
-    std::ostringstream out;
-    console::ConsoleSession console{out};
-};
-
-TEST_F(ConsoleSnapshot, WithoutAViewItFails) {
+    };
     EXPECT_EQ(run("snapshot panel.png"), "fail no view built\n");
-}
-
-TEST_F(ConsoleSnapshot, TheHookGetsThePanelAndTheFileAndItsAnswerComesBack) {
     std::vector<std::string> asked;
     kestrone::IKestronePanel* given = nullptr;
     std::string answer;
@@ -69,11 +56,8 @@ TEST_F(ConsoleSnapshot, TheHookGetsThePanelAndTheFileAndItsAnswerComesBack) {
     EXPECT_EQ(given, console.session().panel());
     answer = "cannot write x: full";
     EXPECT_EQ(run("snapshot x"), "fail cannot write x: full\n");
+    EXPECT_EQ(run("snapshot a b").rfind("fail ", 0), 0u);  // never reaches the view
     EXPECT_EQ(asked, (std::vector<std::string>{"a b.png", "x"}));
-    // A command without its file never reaches the hook.
-    EXPECT_EQ(run("snapshot").rfind("fail ", 0), 0u);
-    EXPECT_EQ(run("snapshot a b").rfind("fail ", 0), 0u);
-    EXPECT_EQ(asked.size(), 2u);
 }
 
 }  // namespace

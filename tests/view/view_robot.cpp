@@ -82,11 +82,6 @@ void ViewRobot::click(const std::string& element) {
     ASSERT_EQ(session.click(id(element)), S_OK);
 }
 
-void ViewRobot::arrow(const std::string& element, std::int32_t index, bool up, int times) {
-    for (int i = 0; i < times; ++i)
-        ASSERT_EQ(session.arrow(id(element, index), up), S_OK);
-}
-
 void ViewRobot::put(const std::string& element, std::int32_t index, const std::string& property,
                     const Variant& value) {
     ASSERT_EQ(session.put_element_property(element, index < 0 ? std::nullopt : std::optional(index),
@@ -109,9 +104,6 @@ int distance(std::uint32_t a, std::uint32_t b) {
         d +=
             std::abs(static_cast<int>((a >> shift) & 0xFF) - static_cast<int>((b >> shift) & 0xFF));
     return d;
-}
-std::uint32_t rgb(kestrone::Rgba c) {
-    return std::uint32_t(c.red) << 16 | std::uint32_t(c.green) << 8 | c.blue;
 }
 }  // namespace
 
@@ -141,6 +133,10 @@ int mismatches(const QImage& image, const QImage& picture, QPoint at, const QRec
             if ((c & 0xFFFFFFu) != rgb_at(image, p.x(), p.y())) ++bad;
         }
     return seen == 0 ? -1 : bad;
+}
+
+std::uint32_t rgb(kestrone::Rgba c) {
+    return std::uint32_t(c.red) << 16 | std::uint32_t(c.green) << 8 | c.blue;
 }
 
 std::uint32_t rgb_at(const QImage& image, int x, int y) {

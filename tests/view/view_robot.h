@@ -43,7 +43,6 @@ class ViewRobot {
              const kestrone::Variant& value);
     // The picture of that role as the panel hands it out.
     QImage picture(kestrone::PictureRole role);
-    void arrow(const std::string& element, std::int32_t index, bool up, int times = 1);
 
     QuietServices services;
     host::ComponentSession session{services};
@@ -52,7 +51,8 @@ class ViewRobot {
     bool started_ = false;
 };
 
-// The colour of one pixel, without alpha, as 0xRRGGBB.
+// A colour of the panel's, and one pixel's colour without alpha, as 0xRRGGBB.
+std::uint32_t rgb(kestrone::Rgba c);
 std::uint32_t rgb_at(const QImage& image, int x, int y);
 // How many pixels of `r` have colour `rgb`.
 int count_colour(const QImage& image, const QRect& r, std::uint32_t rgb);

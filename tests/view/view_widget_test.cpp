@@ -40,10 +40,15 @@ bool wait_for(F done) {
     return done();
 }
 
-TEST(ViewFocus, TabWalksTheElementsThatTakeTheFocusInTabOrder) {
+// The real panel in a view that hands the input straight to it.
+class ViewTest : public ::testing::Test {
+  protected:
     ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
+    panelqt::DirectPanelInput input{robot.panel()};
+    panelqt::PanelView view{robot.panel(), input};
+};
+
+TEST_F(ViewTest, TabWalksTheShownElementsThatTakeTheFocusInTabOrder) {
     const std::vector<std::int32_t> order = {robot.id("Picture1"),       robot.id("chkLineLeft"),
                                              robot.id("chkLineRight"),   robot.id("chkSwitchLeft"),
                                              robot.id("chkSwitchRight"), robot.id("updownADC", 0),
@@ -59,19 +64,13 @@ TEST(ViewFocus, TabWalksTheElementsThatTakeTheFocusInTabOrder) {
     EXPECT_EQ(view.focused_element(), order.back());
     key(view, Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(view.focused_element(), order[order.size() - 2]);
-}
-
-TEST(ViewFocus, HiddenOrDisabledElementsAreSkipped) {
-    ViewRobot robot;
+    // A hidden element, and those in a hidden frame, are passed by.
     robot.put("chkLineLeft", -1, "Visible", kestrone::Variant::boolean(false));
     robot.put("frameSwitches", -1, "Visible", kestrone::Variant::boolean(false));
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
-    key(view, Qt::Key_Tab);
-    key(view, Qt::Key_Tab);
-    EXPECT_EQ(view.focused_element(), robot.id("chkLineRight"));
-    key(view, Qt::Key_Tab);
-    EXPECT_EQ(view.focused_element(), robot.id("updownADC", 0));
+    for (const std::int32_t next : {order[9], order[0], order[2], order[5]}) {
+        key(view, Qt::Key_Tab);
+        EXPECT_EQ(view.focused_element(), next);
+    }
 }
 
 // The pixels where a grab of the view differs from the panel rendered without a focus mark.
@@ -85,10 +84,7 @@ std::vector<QPoint> mark(panelqt::PanelView& view, ViewRobot& robot) {
     return differ;
 }
 
-TEST(ViewFocus, TheMarkIsADottedLineInsideTheFocusedElement) {
-    ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
+TEST_F(ViewTest, TheMarkIsADottedLineInsideTheFocusedElement) {
     EXPECT_TRUE(mark(view, robot).empty());
     for (const char* name : {"Picture1", "chkLineLeft"}) {
         key(view, Qt::Key_Tab);
@@ -106,10 +102,7 @@ TEST(ViewFocus, TheMarkIsADottedLineInsideTheFocusedElement) {
     }
 }
 
-TEST(ViewKeys, ArrowsPagesAndSpaceWorkTheFocusedElement) {
-    ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
+TEST_F(ViewTest, ArrowsPagesAndSpaceWorkTheFocusedElement) {
     const auto value = [&] { return robot.info("updownADC", 0).value; };
     // Space on the logo, which is no check box, does nothing.
     key(view, Qt::Key_Tab);
@@ -129,15 +122,14 @@ TEST(ViewKeys, ArrowsPagesAndSpaceWorkTheFocusedElement) {
     for (int i = 0; i < 5; ++i)
         key(view, Qt::Key_Tab);  // on to updownADC(0)
     const int start = value();
-    key(view, Qt::Key_PageUp);
-    key(view, Qt::Key_PageUp);
-    EXPECT_EQ(value(), start + 20);
-    key(view, Qt::Key_Down);
-    EXPECT_EQ(value(), start + 19);
-    key(view, Qt::Key_PageDown);
-    EXPECT_EQ(value(), start + 9);
-    key(view, Qt::Key_Up);
-    EXPECT_EQ(value(), start + 10);
+    for (const auto& [k, change] : {std::pair{Qt::Key_PageUp, 10},
+                                    {Qt::Key_PageUp, 20},
+                                    {Qt::Key_Down, 19},
+                                    {Qt::Key_PageDown, 9},
+                                    {Qt::Key_Up, 10}}) {
+        key(view, k);
+        EXPECT_EQ(value(), start + change) << k;
+    }
 }
 
 struct PointerCall {
@@ -176,12 +168,9 @@ TEST(ViewMouse, ThePointerGoesOnInPanelPixelsWithButtonsAndShift) {
     EXPECT_EQ(input.calls, want);
 }
 
-// A left press puts the focus mark on an element that takes the focus; a switch's click then
-// hands the focus to the logo, and the mark follows.
-TEST(ViewMouse, APressAndReleaseOnASwitchAtZoomTwoClicksIt) {
-    ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
+// A left press puts the focus on an element that takes it; a switch's click then hands it to the
+// logo, and the switch is due for a repaint.
+TEST_F(ViewTest, APressAndReleaseOnASwitchAtZoomTwoClicksIt) {
     view.set_zoom(2);
     int delivered = 0;
     QObject::connect(&view, &panelqt::PanelView::input_delivered, [&] { ++delivered; });
@@ -191,66 +180,31 @@ TEST(ViewMouse, APressAndReleaseOnASwitchAtZoomTwoClicksIt) {
         mouse(view, QEvent::MouseButtonRelease, centre, button, Qt::NoButton);
     };
     press("updownADC", 2, Qt::LeftButton);
-    EXPECT_EQ(view.focused_element(), robot.id("updownADC", 2));
     press("chkSwitchLeft", -1, Qt::RightButton);
     press("lblADCVal", 0, Qt::LeftButton);
     EXPECT_EQ(view.focused_element(), robot.id("updownADC", 2));
-    key(view, Qt::Key_Tab);
-    EXPECT_EQ(view.focused_element(), robot.id("updownADC", 3));
     delivered = 0;
     press("chkLineRight", -1, Qt::LeftButton);
     EXPECT_EQ(robot.info("chkLineRight").check_value, 1);
     EXPECT_EQ(delivered, 2);
     EXPECT_EQ(view.focused_element(), robot.id("Picture1"));
-    // The change is on its way to the screen: the box is due for a repaint.
     const QRect box = robot.box("chkLineRight");
     EXPECT_TRUE(view.pending_region().contains(QRect(box.topLeft() * 2, box.size() * 2)));
-    key(view, Qt::Key_Tab);
-    EXPECT_EQ(view.focused_element(), robot.id("chkLineLeft"));
 }
 
-TEST(ViewRepaint, OnlyWhatChangedIsRepaintedOncePerFrame) {
-    ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
+// Only what changed is due for a repaint, a moved element's old place too; all of it goes out in
+// one repaint.
+TEST_F(ViewTest, OnlyWhatChangedIsRepaintedAtOnce) {
     view.set_zoom(2);
     view.show();
-    ASSERT_TRUE(wait_for([&] { return view.repaint_count() > 0; }));
-    ASSERT_TRUE(wait_for([&] { return view.pending_region().isEmpty(); }));
-    // Nothing changed: nothing to repaint, however often asked.
-    view.refresh();
-    EXPECT_TRUE(view.pending_region().isEmpty());
-    const int settled = view.repaint_count();
-    QApplication::processEvents();
-    EXPECT_EQ(view.repaint_count(), settled);
-
-    robot.put("imageLedOn", 3, "Visible", kestrone::Variant::boolean(true));
-    robot.put("imageLedOff", 3, "Visible", kestrone::Variant::boolean(false));
-    robot.put("imageLedOn", 5, "Visible", kestrone::Variant::boolean(true));
-    view.refresh();
-    const QRegion due = view.pending_region();
-    for (const int led : {3, 5}) {
-        const QRect lit = robot.box("imageLedOn", led);
-        EXPECT_TRUE(due.contains(QRect(lit.topLeft() * 2, lit.size() * 2))) << led;
-    }
-    EXPECT_FALSE(due.intersects(QRect(robot.box("imageLedOn", 4).center() * 2, QSize(2, 2))));
-    EXPECT_FALSE(due.intersects(QRect(robot.box("Picture1").topLeft() * 2, QSize(40, 40))));
-    // Both changes go out in one repaint.
-    ASSERT_TRUE(wait_for([&] { return view.repaint_count() > settled; }));
-    EXPECT_TRUE(wait_for([&] { return view.pending_region().isEmpty(); }));
-    QApplication::processEvents();
-    EXPECT_EQ(view.repaint_count(), settled + 1);
-}
-
-TEST(ViewRepaint, AMovedElementsOldPlaceIsRepaintedToo) {
-    ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
-    view.set_zoom(2);
     robot.put("updownADC", 3, "Value", kestrone::Variant::long_(40));
     const QRect before = robot.box("imSlideBar", 3);
     view.refresh();
+    ASSERT_TRUE(wait_for([&] { return view.repaint_count() > 0; }));
     ASSERT_TRUE(wait_for([&] { return view.pending_region().isEmpty(); }));
+    view.refresh();
+    EXPECT_TRUE(view.pending_region().isEmpty());
+    const int settled = view.repaint_count();
     robot.put("updownADC", 3, "Value", kestrone::Variant::long_(220));
     robot.put("imageUp", 1, "Visible", kestrone::Variant::boolean(false));
     const QRect after = robot.box("imSlideBar", 3);
@@ -259,12 +213,13 @@ TEST(ViewRepaint, AMovedElementsOldPlaceIsRepaintedToo) {
     const QRegion due = view.pending_region();
     for (const QRect& r : {before, after, robot.box("imageUp", 1)})
         EXPECT_TRUE(due.contains(QRect(r.topLeft() * 2, r.size() * 2))) << r.x() << "," << r.y();
+    EXPECT_FALSE(due.intersects(QRect(robot.box("Picture1").topLeft() * 2, QSize(40, 40))));
+    ASSERT_TRUE(wait_for([&] { return view.pending_region().isEmpty(); }));
+    QApplication::processEvents();
+    EXPECT_EQ(view.repaint_count(), settled + 1);
 }
 
-TEST(ViewRepaint, ARepaintRaisesThePanelsPaintAndShowsWhatItDrew) {
-    ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
+TEST_F(ViewTest, ARepaintRaisesThePanelsPaintAndShowsWhatItDrew) {
     robot.macro(10, {0b0100'0001});  // LEDs 0 and 6: shown when the panel is painted next
     const QImage image = view.grab().toImage();
     EXPECT_TRUE(robot.look("imageLedOn", 6).shown);
@@ -273,10 +228,7 @@ TEST(ViewRepaint, ARepaintRaisesThePanelsPaintAndShowsWhatItDrew) {
     EXPECT_EQ(view_testing::count_colour(image, robot.box("imageLedOn", 5), 0xFF0000u), 0);
 }
 
-TEST(ViewRepaint, AReplacedPanelStartsAfresh) {
-    ViewRobot robot;
-    panelqt::DirectPanelInput input(robot.panel());
-    panelqt::PanelView view(robot.panel(), input);
+TEST_F(ViewTest, AReplacedPanelStartsAfresh) {
     key(view, Qt::Key_Tab);
     ASSERT_EQ(robot.session.create_object(), S_OK);
     ASSERT_EQ(robot.session.make_ready(), S_OK);

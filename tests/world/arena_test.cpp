@@ -1,5 +1,5 @@
-// Reading arena files: a whole arena as written, and bad files each refused at their line with
-// what is wrong, the world left as it was.
+// Reading arena files: the border and names as written, and bad files each refused at their line
+// with what is wrong, the world left as it was.
 #include <gtest/gtest.h>
 
 #include "arena.h"
@@ -14,45 +14,26 @@ robot 200 300 90
 line 20  200 200  1800 200  1800 1300
 wall 1000 500  1000 1000
 light 1800 1400 0.5
-zone goal 1600 1100 300 300
+zone goal 1600 1100 400 400
 zone start 0 0 400 400
 zone mark 100 100 1 0.5
 )";
 
-TEST(ArenaFile, ReadsEveryItemWithTheBorderAsWalls) {
+// The items' values show in the sensors' and the motion's tests; here what only the reading does.
+TEST(ArenaFile, PutsTheBorderFirstAndKeepsNamesAsWritten) {
     const ArenaReading r = read_arena(kTrack);
     ASSERT_TRUE(r.arena) << r.error.line << ": " << r.error.text;
     const Arena& a = *r.arena;
-    EXPECT_EQ(a.width, 2000);
-    EXPECT_EQ(a.height, 1500);
-    EXPECT_EQ(a.start.centre, (Vec{200, 300}));
-    EXPECT_NEAR(a.start.heading, kPi / 2, 1e-12);
-    ASSERT_EQ(a.lines.size(), 1u);
-    EXPECT_EQ(a.lines[0].width, 20);
-    EXPECT_EQ(a.lines[0].points.size(), 3u);
-    EXPECT_EQ(a.lines[0].points[2], (Vec{1800, 1300}));
-    // Four sides of the floor, then the file's wall.
     ASSERT_EQ(a.walls.size(), 5u);
-    EXPECT_EQ(a.walls[1].a, (Vec{2000, 0}));
     EXPECT_EQ(a.walls[1].b, (Vec{2000, 1500}));
     EXPECT_EQ(a.walls[4].a, (Vec{1000, 500}));
-    ASSERT_EQ(a.lights.size(), 1u);
-    EXPECT_EQ(a.lights[0].intensity, 0.5);
-    ASSERT_NE(a.zone("goal"), nullptr);
-    EXPECT_TRUE(a.zone("goal")->contains({1900, 1400}));
-    EXPECT_FALSE(a.zone("goal")->contains({1599, 1200}));
     EXPECT_EQ(a.zone("Goal"), nullptr);
-    EXPECT_NE(a.zone("start"), nullptr);
-    ASSERT_NE(a.zone("mark"), nullptr);  // a zone of a millimetre and less
-    EXPECT_TRUE(a.zone("mark")->contains({101, 100.5}));
+    EXPECT_TRUE(a.zone("mark")->contains({101, 100.5}));  // a zone of a millimetre and less
     EXPECT_FALSE(a.zone("mark")->contains({101, 100.6}));
-}
-
-TEST(ArenaFile, HeadingsAreBroughtIntoOneTurnAndCommentsAndBlanksAreSkipped) {
-    const ArenaReading r = read_arena("\n\t# nothing\nrobot 500 500 -270\r\nsize 1000 1000\n");
-    ASSERT_TRUE(r.arena) << r.error.text;
-    EXPECT_NEAR(r.arena->start.heading, kPi / 2, 1e-12);
-    EXPECT_EQ(whole_pose(r.arena->start).heading, 90);
+    // Headings are brought into one turn; blanks, tabs and CRs are skipped.
+    const ArenaReading turned = read_arena("\n\t# nothing\nrobot 500 500 -270\r\nsize 1000 1000\n");
+    ASSERT_TRUE(turned.arena) << turned.error.text;
+    EXPECT_EQ(whole_pose(turned.arena->start).heading, 90);
 }
 
 struct BadFile {
@@ -73,36 +54,23 @@ const BadFile kBadFiles[] = {
      "zone a comes twice (first on line 3)"},
     {"size 1000 1000\nrobot 500 five 0\n", 2, "'five' is not a number (y)"},
     {"size 1000 1000\nrobot 500 500 0\nsize 900 900\n", 3, "size comes twice"},
-    {"size 1000 1000\nrobot 500 500 0\nrobot 400 400 0\n", 3, "robot comes twice"},
     {"size 1000 1000\nrobot 500 500 0\nlight 10 10 1.5\n", 3, "intensity must be 0 to 1"},
     {"size 1000 1000\nrobot 500 500 0\ndoor 1 2 3 4\n", 3, "unknown item 'door'"},
-    {"size 1000 1000\nrobot 500 500 0\nline 10 5 5\n", 3, "two points or more"},
-    {"size 1000 1000\nrobot 500 500 0\nline 10 5 5 6 6 7\n", 3, "two points or more"},
+    {"size 1000 1000\nrobot 500 500 0\nline 10 5 5 6 6 7\n", 3, "two points or more, not 6"},
+    {"size 1000 1000\nrobot 500 500 0\nlight -5 10 1\n", 3, "the light lies outside the floor"},
     {"size 1000 1000\nrobot 500 500 0\nwall 10 10 1200 10\n", 3, "outside the floor"},
     {"size 1000 1000\nrobot 500 500 0\nzone z 900 900 200 50\n", 3, "outside the floor"},
-    {"size 1000 1000\nrobot 500 500 0\nzone z 10 10 0 50\n", 3, "above 0"},
     {"size 1000 1000\nrobot 500 500 0\nwall 10 10 10 10\n", 3, "same point"},
-    {"size 1000 1000\nrobot 30 500 0\n", 2, "closer than 60 to a wall"},
+    {"size 1000 1000\nrobot 500 0 0\n", 2, "closer than 60 to a wall"},
     {"size 1000 1000\nrobot 500 500 0\nwall 500 450 600 450\n", 2, "closer than 60"},
     {"size 1000 1000\nrobot 1500 500 0\n", 2, "outside the floor"},
     {"size 1000 1000\nrobot 500 500 0x10\n", 2, "'0x10' is not a number"},
-    {"size 1000 1000\nrobot 500 500 nan\n", 2, "not a number"},
     {"size 1000 1000 7\nrobot 500 500 0\n", 1, "size takes 2 numbers"},
     {"size 1000 1000\nrobot 500 500 0\nzone goal 1 2 3\n", 3, "zone takes a name and 4"},
     {"size 1e9 1000\nrobot 500 500 0\n", 1, "at most"},
 };
 
-TEST(ArenaFile, EachBadFileNamesItsLineAndFault) {
-    for (const BadFile& bad : kBadFiles) {
-        SCOPED_TRACE(bad.text);
-        const ArenaReading r = read_arena(bad.text);
-        EXPECT_FALSE(r.arena);
-        EXPECT_EQ(r.error.line, bad.line);
-        EXPECT_NE(r.error.text.find(bad.says), std::string::npos) << r.error.text;
-    }
-}
-
-TEST(ArenaFile, ABadFileLeavesTheWorldAsItWas) {
+TEST(ArenaFile, EachBadFileNamesItsLineAndFaultAndLeavesTheWorldAsItWas) {
     World w;
     std::string error;
     ASSERT_TRUE(w.load_text(kTrack, "track.world", &error)) << error;
@@ -110,6 +78,11 @@ TEST(ArenaFile, ABadFileLeavesTheWorldAsItWas) {
     const Pose before = w.pose();
     const std::uint64_t revision = w.revision();
     for (const BadFile& bad : kBadFiles) {
+        SCOPED_TRACE(bad.text);
+        const ArenaReading r = read_arena(bad.text);
+        EXPECT_FALSE(r.arena);
+        EXPECT_EQ(r.error.line, bad.line);
+        EXPECT_NE(r.error.text.find(bad.says), std::string::npos) << r.error.text;
         EXPECT_FALSE(w.load_text(bad.text, "bad.world", &error));
         EXPECT_EQ(error.rfind("bad.world:" + std::to_string(bad.line) + ": ", 0), 0u) << error;
     }

@@ -2,6 +2,8 @@
 // of a whole run put them, and a wall stops the body at the last step that keeps it clear.
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "motion.h"
 #include "world.h"
 
@@ -21,49 +23,38 @@ void run(World& w, double left, double right, int ms) {
         w.step(left, right);
 }
 
-void expect_whole(const World& w, std::int32_t x, std::int32_t y, std::int32_t heading) {
-    const WholePose p = whole_pose(w.pose());
-    EXPECT_EQ(p.x, x);
-    EXPECT_EQ(p.y, y);
-    EXPECT_EQ(p.heading, heading);
-}
-
-TEST(Motion, StraightRunsGoSpeedTimesTimeAlongTheHeading) {
-    World w = open_floor("robot 1000 1000 90");
-    run(w, 200, 200, 1000);
-    expect_whole(w, 1000, 1200, 90);
-    run(w, -150, -150, 2000);  // backwards
-    expect_whole(w, 1000, 900, 90);
-    World slant = open_floor("robot 500 500 30");
-    run(slant, 100, 100, 4000);
-    // 400 mm at 30 degrees: 346.41 across, 200 up.
-    expect_whole(slant, 846, 700, 30);
-}
-
-TEST(Motion, SpinsTurnOnTheSpotAtTheWheelsDifferenceOverTheirSpacing) {
-    World w = open_floor();
-    run(w, -100, 100, 1000);  // 2 rad anticlockwise: 114.59 degrees
-    EXPECT_NEAR(w.pose().centre.x, 1000, 1e-9);
-    EXPECT_NEAR(w.pose().centre.y, 1000, 1e-9);
-    expect_whole(w, 1000, 1000, 115);
-    run(w, 100, -100, 3000);  // 6 rad back: 114.59 - 343.77 is -229.18 degrees, 131 after wrapping
-    expect_whole(w, 1000, 1000, 131);
-}
-
-TEST(Motion, ArcsFollowTheCircleAboutTheTurningPoint) {
-    // v 150 mm/s, 1 rad/s: after 1.5 s, 150 sin 1.5 across and 150 (1 - cos 1.5) up.
+TEST(Motion, RunsSpinsAndArcsLandWhereTheFormulasPutThem) {
+    struct Run {
+        const char* start;
+        double left, right;
+        int ms;
+        std::int32_t x, y, heading;
+    };
+    const Run runs[] = {
+        {"robot 1000 1000 90", 200, 200, 1000, 1000, 1200, 90},
+        {"robot 1000 1000 90", -150, -150, 2000, 1000, 700, 90},
+        {"robot 500 500 30", 100, 100, 4000, 846, 700, 30},  // 400 at 30 degrees: 346.41, 200
+        // On the spot at the wheels' difference over their spacing: 2 rad, then -6 rad.
+        {"robot 1000 1000 0", -100, 100, 1000, 1000, 1000, 115},
+        {"robot 1000 1000 0", 100, -100, 3000, 1000, 1000, 16},
+        // v 150, 1 rad/s for 1.5 s: 150 sin 1.5 across and 150 (1 - cos 1.5) up; and mirrored.
+        {"robot 1000 1000 0", 100, 200, 1500, 1150, 1139, 86},
+        {"robot 1000 1000 180", 200, 100, 1500, 850, 1139, 94},
+        // One wheel stopped: half a circle of radius 50 about it.
+        {"robot 1000 1000 0", 0, 100, 3150, 1000, 1100, 180},
+    };
+    for (const Run& r : runs) {
+        SCOPED_TRACE(testing::Message() << r.start << " at " << r.left << ", " << r.right);
+        World w = open_floor(r.start);
+        run(w, r.left, r.right, r.ms);
+        const WholePose p = whole_pose(w.pose());
+        EXPECT_EQ(p.x, r.x);
+        EXPECT_EQ(p.y, r.y);
+        EXPECT_EQ(p.heading, r.heading);
+    }
+    // A whole run agrees with its steps to well below a millimetre.
     World w = open_floor();
     run(w, 100, 200, 1500);
-    expect_whole(w, 1150, 1139, 86);
-    // The same arc clockwise from heading 180 mirrors it.
-    World back = open_floor("robot 1000 1000 180");
-    run(back, 200, 100, 1500);
-    expect_whole(back, 850, 1139, 94);
-    // One wheel stopped: the body turns about that wheel, 50 mm from its centre.
-    World pivot = open_floor();
-    run(pivot, 0, 100, 3150);  // pi rad: half a circle of radius 50
-    expect_whole(pivot, 1000, 1100, 180);
-    // A whole run agrees with its steps to well below a millimetre.
     const Pose once = drive(open_floor().pose(), 100, 200, 1.5);
     EXPECT_NEAR(once.centre.x, w.pose().centre.x, 1e-6);
     EXPECT_NEAR(once.centre.y, w.pose().centre.y, 1e-6);
@@ -82,6 +73,9 @@ TEST(Motion, AWallStopsTheBodyAtTheLastStepThatKeepsItClear) {
     run(edge, 200, 200, 1000);
     EXPECT_NEAR(edge.pose().centre.x, 640, 1e-9);
     // Held there, it can still turn and back away.
+    // Nor can it be put down nearer, or off the floor.
+    EXPECT_FALSE(w.place({{660, 500}, 0}));
+    EXPECT_FALSE(w.place({{3000, 500}, 0}));
     EXPECT_TRUE(w.step(-100, 100));
     run(w, -200, -200, 100);
     EXPECT_LT(w.pose().centre.x, 639);
@@ -92,32 +86,11 @@ TEST(Motion, AWallStopsTheBodyAtTheLastStepThatKeepsItClear) {
     EXPECT_LT(distance(Segment{{800, 200}, {200, 800}}, slant.pose().centre), 62.6);
 }
 
-TEST(Motion, TheTrailFollowsThePathAndStartsAgainOnReset) {
-    World w = open_floor();
-    run(w, 200, 200, 1000);
-    ASSERT_GE(w.trail().size(), 50u);
-    EXPECT_EQ(w.trail().front(), (Vec{1000, 1000}));
-    EXPECT_NEAR(w.trail().back().x, 1200, 2.01);
-    const std::uint64_t moved = w.revision();
-    w.reset();
-    EXPECT_GT(w.revision(), moved);
-    EXPECT_EQ(w.trail().size(), 1u);
-    expect_whole(w, 1000, 1000, 0);
-    // Put down by hand where the walls allow, and not elsewhere.
-    EXPECT_TRUE(w.place({{300, 400}, radians(-90)}));
-    expect_whole(w, 300, 400, 270);
-    EXPECT_FALSE(w.place({{30, 400}, 0}));
-    EXPECT_FALSE(w.place({{3000, 400}, 0}));
-    expect_whole(w, 300, 400, 270);
-}
-
 TEST(Motion, WholePosesRoundHalfwayToTheEvenNumber) {
-    EXPECT_EQ(whole_pose({{0.5, 1.5}, 0}).x, 0);
-    EXPECT_EQ(whole_pose({{0.5, 1.5}, 0}).y, 2);
-    EXPECT_EQ(whole_pose({{2.5, 2.4999}, radians(359.6)}).x, 2);
-    EXPECT_EQ(whole_pose({{2.5, 2.4999}, radians(359.6)}).y, 2);
-    EXPECT_EQ(whole_pose({{2.5, 2.4999}, radians(359.6)}).heading, 0);
-    EXPECT_EQ(whole_pose({{0, 0}, radians(-0.6)}).heading, 359);
+    const WholePose a = whole_pose({{0.5, 1.5}, radians(-0.6)});
+    const WholePose b = whole_pose({{2.5, 2.4999}, radians(359.6)});
+    EXPECT_EQ((std::vector{a.x, a.y, a.heading}), (std::vector{0, 2, 359}));
+    EXPECT_EQ((std::vector{b.x, b.y, b.heading}), (std::vector{2, 2, 0}));
 }
 
 }  // namespace
