@@ -100,11 +100,4 @@ TEST(Module, ExportsExactlyItsFourEntryPoints) {
                                                "DllRegisterServer", "DllUnregisterServer"}));
 }
 
-TEST(Module, ReadsTheCodeFileNamedAfterItsOwnFileName) {
-    ComponentFolder robot(shipped_code_file(), "Other");
-    EXPECT_THAT(robot.run("field sCodeFile\nCodeFilename\nfield HelpFile\n").lines,
-                ElementsAre("ok", "ok \"Other.c\"", "ok \"" + robot.dir() + "/Other.c\"",
-                            "ok \"" + robot.dir() + "/help/Other.chm\""));
-}
-
 }  // namespace
