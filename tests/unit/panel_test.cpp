@@ -2,8 +2,6 @@
 // panel's clock, resizing, and the properties by name.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "panel/properties.h"
 #include "simulation_fixture.h"
 
@@ -178,21 +176,6 @@ TEST(PanelTimers, TheClockEndsRatherThanWraps) {
     // Restarted at the end, a timer never comes due.
     p.set_interval(p.ids().Timer1[0], 1);
     EXPECT_FALSE(p.next_tick(&due, &timer));
-}
-
-TEST(PanelLayout, EveryFocusStopComesOnceFromTheLogoToTheHeading) {
-    panel::Panel p;
-    std::vector<int> stops;
-    for (int id = 0; id < p.count(); ++id)
-        if (p.at(id).tab_index >= 0) stops.push_back(p.at(id).tab_index);
-    std::sort(stops.begin(), stops.end());
-    ASSERT_EQ(stops.size(), 38u);
-    for (std::size_t i = 0; i < stops.size(); ++i)
-        EXPECT_EQ(stops[i], static_cast<int>(i));
-    EXPECT_EQ(p.at(p.find("Picture1", -1)).tab_index, 0);
-    EXPECT_EQ(p.at(p.find("frameDirImages", -1)).tab_index, 37);
-    for (int k = 8; k < 15; ++k)
-        EXPECT_EQ(p.at(p.find("lblLED", k + 1)).tab_index, p.at(p.find("lblLED", k)).tab_index + 1);
 }
 
 TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
