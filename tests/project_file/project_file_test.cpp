@@ -106,6 +106,10 @@ TEST(ProjectFile, RefusesDamagedContentWithAReason) {
          with_store(
              R"([{"key": "a", "value": {"kind": "Array", "element": "Long", "lower": 0, "items": [{"kind": "Integer", "value": 1}]}}])"),
          "not of the array's kind Long"},
+        {"bounds past 32 bits",
+         with_store(
+             R"([{"key": "a", "value": {"kind": "Array", "element": "Long", "lower": 2147483647, "items": [{"kind": "Long", "value": 1}, {"kind": "Long", "value": 2}]}}])"),
+         "the array's bounds are out of range"},
         {"bad base64", with_store(R"([{"keyBase64": "!!", "value": {"kind": "Empty"}}])"),
          "not valid base64"},
         {"JSON nested without end", with_store(std::string(100000, '[')), "too deeply nested"},
