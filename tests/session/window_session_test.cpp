@@ -62,6 +62,7 @@ TEST(WindowMessageBox, HoldsTheTicksAndRefusesWhatWouldPullTheObject) {
                                              host::kSessionBusy, host::kSessionBusy));
     EXPECT_EQ(phase_inside, phase);
     EXPECT_FALSE(w.session.page_open());
+    EXPECT_FALSE(w.session.page_changed());
     EXPECT_EQ(w.property("chkSwitchLeft", -1, "Value"), 0);
     // Free again: the kept ticks come, and the panel takes the click.
     w.services.while_box_open = nullptr;

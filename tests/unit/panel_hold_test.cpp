@@ -123,24 +123,4 @@ TEST(PanelHold, TicksDueInABoxOrAToneComeOnceEachAfterItAndKeepTheirPhase) {
     }
 }
 
-TEST(PanelHold, WithTheThreadFreeInputAndAskedTicksGoStraightIn) {
-    HeldRobot robot;
-    kestrone::IKestronePanel& panel = robot.view();
-    // Free: a press on the LDR's panel moves its bar; a tick asked for runs at once.
-    const std::int32_t ldr = robot.core().sensors.lADCVal[0];
-    ASSERT_EQ(panel.Pointer(PointerAction::Down, 1, 0, 20, 60), S_OK);
-    EXPECT_EQ(robot.core().panel.captured(), robot.core().panel.find("frameADC", 0));
-    ASSERT_EQ(panel.Pointer(PointerAction::Up, 1, 0, 20, 60), S_OK);
-    EXPECT_NE(robot.core().sensors.lADCVal[0], ldr);
-    ASSERT_EQ(robot.object().StartSimulation(), S_OK);
-    ASSERT_EQ(robot.call(4, params({100})), S_OK);
-    EXPECT_EQ(panel.Tick(1), S_OK);
-    EXPECT_EQ(robot.core().motors.iWheelPhase[1], 1);
-    std::int64_t due = 0;
-    std::int32_t timer = -1;
-    panel.NextTick(&due, &timer);
-    EXPECT_EQ(due, 100);  // a tick asked for leaves the beat alone
-    EXPECT_EQ(panel.Tick(2), kestrone::basic_error_status(vb::kControlArrayElementMissing));
-}
-
 }  // namespace
