@@ -78,6 +78,7 @@ TEST(SimulationScenario, BadInputGetsAStatusNeverACrash) {
         {"arrow chkSwitchLeft up", "error 5 Invalid procedure call or argument"},
         {"tick 7", "error 340 Control array element doesn't exist"},
         {"advance -1", "fail advance takes a whole number of milliseconds, 0 or more"},
+        {"event frameADC_MouseDown", "fail frameADC_MouseDown does not take 0 argument(s)"},
         {"event frameADC_MouseDown 0 1 0 0!",
          "fail frameADC_MouseDown does not take 4 argument(s)"},
         {"event frameADC_MouseDown 9 1 0 0! 0!", "error 340 Control array element doesn't exist"},
