@@ -4,22 +4,14 @@
   check_code_file.py definitions CODE_FILE
       The definition sections parse, every macro has its block and its parameters, the pin
       table agrees with the wiring in the C, the markers stand where the block reader finds them.
-  check_code_file.py run CODE_FILE --stub-dir DIR [--cc CC]
-      For several sets of settings: build the same program with the registers as variables and
-      run_driver.c around it, which calls the macros and checks what they do to the registers.
-  check_code_file.py compile CODE_FILE --stub-dir DIR [--cc CC]
-      For several sets of settings: fill the tokens, assemble the program Kestrone would build
-      (defines, one function per macro, main with the initialisation, the interrupt routine)
-      and compile it with a host C compiler against the stand-in register header; then compile
-      the code file itself, filled in the same way.
+
+What the C does on the chip, at every setting, is for tests/pic: compiled by the pic14 compiler
+and run in gpsim.
 """
 
 import argparse
-import os
 import re
-import subprocess
 import sys
-import tempfile
 
 BLANKS = " \t\v"
 
@@ -52,18 +44,6 @@ DIR_INPUT, DIR_OUTPUT = 1, 2
 
 TOKENS = ["%" + c for c in "abcdefghijklmnop"]
 TEXT_TOKENS = ("%m", "%n")
-
-# Setting sets for the compile check: a fresh object, an Int robot leaning left with texts in
-# the reserved strings, and one leaning right past the slider's range.
-SETTING_SETS = {
-    "fresh": dict(a=0, b=200, c=200, d=200, e=128, f=128, g=128, h=1, i=0, j=0, k=0, l=0,
-                  m="", n="", bias=0),
-    "int-left": dict(a=-1, b=300, c=0, d=-5, e=50, f=900, g=0, h=0, i=1, j=-1, k=32767, l=-32768,
-                     m="team 7", n="v2", bias=-25),
-    "right-500": dict(a=7, b=1, c=2, d=3, e=4, f=5, g=1, h=1, i=0, j=0, k=0, l=0, m="", n="",
-                      bias=500),
-}
-
 
 def split_lines(data):
     return re.split(r"\r\n|\r|\n", data)
@@ -116,16 +96,6 @@ def read_block(lines, name):
     if not (seen_start and seen_end):
         return None
     return "".join(l + "\n" for l in out)
-
-
-def replace_tokens(text, s):
-    bias = s["bias"]
-    values = [str(s[c]) for c in "abcdefghijklmn"]
-    values += [str(-bias) if bias < 0 else "0", str(bias) if bias >= 0 else "0"]
-    for token, value in zip(TOKENS, values):
-        while token in text:
-            text = text.replace(token, value, 1)
-    return text
 
 
 def to_int(text):
@@ -325,100 +295,11 @@ def check_definitions(path):
     return c.finish("definitions")
 
 
-def assemble(p, lines, run=False):
-    def block(name):
-        text = read_block(lines, name)
-        if text is None:
-            # What the component hands over for a missing block.
-            text = "//Error Reading Code For %s::%s\n" % (p.get("Settings", "Description", "default"), name)
-        return text
-
-    parts = [block("DefinesCode")]
-    for name, ret, params in macro_table(p):
-        parts.append("%s\n{\n%s}\n" % (signature(name, ret, params), block("Macro_" + name)))
-    if run:
-        parts.append("void rovanta_init(void)\n{\n%s}\n" % block("InitialisationCode"))
-        parts.append("void rovanta_isr(void)\n{\n%s}\n" % block("InterruptCode"))
-    else:
-        parts.append("void main(void)\n{\n%s    for (;;) {\n    }\n}\n" % block("InitialisationCode"))
-        parts.append("void isr(void) __interrupt(0)\n{\n%s}\n" % block("InterruptCode"))
-    return "\n".join(parts)
-
-
-def compile_check(path, stub_dir, cc):
-    c = Checker()
-    with open(path, "rb") as f:
-        text = f.read().decode("latin-1")
-    lines = split_lines(text)
-    p = Profile(text)
-    flags = [cc, "-fsyntax-only", "-std=c99", "-ffreestanding", "-Wall", "-Wextra", "-Werror",
-             "-Wno-unused-variable", "-I", stub_dir,
-             "-D__code=", "-D__at(x)=", "-D__interrupt(x)=", "-x", "c"]
-    with tempfile.TemporaryDirectory() as tmp:
-        for set_name, settings in SETTING_SETS.items():
-            for what, source in (("program", assemble(p, lines)), ("file", text)):
-                filled = replace_tokens(source, settings)
-                c.check(re.search(r"%[a-p]", filled) is None, "%s/%s: a token is left" % (set_name, what))
-                out = os.path.join(tmp, "%s-%s.c" % (set_name, what))
-                with open(out, "w", encoding="latin-1") as f:
-                    f.write(filled)
-                r = subprocess.run(flags + [out], capture_output=True, text=True)
-                c.check(r.returncode == 0, "%s/%s does not compile:\n%s" % (set_name, what, r.stderr[:3000]))
-    return c.finish("compile")
-
-
-# Setting sets for the run: no wait for a button, which would hold the initialisation.
-RUN_SETS = {
-    "byte-left": dict(SETTING_SETS["fresh"], h=0, bias=-20, b=120, c=200, d=1),
-    "int-right": dict(SETTING_SETS["int-left"], bias=20, b=401, c=800, d=-5),
-    "int-clamped": dict(SETTING_SETS["right-500"], h=0, bias=500, e=600, f=1000),
-}
-
-
-def run_check(path, stub_dir, cc):
-    c = Checker()
-    with open(path, "rb") as f:
-        text = f.read().decode("latin-1")
-    lines = split_lines(text)
-    p = Profile(text)
-    driver = os.path.join(os.path.dirname(os.path.abspath(__file__)), "run_driver.c")
-    with tempfile.TemporaryDirectory() as tmp:
-        for set_name, s in RUN_SETS.items():
-            program = os.path.join(tmp, set_name + ".c")
-            with open(program, "w", encoding="latin-1") as f:
-                f.write(replace_tokens(assemble(p, lines, run=True), s))
-            exe = os.path.join(tmp, set_name)
-            expected = ["-DEXP_BIAS=%d" % s["bias"], "-DEXP_RETURN_INT=%d" % (s["a"] != 0),
-                        "-DEXP_THRESH_L=%d" % s["b"], "-DEXP_THRESH_F=%d" % s["c"], "-DEXP_THRESH_R=%d" % s["d"],
-                        "-DEXP_THRESH_MIC=%d" % s["e"], "-DEXP_THRESH_LDR=%d" % s["f"]]
-            build = [cc, "-std=gnu11", "-Wall", "-Wextra", "-Werror", "-Wno-unused-variable", "-DROVANTA_STUB_RUN",
-                     "-I", stub_dir, "-D__code=", "-D__at(x)=", "-o", exe, program, driver, "-pthread"] + expected
-            r = subprocess.run(build, capture_output=True, text=True)
-            if not c.check(r.returncode == 0, "%s: does not build:\n%s" % (set_name, r.stderr[:3000])):
-                continue
-            try:
-                r = subprocess.run([exe], capture_output=True, text=True, timeout=30)
-                c.check(r.returncode == 0, "%s:\n%s" % (set_name, r.stdout + r.stderr))
-                print("%s: %s" % (set_name, r.stdout.strip().splitlines()[-1] if r.stdout.strip() else "no output"))
-            except subprocess.TimeoutExpired:
-                c.check(False, "%s: hangs" % set_name)
-    return c.finish("run")
-
-
 def main():
     ap = argparse.ArgumentParser()
-    ap.add_argument("mode", choices=["definitions", "compile", "run"])
+    ap.add_argument("mode", choices=["definitions"])
     ap.add_argument("code_file")
-    ap.add_argument("--stub-dir")
-    ap.add_argument("--cc", default="cc")
-    a = ap.parse_args()
-    if a.mode == "definitions":
-        return check_definitions(a.code_file)
-    if not a.stub_dir:
-        ap.error(a.mode + " needs --stub-dir")
-    if a.mode == "run":
-        return run_check(a.code_file, a.stub_dir, a.cc)
-    return compile_check(a.code_file, a.stub_dir, a.cc)
+    return check_definitions(ap.parse_args().code_file)
 
 
 if __name__ == "__main__":

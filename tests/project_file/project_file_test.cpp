@@ -13,8 +13,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "project_file.h"
@@ -25,13 +23,6 @@ namespace {
 using host::StoreEntries;
 using kestrone::Variant;
 using kestrone::VarType;
-
-std::string read_file(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 StoreEntries every_kind() {
     return {
@@ -115,6 +106,10 @@ TEST(ProjectFile, RefusesDamagedContentWithAReason) {
          with_store(
              R"([{"key": "a", "value": {"kind": "Array", "element": "Long", "lower": 0, "items": [{"kind": "Integer", "value": 1}]}}])"),
          "not of the array's kind Long"},
+        {"bounds past 32 bits",
+         with_store(
+             R"([{"key": "a", "value": {"kind": "Array", "element": "Long", "lower": 2147483647, "items": [{"kind": "Long", "value": 1}, {"kind": "Long", "value": 2}]}}])"),
+         "the array's bounds are out of range"},
         {"bad base64", with_store(R"([{"keyBase64": "!!", "value": {"kind": "Empty"}}])"),
          "not valid base64"},
         {"JSON nested without end", with_store(std::string(100000, '[')), "too deeply nested"},
@@ -157,12 +152,12 @@ TEST(ProjectFile, AFailedSaveLeavesTheOldFile) {
 
     const std::string file = dir.path() + "/robot.kproj";
     ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error)) << error;
-    const std::string before = read_file(file);
+    const std::string before = testing_support::read_file(file);
     if (::geteuid() != 0) {
         ::chmod(dir.path().c_str(), 0555);  // no new file can be made beside it
         EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
         ::chmod(dir.path().c_str(), 0755);
-        EXPECT_EQ(read_file(file), before);
+        EXPECT_EQ(testing_support::read_file(file), before);
     }
     // No temporary file is left behind by a save that completed.
     int files = 0;
@@ -200,7 +195,7 @@ TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFileAndTheNextSaveTidies) {
     }
     std::string error;
     ASSERT_TRUE(host::save_project(file, old_store, &error)) << error;
-    const std::string old_bytes = read_file(file);
+    const std::string old_bytes = testing_support::read_file(file);
     const std::string new_bytes = host::encode_project(new_store);
     // Another project's unfinished file, and a file that only looks like one, stay.
     const std::string other = dir.write("other.kproj.saving-Ab12Cd", "x");
@@ -233,7 +228,7 @@ TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFileAndTheNextSaveTidies) {
         int status = 0;
         ::waitpid(child, &status, 0);
         ASSERT_TRUE(WIFSIGNALED(status));
-        const std::string now = read_file(file);
+        const std::string now = testing_support::read_file(file);
         EXPECT_TRUE(now == old_bytes || now == new_bytes) << "round " << round;
         ASSERT_TRUE(host::load_project(file, &error)) << error;
         caught_writing += !temporaries().empty();
@@ -251,7 +246,7 @@ TEST(ProjectFile, SaveRefusesWhatLoadWouldRefuse) {
     const std::string file = dir.path() + "/robot.kproj";
     std::string error;
     ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error));
-    const std::string before = read_file(file);
+    const std::string before = testing_support::read_file(file);
 
     auto nested = [](int depth) {
         Variant v = Variant::integer(7);
@@ -276,7 +271,7 @@ TEST(ProjectFile, SaveRefusesWhatLoadWouldRefuse) {
     EXPECT_FALSE(host::save_project_within(file, big, 10000, &error));
     EXPECT_THAT(error, testing::HasSubstr("more than the 10000 a project file may hold"));
     EXPECT_TRUE(host::save_project_within(file + ".2", big, 20000, &error)) << error;
-    EXPECT_EQ(read_file(file), before);
+    EXPECT_EQ(testing_support::read_file(file), before);
 }
 
 TEST(ProjectFile, AReadOnlyFileIsNotReplaced) {
@@ -284,11 +279,11 @@ TEST(ProjectFile, AReadOnlyFileIsNotReplaced) {
     const std::string file = dir.path() + "/robot.kproj";
     std::string error;
     ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error));
-    const std::string before = read_file(file);
+    const std::string before = testing_support::read_file(file);
     ::chmod(file.c_str(), 0444);
     EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
     EXPECT_THAT(error, testing::HasSubstr("it is read-only"));
-    EXPECT_EQ(read_file(file), before);
+    EXPECT_EQ(testing_support::read_file(file), before);
     ::chmod(file.c_str(), 0644);
     EXPECT_TRUE(host::save_project(file, {{"a", Variant::integer(2)}}, &error)) << error;
 }

@@ -100,11 +100,25 @@ TEST(Module, ExportsExactlyItsFourEntryPoints) {
                                                "DllRegisterServer", "DllUnregisterServer"}));
 }
 
-TEST(Module, ReadsTheCodeFileNamedAfterItsOwnFileName) {
-    ComponentFolder robot(shipped_code_file(), "Other");
-    EXPECT_THAT(robot.run("field sCodeFile\nCodeFilename\nfield HelpFile\n").lines,
-                ElementsAre("ok", "ok \"Other.c\"", "ok \"" + robot.dir() + "/Other.c\"",
-                            "ok \"" + robot.dir() + "/help/Other.chm\""));
+// The module registers where the host lists its components: under XDG_DATA_HOME when that is a
+// full path, else under HOME.
+TEST(Module, RegistersWhereTheHostListsItsComponents) {
+    ComponentFolder robot(shipped_code_file());
+    testing_support::TempDir home;
+    const std::string folder = home.path() + "/.local/share/kestrone/components";
+    for (const char* xdg : {"env -u XDG_DATA_HOME", "XDG_DATA_HOME=relative"}) {
+        SCOPED_TRACE(xdg);
+        const std::string env =
+            std::string(xdg) + " HOME=" + testing_support::shell_quote(home.path());
+        const auto reg = testing_support::run_host(
+            "register --module " + testing_support::shell_quote(robot.module()), "", env);
+        EXPECT_EQ(reg.exit_code, 0) << reg.text();
+        const auto list = testing_support::run_host("components", "", env);
+        EXPECT_EQ(list.exit_code, 0) << list.text();
+        EXPECT_THAT(list.text(), testing::HasSubstr("components registered in " + folder +
+                                                    ":\n  Rovanta 5.0.3 "));
+        EXPECT_THAT(list.text(), testing::HasSubstr(robot.module()));
+    }
 }
 
 }  // namespace

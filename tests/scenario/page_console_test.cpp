@@ -32,18 +32,6 @@ TEST(PageConsole, OpensFilledAndAppliesExactlyTheSettings) {
         << run.text();
 }
 
-// Cancelling is closing the page without an Apply: nothing changes.
-TEST(PageConsole, ACancelledPageChangesNothing) {
-    ComponentFolder robot(shipped_code_file());
-    const auto run = robot.run(
-        "iThreshMic = 50\npage open\npage put txtiThreshR.Text = 1\n"
-        "page click optInt\nnew\niThreshMic\niThreshMic = 50\niThreshMic\n"
-        "page open\niThreshR\nbReturnInt\niThreshMic\n");
-    EXPECT_THAT(run.lines, ElementsAre("ok", "ok", "ok", "ok", "ok", "ok", "ok 128%", "ok",
-                                       "ok 50%", "ok", "ok 200%", "ok 0%", "ok 50%"))
-        << run.text();
-}
-
 TEST(PageConsole, RefusesWhatThePageDoesNotHave) {
     ComponentFolder robot(shipped_code_file());
     const auto run = robot.run(

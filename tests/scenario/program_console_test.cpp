@@ -91,36 +91,6 @@ TEST_F(ProgramConsole, AProgramWithAFaultDoesNotRunAtAll) {
                                 "/none.kflow: No such file or directory");
 }
 
-TEST_F(ProgramConsole, TheBudgetStopsALoopAtTheLineItReached) {
-    const std::string spin =
-        program("spin.kflow", "int n = 0\nDriveForwards(90)\nforever\n    n = n + 1\nend\n");
-    const std::string dark = program("wait forever.kflow", "forever\n    delay 60000\nend\n");
-    const auto run = robot.run("run " + spin + "\nvar n\nfield bSimulating\nrun \"" + dark +
-                               "\"\nfield bSimulating\n");
-    ASSERT_EQ(run.lines.size(), 6u) << run.text();
-    // Stopped inside the loop, at the line of its body or of its head.
-    EXPECT_THAT(run.lines[1], testing::MatchesRegex("fail " + spin +
-                                                    ":(3:1|4:5): the program was stopped after "
-                                                    "1000000 steps at this line: .*"));
-    EXPECT_NE(run.lines[2], "ok 0%");
-    EXPECT_EQ(run.lines[3], "ok False");
-    EXPECT_EQ(run.lines[4], "fail " + dark +
-                                ":2:5: the program was stopped after 600000 ms at "
-                                "this line: does it run forever?");
-    EXPECT_EQ(run.lines[5], "ok False");
-}
-
-TEST_F(ProgramConsole, ADivisionByZeroStopsTheRunWithItsLine) {
-    const std::string div =
-        program("div.kflow", "int n = 3\nLedOn(1)\nn = n / (n - 3)\nLedOn(2)\n");
-    const auto run = robot.run("run " + div +
-                               "\nget imageLedOn(1).Visible\n"
-                               "get imageLedOn(2).Visible\nvar n\n");
-    EXPECT_THAT(run.lines, ElementsAre("ok", "fail " + div + ":3:7: division by 0", "ok True",
-                                       "ok False", "ok 3%"))
-        << run.text();
-}
-
 TEST_F(ProgramConsole, ExpectComparesTheValueAsWrittenAndFailsTheConsole) {
     const auto met = robot.run(
         "expect iThreshL == 200\nexpect field lADCVal(1) == 0&\nexpect get lblSpeedVal(0).Caption "

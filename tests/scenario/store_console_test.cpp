@@ -2,11 +2,6 @@
 // project files that can't be read.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <fstream>
-#include <sstream>
 
 #include "support/console_driver.h"
 
@@ -56,13 +51,6 @@ TEST(StoreConsole, AnEmptyStoreLoadsTheDefaults) {
     EXPECT_THAT(run.lines, ElementsAreArray(expected)) << run.text();
 }
 
-std::string read_file(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
 // A project saved by one console starts the next with the same store, kinds and all.
 TEST(StoreConsole, AProjectFileCarriesTheStoreToTheNextSession) {
     ComponentFolder robot(kTwoPins);
@@ -83,7 +71,7 @@ TEST(StoreConsole, ABadProjectFileChangesNothing) {
     ComponentFolder robot(kTwoPins);
     const std::string good = robot.dir() + "/good.kproj";
     robot.run("store keep = 1\nstore save \"" + good + "\"\n");
-    const std::string good_bytes = read_file(good);
+    const std::string good_bytes = testing_support::read_file(good);
     ASSERT_FALSE(good_bytes.empty());
     const std::string truncated = robot.temp().write("cut.kproj", good_bytes.substr(0, 30));
     struct Case {
@@ -107,17 +95,8 @@ TEST(StoreConsole, ABadProjectFileChangesNothing) {
         EXPECT_THAT(start.lines[0], HasSubstr(c.says));
         EXPECT_EQ(start.exit_code, 1);
     }
-    EXPECT_EQ(read_file(good), good_bytes);
-    EXPECT_EQ(read_file(truncated), good_bytes.substr(0, 30));
-}
-
-TEST(StoreConsole, AProjectThatIsAFolderIsNotReplaced) {
-    ComponentFolder robot(kTwoPins);
-    const auto run = robot.run("store save \"" + robot.dir() + "\"\n");
-    EXPECT_THAT(run.lines.back(), HasSubstr("it is a folder")) << run.text();
-    struct stat st {};
-    EXPECT_EQ(::stat(robot.dir().c_str(), &st), 0);
-    EXPECT_TRUE(S_ISDIR(st.st_mode));
+    EXPECT_EQ(testing_support::read_file(good), good_bytes);
+    EXPECT_EQ(testing_support::read_file(truncated), good_bytes.substr(0, 30));
 }
 
 }  // namespace

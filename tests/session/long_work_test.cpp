@@ -5,11 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <elf.h>
-#include <unistd.h>
 
 #include <cstring>
-#include <fstream>
-#include <sstream>
 
 #include "module_file.h"
 #include "support/temp_dir.h"
@@ -21,20 +18,13 @@ using session_testing::example_path;
 using session_testing::WindowDouble;
 using testing::HasSubstr;
 
-std::string module_bytes() {
-    std::ifstream in(KESTRONE_MODULE, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
 template <class T>
 void poke(std::string& bytes, std::size_t offset, T value) {
     std::memcpy(bytes.data() + offset, &value, sizeof value);
 }
 
 TEST(ModuleFile, EachFaultOfTheHeadersIsNamed) {
-    const std::string whole = module_bytes();
+    const std::string whole = testing_support::read_file(KESTRONE_MODULE);
     Elf64_Ehdr h;
     std::memcpy(&h, whole.data(), sizeof h);
     // The first loadable segment's place in the table.
@@ -102,20 +92,6 @@ TEST(ModuleFile, EachFaultOfTheHeadersIsNamed) {
     }
     EXPECT_EQ(host::check_module_file(dir.path()), "it is a folder");
     EXPECT_THAT(host::check_module_file(dir.path() + "/none.so"), HasSubstr("No such file"));
-}
-
-TEST(ModuleFile, ABareNameIsAFileHereAndAnEmptyOneIsNone) {
-    testing_support::TempDir dir;
-    dir.copy(KESTRONE_MODULE, "Here.so");
-    char previous[4096];
-    ASSERT_TRUE(::getcwd(previous, sizeof previous));
-    ASSERT_EQ(::chdir(dir.path().c_str()), 0);
-    std::string error;
-    const auto here = host::ModuleHost::load("Here.so", error);
-    EXPECT_TRUE(here) << error;
-    EXPECT_FALSE(host::ModuleHost::load("", error));
-    EXPECT_THAT(error, HasSubstr("no module file is named"));
-    ASSERT_EQ(::chdir(previous), 0);
 }
 
 TEST(LongWork, AnAdvanceInSlicesRaisesTheSameTicksAndStopsWhenAsked) {

@@ -1,7 +1,5 @@
 #include "window_double.h"
 
-#include "support/variant_number.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -30,12 +28,7 @@ host::ProjectCodec MemoryFiles::codec() {
         *error = "cannot open the project " + path;
         return std::nullopt;
     };
-    c.save = [this](const std::string& path, const host::StoreEntries& entries,
-                    std::string* error) {
-        if (std::find(unwritable.begin(), unwritable.end(), path) != unwritable.end()) {
-            *error = "cannot write the project " + path;
-            return false;
-        }
+    c.save = [this](const std::string& path, const host::StoreEntries& entries, std::string*) {
         files[path] = entries;
         return true;
     };
@@ -73,30 +66,6 @@ void WindowDouble::set_motors(std::int32_t left, std::int32_t right) {
     EXPECT_EQ(call("SimMacroCall",
                    {Variant::long_(9), speeds, Variant::long_(0), Variant(), Variant::long_(0)}),
               kestrone::S_OK);
-}
-
-int WindowDouble::field(const std::string& name, std::int32_t index) {
-    Variant v;
-    EXPECT_EQ(session.field(name, index < 0 ? std::nullopt : std::optional(index), "", &v),
-              kestrone::S_OK)
-        << name;
-    return variant_number(v);
-}
-
-int WindowDouble::property(const std::string& element, std::int32_t index,
-                           const std::string& name) {
-    Variant v;
-    EXPECT_EQ(session.element_property(element, index < 0 ? std::nullopt : std::optional(index),
-                                       name, &v),
-              kestrone::S_OK)
-        << element << "." << name;
-    return variant_number(v);
-}
-
-std::int32_t WindowDouble::element_id(const std::string& element) {
-    std::int32_t id = -1;
-    EXPECT_EQ(session.find_element(element, std::nullopt, &id), kestrone::S_OK) << element;
-    return id;
 }
 
 std::string example_path(const std::string& name) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "component_session.h"
+#include "support/session_reads.h"
 
 namespace session_testing {
 
@@ -27,12 +28,11 @@ class WindowServices : public kestrone::IHostServices {
     std::vector<std::pair<std::int32_t, std::int32_t>> tones;
 };
 
-// Project files by name; a name in `unwritable` refuses a save.
+// Project files by name.
 class MemoryFiles {
   public:
     host::ProjectCodec codec();
     std::map<std::string, host::StoreEntries> files;
-    std::vector<std::string> unwritable;
 };
 
 class WindowDouble {
@@ -50,9 +50,15 @@ class WindowDouble {
     // The robot's motors through macro 9, SetMotors: forward at these speeds, 0 to 255.
     void set_motors(std::int32_t left, std::int32_t right);
     // A field or an element's property as a number (Boolean True is -1).
-    int field(const std::string& name, std::int32_t index = -1);
-    int property(const std::string& element, std::int32_t index, const std::string& property);
-    std::int32_t element_id(const std::string& element);
+    int field(const std::string& name, std::int32_t index = -1) {
+        return testing_support::session_field(session, name, index);
+    }
+    int property(const std::string& element, std::int32_t index, const std::string& property) {
+        return testing_support::session_property(session, element, index, property);
+    }
+    std::int32_t element_id(const std::string& element) {
+        return testing_support::session_element(session, element);
+    }
 
     WindowServices services;
     MemoryFiles files;

@@ -78,10 +78,7 @@ ConsoleRun ComponentFolder::run(const std::string& script, const std::string& ex
 }
 
 std::string shipped_code_file() {
-    std::ifstream in(KESTRONE_CODE_FILE, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
+    return read_file(KESTRONE_CODE_FILE);
 }
 
 }  // namespace testing_support

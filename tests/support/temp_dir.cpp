@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 #include <stdlib.h>
@@ -31,6 +32,13 @@ std::string TempDir::copy(const std::string& from, const std::string& name) cons
     std::filesystem::create_directories(p.parent_path());
     std::filesystem::copy_file(from, p, std::filesystem::copy_options::overwrite_existing);
     return p.string();
+}
+
+std::string read_file(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
 }
 
 }  // namespace testing_support

@@ -6,7 +6,7 @@
 namespace testing_support {
 
 class TempDir {
-public:
+  public:
     TempDir();
     ~TempDir();
     TempDir(const TempDir&) = delete;
@@ -18,8 +18,11 @@ public:
     // Copies a file into the folder under `name` and returns the full path.
     std::string copy(const std::string& from, const std::string& name) const;
 
-private:
+  private:
     std::string path_;
 };
+
+// The bytes of a file; empty when it can't be read.
+std::string read_file(const std::string& path);
 
 }  // namespace testing_support

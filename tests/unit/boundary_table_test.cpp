@@ -7,9 +7,7 @@
 
 #include <cmath>
 #include <cstdint>
-#include <fstream>
 #include <limits>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,6 +21,10 @@ using kestrone::HRESULT;
 using kestrone::MemberInfo;
 using kestrone::Variant;
 using kestrone::VarType;
+
+using testing_support::read_file;
+// The shipped code file: its macro table reaches every simulated macro.
+const char* const kShipped = KESTRONE_SHIPPED_CODE_FILE;
 
 constexpr std::int32_t kMinLong = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMaxLong = std::numeric_limits<std::int32_t>::max();
@@ -121,18 +123,10 @@ void call_every_member(Target& target, const std::array<MemberInfo, N>& members,
     }
 }
 
-// The shipped code file: its macro table reaches every simulated macro.
-std::string shipped_code_file() {
-    std::ifstream in(KESTRONE_SHIPPED_CODE_FILE, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 // The object still answers its plainest questions as a fresh one does: its description, its pin
 // table and a macro's text out of the code file.
 void expect_still_answers(host_testing::Robot& robot) {
-    host_testing::Robot fresh(shipped_code_file());
+    host_testing::Robot fresh(read_file(kShipped));
     kestrone::IKestroneComponentV5& c = robot.object();
     kestrone::IKestroneComponentV5& f = fresh.object();
     f.put_KestroneVersion(0x501);
@@ -152,7 +146,7 @@ void expect_still_answers(host_testing::Robot& robot) {
 }
 
 TEST(Boundary, EveryMemberTakesAValueOfEveryKindInEveryPlace) {
-    host_testing::Robot robot(shipped_code_file());
+    host_testing::Robot robot(read_file(kShipped));
     auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
     auto& control = static_cast<kestrone::IRovanta&>(robot.object());
     ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
@@ -171,7 +165,7 @@ TEST(Boundary, EveryMemberTakesAValueOfEveryKindInEveryPlace) {
 
 // The input the fuzzer found: WriteLeds (10) with an empty array from -2147483648.
 TEST(Boundary, AnEmptyArrayFromTheLowestBoundHasNoElementZero) {
-    host_testing::Robot robot(shipped_code_file());
+    host_testing::Robot robot(read_file(kShipped));
     auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
     ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
     ASSERT_EQ(host.StartSimulation(), kestrone::S_OK);
@@ -191,7 +185,7 @@ TEST(Boundary, AnEmptyArrayFromTheLowestBoundHasNoElementZero) {
 
 TEST(Boundary, BeforeTheMacroTableAndAfterTheRunNothingFailsUnexpectedly) {
     // No version told yet: the macro table is unallocated and every macro call meets that.
-    host_testing::Robot robot(shipped_code_file());
+    host_testing::Robot robot(read_file(kShipped));
     auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
     for (const Variant& value : every_kind())
         call_every_member(host, kestrone::kComponentV5Members, value, 9);
@@ -201,7 +195,7 @@ TEST(Boundary, BeforeTheMacroTableAndAfterTheRunNothingFailsUnexpectedly) {
 // 131072 items in every tagged-value place: read through, refused or ignored, never copied
 // past its bounds.
 TEST(Boundary, HugeArraysInEveryTaggedPlace) {
-    host_testing::Robot robot(shipped_code_file());
+    host_testing::Robot robot(read_file(kShipped));
     auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
     ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
     ASSERT_EQ(host.StartSimulation(), kestrone::S_OK);

@@ -32,12 +32,14 @@ inline const char* const kNoPins = "[Settings]\nDescription=Bare\n";
 
 class Robot {
   public:
-    explicit Robot(const std::string& code_file) {
+    // The host's services are `services` unless the test gives its own.
+    explicit Robot(const std::string& code_file, kestrone::IHostServices* host = nullptr) {
         dir_.write("Robo.c", code_file);
         dir_.write("help/Robo.chm", "ITSF");
         rovanta::RovantaObject* raw = nullptr;
         status_ = rovanta::RovantaObject::create(
-            platform::ModuleFacts::for_path(dir_.path() + "/Robo.so"), &services, &raw);
+            platform::ModuleFacts::for_path(dir_.path() + "/Robo.so"), host ? host : &services,
+            &raw);
         object_ = kestrone::ComPtr<rovanta::RovantaObject>::attach(raw);
     }
     Robot(const Robot&) = delete;

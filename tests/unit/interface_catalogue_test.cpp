@@ -279,25 +279,8 @@ TEST(CallsByNumber, AFailedConversionIsTheFirstBadArgumentsError) {
     EXPECT_TRUE(host.called.empty());
 }
 
-// ---- the settings: the store's table and the control's properties are the same fifteen
-
-TEST(SettingProperties, EverySettingHasItsReadAndWriteOfItsKind) {
-    for (const rovanta::SettingInfo& s : rovanta::kSettings) {
-        SCOPED_TRACE(std::string(s.key));
-        const VarType type = s.text ? VarType::String : VarType::Integer;
-        const auto read =
-            kestrone::member_number(kestrone::kRovantaMembers, s.key, InvokeKind::Query);
-        const auto write =
-            kestrone::member_number(kestrone::kRovantaMembers, s.key, InvokeKind::Set);
-        ASSERT_GE(read, 0);
-        ASSERT_GE(write, 0);
-        EXPECT_EQ(kestrone::kRovantaMembers[static_cast<std::size_t>(read)].result, type);
-        EXPECT_EQ(kestrone::kRovantaMembers[static_cast<std::size_t>(write)].params[0].type, type);
-    }
-}
-
-// Each property reaches its own field: a distinct value through each write, every field read
-// back through the store's table.
+// The store's table and the control's properties are the same fifteen: a distinct value through
+// each write, every field read back through the store's table.
 TEST(SettingProperties, EachReachesItsOwnField) {
     host_testing::Robot robot(host_testing::kNoPins);
     auto& control = static_cast<kestrone::IRovanta&>(robot.object());

@@ -267,23 +267,18 @@ TEST(PageView, WidgetsSitInsideTheirFramesInPixels) {
         EXPECT_EQ(view->GetWidget(outside, &none), kestrone::basic_error_status(9)) << outside;
     EXPECT_EQ(tab_indices.size(), 17u);
     EXPECT_EQ(*tab_indices.rbegin(), 16);
-    const WidgetInfo r = view.named("txtiThreshR");
-    EXPECT_FLOAT_EQ(r.left, 100);  // 1500 twips
-    EXPECT_FLOAT_EQ(r.top, 84);    // 1260 twips
-    EXPECT_EQ(view.widgets[static_cast<std::size_t>(r.container)].name, "Frame1");
     EXPECT_EQ(view.named("lblThreshF").alignment, kestrone::WidgetAlignment::Right);
     EXPECT_EQ(view.named("lblBiasVal").alignment, kestrone::WidgetAlignment::Center);
 }
 
+// What the console's page commands show is the same page; a view reads its slider's range.
 TEST(PageView, WidgetsCarryTheirValues) {
     host_testing::Robot robot(host_testing::kNoPins);
-    robot.core().LetSetting(*rovanta::find_setting("iThreshF"), Variant::integer(-7));
-    robot.core().LetSetting(*rovanta::find_setting("iMotorBias"), Variant::integer(-35));
-    robot.core().LetSetting(*rovanta::find_setting("bReturnInt"), Variant::integer(1));
+    let(robot, "iThreshF", Variant::integer(-7));
+    let(robot, "iMotorBias", Variant::integer(-35));
     Page view;
     ASSERT_EQ(view.select({robot.unknown()}), kestrone::S_OK);
     EXPECT_EQ(view.named("txtiThreshF").text, "-7");
-    EXPECT_EQ(view.named("txtiThreshL").text, "200");
     const WidgetInfo slider = view.named("sldMotorBias");
     EXPECT_EQ(slider.value, -35);
     EXPECT_EQ(slider.min, -100);
@@ -291,16 +286,9 @@ TEST(PageView, WidgetsCarryTheirValues) {
     EXPECT_EQ(slider.small_change, 1);
     EXPECT_EQ(slider.large_change, 5);
     EXPECT_EQ(slider.tick_frequency, 10);
-    EXPECT_EQ(view.named("lblBiasVal").caption, "-35");
-    EXPECT_EQ(view.named("optInt").value, -1);
-    EXPECT_EQ(view.named("optByte").value, 0);
-    EXPECT_EQ(view.named("chkWaitForButton").value, 1);
     EXPECT_EQ(view.named("Frame2").caption, "Return type:");
     for (const WidgetInfo& w : view.widgets)
-        EXPECT_TRUE(view.widget(view.index_of(w.name)).enabled);
-    Variant enabled;
-    ASSERT_EQ(view->GetProperty("optInt", "Enabled", &enabled), kestrone::S_OK);
-    EXPECT_EQ(enabled, Variant::boolean(true));
+        EXPECT_TRUE(view.widget(view.index_of(w.name)).enabled) << w.name;
 }
 
 // One counter for the whole page: each edit marks just the widgets it changed.

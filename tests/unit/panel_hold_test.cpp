@@ -7,7 +7,6 @@
 #include "host/rovanta_object.h"
 #include "kestrone/status.h"
 #include "simulation_fixture.h"
-#include "support/temp_dir.h"
 
 namespace {
 
@@ -60,35 +59,17 @@ class BusyHost final : public kestrone::IHostServices {
     }
 };
 
-class HeldRobot {
-  public:
-    HeldRobot() {
-        dir_.write("Robo.c", sim_testing::robot_code_file());
-        rovanta::RovantaObject* raw = nullptr;
-        rovanta::RovantaObject::create(platform::ModuleFacts::for_path(dir_.path() + "/Robo.so"),
-                                       &host, &raw);
-        object_ = kestrone::ComPtr<rovanta::RovantaObject>::attach(raw);
-        object_->put_KestroneVersion(1281);
-        static_cast<kestrone::IKestroneComponentV5*>(object_.get())
-            ->QueryInterface(kestrone::IID_IKestronePanel, panel_.put());
-        host.panel = panel_.get();
-        host.core = &object_->core();
-    }
-    rovanta::RovantaObject& object() { return *object_.get(); }
-    rovanta::Rovanta& core() { return object_->core(); }
-    kestrone::IKestronePanel& panel() { return *panel_.get(); }
-    HRESULT call(std::int32_t id, const kestrone::Variant& p) {
-        std::int32_t ret = 0, cycles = 0;
-        kestrone::Variant affected;
-        return object_->SimMacroCall(id, p, &ret, &affected, &cycles);
-    }
-
+// The busy host is made before the robot that calls on it.
+struct BusyHostFirst {
     BusyHost host;
-
-  private:
-    testing_support::TempDir dir_;
-    kestrone::ComPtr<rovanta::RovantaObject> object_;
-    kestrone::ComPtr<kestrone::IKestronePanel> panel_;
+};
+class HeldRobot : public BusyHostFirst, public sim_testing::SimRobot {
+  public:
+    HeldRobot() : SimRobot(21, &host) {
+        host.panel = &view();
+        host.core = &r();
+    }
+    HRESULT call(std::int32_t id, const kestrone::Variant& p) { return SimRobot::call(id, p); }
 };
 
 TEST(PanelHold, TicksDueInABoxOrAToneComeOnceEachAfterItAndKeepTheirPhase) {
@@ -113,7 +94,7 @@ TEST(PanelHold, TicksDueInABoxOrAToneComeOnceEachAfterItAndKeepTheirPhase) {
         ASSERT_EQ(robot.call(4, params({100})), S_OK);  // both wheels forwards, timers at 100 ms
         std::int64_t ticks = -1, due = -1;
         std::int32_t timer = -1;
-        ASSERT_EQ(robot.panel().AdvanceTo(50, &ticks), S_OK);
+        ASSERT_EQ(robot.view().AdvanceTo(50, &ticks), S_OK);
         EXPECT_EQ(ticks, 0);
 
         ASSERT_EQ(hold(robot), S_OK);  // the hold runs from 50 to 420
@@ -127,43 +108,19 @@ TEST(PanelHold, TicksDueInABoxOrAToneComeOnceEachAfterItAndKeepTheirPhase) {
         EXPECT_EQ(robot.core().panel.captured(), -1);
 
         // Free again: one kept tick a timer, due at once, the lower index first.
-        robot.panel().NextTick(&due, &timer);
+        robot.view().NextTick(&due, &timer);
         EXPECT_EQ(due, 420);
         EXPECT_EQ(timer, 0);
-        ASSERT_EQ(robot.panel().AdvanceTo(420, &ticks), S_OK);
+        ASSERT_EQ(robot.view().AdvanceTo(420, &ticks), S_OK);
         EXPECT_EQ(ticks, 2);
         EXPECT_EQ(robot.core().motors.iWheelPhase, (std::array<std::int16_t, 2>{1, 1}));
         // Then on the old beat: 500, not 520.
-        robot.panel().NextTick(&due, &timer);
+        robot.view().NextTick(&due, &timer);
         EXPECT_EQ(due, 500);
-        ASSERT_EQ(robot.panel().AdvanceTo(500, &ticks), S_OK);
+        ASSERT_EQ(robot.view().AdvanceTo(500, &ticks), S_OK);
         EXPECT_EQ(ticks, 2);
         EXPECT_EQ(robot.core().motors.iWheelPhase, (std::array<std::int16_t, 2>{2, 2}));
     }
-}
-
-TEST(PanelHold, WithTheThreadFreeInputAndAskedTicksGoStraightIn) {
-    HeldRobot robot;
-    kestrone::IKestronePanel& panel = robot.panel();
-    // Free: a press on the LDR's panel moves its bar; a tick asked for runs at once.
-    const std::int32_t ldr = robot.core().sensors.lADCVal[0];
-    ASSERT_EQ(panel.Pointer(PointerAction::Down, 1, 0, 20, 60), S_OK);
-    EXPECT_EQ(robot.core().panel.captured(), robot.core().panel.find("frameADC", 0));
-    ASSERT_EQ(panel.Pointer(PointerAction::Up, 1, 0, 20, 60), S_OK);
-    EXPECT_NE(robot.core().sensors.lADCVal[0], ldr);
-    ASSERT_EQ(robot.object().StartSimulation(), S_OK);
-    ASSERT_EQ(robot.call(4, params({100})), S_OK);
-    EXPECT_EQ(panel.Tick(1), S_OK);
-    EXPECT_EQ(robot.core().motors.iWheelPhase[1], 1);
-    std::int64_t due = 0;
-    std::int32_t timer = -1;
-    panel.NextTick(&due, &timer);
-    EXPECT_EQ(due, 100);  // a tick asked for leaves the beat alone
-    EXPECT_EQ(panel.Tick(2), kestrone::basic_error_status(vb::kControlArrayElementMissing));
-    EXPECT_EQ(panel.AdvanceTo(0, nullptr), kestrone::E_POINTER);
-    EXPECT_EQ(panel.NextTick(nullptr, &timer), kestrone::E_POINTER);
-    EXPECT_EQ(panel.NextTick(&due, nullptr), kestrone::E_POINTER);
-    EXPECT_EQ(panel.GetClock(nullptr), kestrone::E_POINTER);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 
 #include "panel/properties.h"
 #include "simulation_fixture.h"
@@ -49,8 +50,10 @@ TEST(PanelPointer, GoesToTheFrontmostVisibleElementInItsOwnUnits) {
 TEST(PanelPointer, APressedElementKeepsTheMovesUntilTheRelease) {
     SimRobot robot;
     panel::Panel& p = robot.panel();
+    const int focus = p.focus();
     p.pointer(PointerAction::Down, 1, 0, 20, 60);  // frame twips y 900: bar at 825
     EXPECT_EQ(robot.el("imSlideBar", 0).top, 825.0f);
+    EXPECT_EQ(p.focus(), focus);                       // a frame takes no focus
     p.pointer(PointerAction::Move, 1, 0, 3000, 1e6f);  // far outside, still captured
     EXPECT_EQ(robot.r().sensors.lADCVal[0], 0);
     EXPECT_EQ(robot.el("imSlideBar", 0).top, 1350.0f);
@@ -180,19 +183,17 @@ TEST(PanelTimers, TheClockEndsRatherThanWraps) {
     EXPECT_FALSE(p.next_tick(&due, &timer));
 }
 
-TEST(PanelLayout, EveryFocusStopComesOnceFromTheLogoToTheHeading) {
+// Every tab index from the logo's 0 to the heading's 37 once; the order of those that take the
+// focus is walked in the view's tests.
+TEST(PanelLayout, EveryTabIndexComesOnce) {
     panel::Panel p;
     std::vector<int> stops;
     for (int id = 0; id < p.count(); ++id)
         if (p.at(id).tab_index >= 0) stops.push_back(p.at(id).tab_index);
     std::sort(stops.begin(), stops.end());
-    ASSERT_EQ(stops.size(), 38u);
-    for (std::size_t i = 0; i < stops.size(); ++i)
-        EXPECT_EQ(stops[i], static_cast<int>(i));
-    EXPECT_EQ(p.at(p.find("Picture1", -1)).tab_index, 0);
-    EXPECT_EQ(p.at(p.find("frameDirImages", -1)).tab_index, 37);
-    for (int k = 8; k < 15; ++k)
-        EXPECT_EQ(p.at(p.find("lblLED", k + 1)).tab_index, p.at(p.find("lblLED", k)).tab_index + 1);
+    std::vector<int> expected(38);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(stops, expected);
 }
 
 TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {

@@ -182,12 +182,8 @@ TEST(PanelView, StylesAndColoursComeResolved) {
         Rgba fore, back;
     };
     const Case cases[] = {
-        {"Frame1", -1, ElementStyle::GroupFrame, black, face},
         {"frameDirImages", -1, ElementStyle::GroupFrame, black, face},
-        {"lblSpeedVal", 1, ElementStyle::Label, black, white},
         {"lblSpeed", 0, ElementStyle::Label, black, face},
-        {"lblADCVal", 3, ElementStyle::Label, rgb(0x00FF00), none},
-        {"Shape1", 2, ElementStyle::Plate, rgb(0x808000), none},
         {"chkLineRight", -1, ElementStyle::GraphicalCheckBox, black, white},
         {"updownADC", 4, ElementStyle::Arrows, black, face},
         {"imageDown", 0, ElementStyle::BorderedPicture, black, none},
@@ -203,9 +199,8 @@ TEST(PanelView, StylesAndColoursComeResolved) {
         EXPECT_EQ(v.light, white) << c.name;
         EXPECT_EQ(v.shadow, rgb(0xACA899)) << c.name;
     }
-    // A flat single line round the signs and the speed, none round its label.
+    // A flat single line round the signs, none round the speed's label.
     EXPECT_EQ(robot.el("imageDown", 0).border_style, 1);
-    EXPECT_EQ(robot.el("lblSpeedVal", 1).border_style, 1);
     EXPECT_EQ(robot.el("lblSpeed", 1).border_style, 0);
     Rgba back;
     ASSERT_EQ(robot.view().GetBackColour(&back), S_OK);

@@ -36,6 +36,8 @@ TEST(TextToInteger, RoundsOnTheDigitsAsWrittenAndChecksTheRange) {
         {"-1.5", -2, 0},
         {"-2.5", -2, 0},
         {"0.51", 1, 0},
+        {"2.6", 3, 0},
+        {"-0.7", -1, 0},
         {" 12 ", 12, 0},
         {"\t+7", 7, 0},
         {"1E3", 1000, 0},

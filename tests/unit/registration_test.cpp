@@ -3,8 +3,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "host/registration.h"
 #include "support/temp_dir.h"
@@ -41,13 +39,6 @@ class DataHome {
     bool had_xdg_ = false, had_home_ = false;
 };
 
-std::string read_file(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
 TEST(Registration, TheFolderFollowsXdgThenHome) {
     DataHome a("/data/x/", "/home/u");
     EXPECT_EQ(rovanta::component_registry_folder(), "/data/x/kestrone/components");
@@ -65,7 +56,7 @@ TEST(Registration, WritesTheRecordAndRemovesOnlyItsOwn) {
     const std::string module = "/opt/odd \"dir\"\\\n/KT5_Rovanta.so";
 
     ASSERT_EQ(rovanta::register_component(module), kestrone::S_OK);
-    const std::string record = read_file(file);
+    const std::string record = testing_support::read_file(file);
     EXPECT_NE(record.find("\"name\": \"Rovanta\""), std::string::npos) << record;
     EXPECT_NE(record.find("\"class\": \"{5B1E7A30-2C4D-4E8F-9A61-0D527C13A401}\""),
               std::string::npos);
@@ -89,7 +80,7 @@ TEST(Registration, FailsWithAStatusWhenTheFolderCannotBeMade) {
     const std::string blocker = dir.write("kestrone", "a file where a folder should be");
     DataHome env(dir.path().c_str(), "/nonexistent");
     EXPECT_EQ(rovanta::register_component("/x/KT5_Rovanta.so"), kestrone::SELFREG_E_CLASS);
-    EXPECT_EQ(read_file(blocker), "a file where a folder should be");
+    EXPECT_EQ(testing_support::read_file(blocker), "a file where a folder should be");
     EXPECT_EQ(rovanta::register_component(""), kestrone::SELFREG_E_CLASS);
 }
 

@@ -31,7 +31,8 @@ inline Variant params(std::initializer_list<int> values) {
 
 class SimRobot : public host_testing::Robot {
   public:
-    explicit SimRobot(int macros = 21) : Robot(robot_code_file(macros)) {
+    explicit SimRobot(int macros = 21, kestrone::IHostServices* host = nullptr)
+        : Robot(robot_code_file(macros), host) {
         object().put_KestroneVersion(1281);
         unknown()->QueryInterface(kestrone::IID_IKestronePanel, view_.put());
         unknown()->QueryInterface(kestrone::IID_IKestronePanelInspection, inspect_.put());

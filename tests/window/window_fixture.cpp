@@ -46,28 +46,6 @@ Variant WindowTest::call(const std::string& name, std::vector<Variant> args, boo
     return result;
 }
 
-std::int32_t WindowTest::field(const std::string& name, std::int32_t index) {
-    Variant v;
-    const auto at = index < 0 ? std::nullopt : std::optional<std::int32_t>(index);
-    EXPECT_EQ(window_->session().field(name, at, "", &v), kestrone::S_OK) << name;
-    return number_of(v);
-}
-
-std::int32_t WindowTest::property(const std::string& element, std::int32_t index,
-                                  const std::string& name) {
-    Variant v;
-    const auto at = index < 0 ? std::nullopt : std::optional<std::int32_t>(index);
-    EXPECT_EQ(window_->session().element_property(element, at, name, &v), kestrone::S_OK);
-    return number_of(v);
-}
-
-std::int32_t WindowTest::element(const std::string& name, std::int32_t index) {
-    std::int32_t id = -1;
-    const auto at = index < 0 ? std::nullopt : std::optional<std::int32_t>(index);
-    EXPECT_EQ(window_->session().find_element(name, at, &id), kestrone::S_OK) << name;
-    return id;
-}
-
 }  // namespace window_testing
 
 int main(int argc, char** argv) {

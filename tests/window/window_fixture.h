@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "main_window.h"
+#include "support/session_reads.h"
 
 namespace window_testing {
 
@@ -22,9 +23,15 @@ class WindowTest : public ::testing::Test {
     kestrone::Variant call(const std::string& name, std::vector<kestrone::Variant> args = {},
                            bool write = false);
     // A field or an element property as a 32-bit number (True is -1).
-    std::int32_t field(const std::string& name, std::int32_t index = -1);
-    std::int32_t property(const std::string& element, std::int32_t index, const std::string& name);
-    std::int32_t element(const std::string& name, std::int32_t index = -1);
+    std::int32_t field(const std::string& name, std::int32_t index = -1) {
+        return testing_support::session_field(window_->session(), name, index);
+    }
+    std::int32_t property(const std::string& element, std::int32_t index, const std::string& name) {
+        return testing_support::session_property(window_->session(), element, index, name);
+    }
+    std::int32_t element(const std::string& name, std::int32_t index = -1) {
+        return testing_support::session_element(window_->session(), name, index);
+    }
 
     std::int64_t now_ = 1'000'000;
     std::unique_ptr<window::MainWindow> window_;

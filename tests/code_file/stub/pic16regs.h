@@ -1,7 +1,8 @@
-/* Stand-in for the PIC register header, for compile checks of the code file with a host C
- * compiler. It declares only what the code file uses, with the same names and kinds as the
- * compiler's own header: each register is a volatile byte, each bit name stands for a bit
- * field of the register's bits structure. Addresses and configuration bits are placeholders. */
+/* Stand-in for the PIC register header, for the syntax check of a program's C with a host C
+ * compiler (tests/program). It declares only what the code file uses, with the same names and
+ * kinds as the compiler's own header: each register is a volatile byte, each bit name stands
+ * for a bit field of the register's bits structure. Addresses and configuration bits are
+ * placeholders. */
 #ifndef ROVANTA_STUB_PIC16REGS_H
 #define ROVANTA_STUB_PIC16REGS_H
 
@@ -65,13 +66,5 @@ extern volatile stub_T1CONbits_t T1CONbits;
 #define TMR1IF PIR1bits.TMR1IF
 #define TMR1IE PIE1bits.TMR1IE
 #define TMR1ON T1CONbits.TMR1ON
-
-#ifdef ROVANTA_STUB_RUN
-/* For running the code on the host: a conversion finishes when the code looks for its end,
-   with the reading that the test has put on the selected channel. */
-volatile unsigned char *stub_go_done(void);
-#undef GO_DONE
-#define GO_DONE (*stub_go_done())
-#endif
 
 #endif
