@@ -8,7 +8,6 @@ void PanelClock::wait(std::uint16_t ms) {
     std::int64_t now = 0, ticks = 0;
     panel_.GetClock(&now);
     panel_.AdvanceTo(now + ms, &ticks);
-    ticks_ += ticks;
 }
 
 namespace {

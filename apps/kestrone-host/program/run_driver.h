@@ -24,11 +24,9 @@ class PanelClock : public Clock {
   public:
     explicit PanelClock(kestrone::IKestronePanel& panel) : panel_(panel) {}
     void wait(std::uint16_t ms) override;
-    std::int64_t ticks() const { return ticks_; }
 
   private:
     kestrone::IKestronePanel& panel_;
-    std::int64_t ticks_ = 0;
 };
 
 struct RunOutcome {
