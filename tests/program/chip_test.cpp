@@ -52,15 +52,15 @@ std::string agreement_program() {
 std::map<std::string, int> run_on_chip(const std::string& source,
                                        const std::vector<std::string>& names, std::string* log) {
     testing_support::TempDir dir;
-    dir.write("src/p.kflow", source);  // in a folder: the compiler runs there
+    dir.write("s/p.kflow", source);  // in a folder of one letter: the compiler runs there
     const auto saved = testing_support::run_console("bWaitForButton = 0\nwriteprops\nstore save " +
                                                     dir.path() + "/nowait.ktx\n");
     const auto built =
         shell("cd '" + dir.path() +
-              "' && '" KESTRONE_HOST_BIN "' code src/p.kflow --project nowait.ktx --hex");
+              "' && '" KESTRONE_HOST_BIN "' code s/p.kflow --project nowait.ktx --hex");
     *log = built.output;
     if (built.status != 0 || saved.exit_code != 0) return {};
-    std::string script = "load s " + dir.path() + "/src/p.cod\nbreak c 4000000\nrun\n";
+    std::string script = "load s " + dir.path() + "/s/p.cod\nbreak c 4000000\nrun\n";
     for (const std::string& n : names)
         script += "_kfv_" + n + "\n";
     script += "quit\n";
