@@ -32,44 +32,25 @@ struct Value {
     int value;
 };
 
-const Value kValues[] = {
-    // Wrapping at both ends, and literals above 32767 read as their 16 bits.
-    {"int", "32767 + 1", -32768},
-    {"int", "-32767 - 2", 32767},
-    {"int", "200 * 200", -25536},
-    {"int", "-(0x8000)", -32768},
-    {"int", "40000", -25536},
-    // A byte keeps its low 8 bits.
-    {"byte", "300", 44},
-    {"byte", "-1", 255},
-    {"byte", "255 + 1", 0},
-    // C's division, remainder and shifts; shifts of 16 or more, or negative, empty the value.
-    {"int", "-7 / 2", -3},
-    {"int", "-7 % 2", -1},
-    {"int", "7 % -2", 1},
-    {"int", "-32768 / -1", -32768},
-    {"int", "-32768 % -1", 0},
-    {"int", "1 << 15", -32768},
-    {"int", "1 << 16", 0},
-    {"int", "-7 >> 1", -4},
-    {"int", "-1 >> 20", -1},
-    {"int", "0x4000 >> -1", 0},
-    {"int", "0x2A << 3", 336},
-    {"int", "0x8000 >> 15", -1},
-    // C's precedence and associativity.
-    {"int", "2 + 3 * 4", 14},
-    {"int", "6 & 3 == 3", 0},
-    {"int", "1 << 2 + 1", 8},
-    {"int", "1 | 2 ^ 3 & 5", 3},
-    {"int", "10 - 4 - 3", 3},
-    {"int", "100 / 10 / 5", 2},
-    {"int", "5 > 3 > 1", 0},
-    {"int", "!0 + ~0 * -2", 3},
-    {"int", "(2 + 3) * 4", 20},
-    {"int", "1 || 0 && 0", 1},
-    {"int", "16 >> 2 + 1", 2},
-    {"int", "-3 <= -3 != 3 >= 4", 1},
-};
+// Wrapping at both ends, literals above 32767 read as their 16 bits, a byte's low 8 bits, C's
+// division, remainder and shifts (by 16 or more, or negative, they empty the value), and C's
+// precedence and associativity.
+const Value kValues[] = {{"int", "32767 + 1", -32768}, {"int", "-32767 - 2", 32767},
+                         {"int", "200 * 200", -25536}, {"int", "-(0x8000)", -32768},
+                         {"int", "40000", -25536},     {"byte", "300", 44},
+                         {"byte", "-1", 255},          {"byte", "255 + 1", 0},
+                         {"int", "-7 / 2", -3},        {"int", "-7 % 2", -1},
+                         {"int", "7 % -2", 1},         {"int", "-32768 / -1", -32768},
+                         {"int", "-32768 % -1", 0},    {"int", "1 << 15", -32768},
+                         {"int", "1 << 16", 0},        {"int", "-7 >> 1", -4},
+                         {"int", "-1 >> 20", -1},      {"int", "0x4000 >> -1", 0},
+                         {"int", "0x2A << 3", 336},    {"int", "0x8000 >> 15", -1},
+                         {"int", "2 + 3 * 4", 14},     {"int", "6 & 3 == 3", 0},
+                         {"int", "1 << 2 + 1", 8},     {"int", "1 | 2 ^ 3 & 5", 3},
+                         {"int", "10 - 4 - 3", 3},     {"int", "100 / 10 / 5", 2},
+                         {"int", "5 > 3 > 1", 0},      {"int", "!0 + ~0 * -2", 3},
+                         {"int", "(2 + 3) * 4", 20},   {"int", "1 || 0 && 0", 1},
+                         {"int", "16 >> 2 + 1", 2},    {"int", "-3 <= -3 != 3 >= 4", 1}};
 
 TEST(Arithmetic, EachValueIsCsOn16BitsAndBytesKeep8) {
     std::string source;
