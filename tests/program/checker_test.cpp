@@ -14,6 +14,7 @@ struct Broken {
     std::string source;
     int line, column;
     const char* words;
+    std::size_t faults = 1;  // how many the program has in all; 0: a cascade, not counted
 };
 
 std::string repeated(const std::string& s, int n) {
@@ -48,9 +49,9 @@ const std::vector<Broken> kBroken = {
     {"int c = 'AB'\n", 1, 9, "'AB' holds more than one character"},
     {"int c = 'A\n", 1, 9, "needs its closing '"},
     {"int c = 'A", 1, 9, "needs its closing '"},  // the file's last line, with no line end
-    {"DriveForwards(200) @ 3\n", 1, 20, "'@' does not belong in a program"},
+    {"DriveForwards(200) @ 3\n", 1, 20, "'@' does not belong in a program", 2},
     {"DriveStop()\x1B\n", 1, 12, "the control character 0x1B does not belong"},
-    {"int \xC3\xA9t\xC3\xA9 = 1\n", 1, 5, "'\xC3\xA9' does not belong in a program"},
+    {"int \xC3\xA9t\xC3\xA9 = 1\n", 1, 5, "'\xC3\xA9' does not belong in a program", 2},
     {"int repeat = 1\n", 1, 5, "'repeat' is a word of the language"},
     {"byte LedOn\n", 1, 6, "'LedOn' is the name of a macro"},
     {"int x\nif x = 1\nend\n", 2, 6, "to compare two values, write '=='"},
@@ -66,6 +67,8 @@ const std::vector<Broken> kBroken = {
     {"int x = 2 *\n", 1, 12, "a value is missing at the end of the line"},
     {"int x = 2 * / 3\n", 1, 13, "a value is missing before '/'"},
     {"LedOn\n", 1, 1, "'LedOn' alone does nothing"},
+    {"if 1\nelse if\nend\n", 2, 8, "'else if' needs a condition"},
+    {"int c = '\xC3\xA9\n", 1, 9, "must be a plain letter, digit or sign"},
     // Nesting is refused at the bracket, sign, call or block one level too deep, at a depth that
     // the parser, the checker and the interpreter all survive.
     {"int x = " + repeated("(", 100000) + "1" + repeated(")", 100000) + "\n", 1, 208,
@@ -76,9 +79,9 @@ const std::vector<Broken> kBroken = {
     {"int x = 1" + repeated(" + 1", 100000) + "\n", 1, 7 + 200 * 4,
      "more than 200 operations build on one another"},
     {repeated("forever\n", 3000) + repeated("end\n", 3000), 201, 1,
-     "blocks are nested more than 200 deep"},
+     "blocks are nested more than 200 deep", 0},
     {repeated("if 1\n", 3000) + "stop\n" + repeated("end\n", 3000), 201, 1,
-     "blocks are nested more than 200 deep"},
+     "blocks are nested more than 200 deep", 0},
 };
 
 class BrokenProgram : public testing::TestWithParam<Broken> {};
@@ -91,6 +94,7 @@ TEST_P(BrokenProgram, IsAnsweredWithItsPlaceAndNothingRuns) {
     EXPECT_EQ(first.at.line, b.line) << first.text;
     EXPECT_EQ(first.at.column, b.column) << first.text;
     EXPECT_THAT(first.text, HasSubstr(b.words));
+    if (b.faults) EXPECT_EQ(run->checked.faults.size(), b.faults);
     EXPECT_FALSE(run->checked.program.has_value());
     EXPECT_EQ(run->component.starts, 0);
     EXPECT_TRUE(run->component.calls.empty());

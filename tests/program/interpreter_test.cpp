@@ -179,15 +179,20 @@ TEST(Component, ArgumentsTakeTheParameterTypeAndResultsTheReturnType) {
 }
 
 TEST(Component, AFailingMacroStopsTheProgramWithItsStatus) {
-    const auto run = run_program("DriveStop()\nDriveForwards(9)\nDriveStop()\n", {},
-                                 [](program_testing::FakeComponent& c) {
-                                     c.failing_id = kDriveForwards;
-                                     c.failure = kestrone::basic_error_status(6);
-                                 });
-    EXPECT_EQ(run->outcome.end, RunOutcome::End::Failed);
-    EXPECT_EQ(run->outcome.message,
-              "test.kflow:2:1: the component failed to run 'DriveForwards' (error 6)");
-    EXPECT_EQ(run->args_of(kDriveStop).size(), 1u);
+    const std::pair<kestrone::HRESULT, const char*> statuses[] = {
+        {kestrone::basic_error_status(6), "error 6"}, {kestrone::E_NOTIMPL, "status 0x80004001"}};
+    for (const auto& [status, words] : statuses) {
+        const auto run = run_program("DriveStop()\nDriveForwards(9)\nDriveStop()\n", {},
+                                     [&](program_testing::FakeComponent& c) {
+                                         c.failing_id = kDriveForwards;
+                                         c.failure = status;
+                                     });
+        EXPECT_EQ(run->outcome.end, RunOutcome::End::Failed);
+        EXPECT_EQ(run->outcome.message,
+                  std::string("test.kflow:2:1: the component failed to run 'DriveForwards' (") +
+                      words + ")");
+        EXPECT_EQ(run->args_of(kDriveStop).size(), 1u);
+    }
 }
 
 TEST(Driver, AProgramCanBeHaltedBetweenSlicesAndTellsItsLine) {
