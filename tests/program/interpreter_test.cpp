@@ -132,6 +132,10 @@ TEST(Limits, TheStepBudgetEndsALoopWithoutDelaysAtTheLineReached) {
     // An empty loop has a step of its own to go round by.
     const auto empty = run_program("LedOn(1)\nforever\nend\n", {1000, 60000});
     EXPECT_THAT(empty->outcome.message, HasSubstr("test.kflow:2:1: the program was stopped"));
+    // The budget is the whole run's: delays do not renew it.
+    const auto waits = run_program("forever\n    LedOn(1)\n    delay 1\nend\n", {1000, 60000});
+    EXPECT_EQ(waits->outcome.end, RunOutcome::End::OutOfSteps);
+    EXPECT_LT(waits->outcome.elapsed_ms, 1000);
 }
 
 TEST(Limits, TheClockLimitEndsALoopThatWaitsForever) {
