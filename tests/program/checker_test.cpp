@@ -68,6 +68,8 @@ const std::vector<Broken> kBroken = {
     {"int x = 2 * / 3\n", 1, 13, "a value is missing before '/'"},
     {"LedOn\n", 1, 1, "'LedOn' alone does nothing"},
     {"if 1\nelse if\nend\n", 2, 8, "'else if' needs a condition"},
+    {"stop 5\n", 1, 6, "the number 5 is one word too many"},
+    {"int c = '\x7F'\n", 1, 9, "must be a plain letter, digit or sign"},
     {"int c = '\xC3\xA9\n", 1, 9, "must be a plain letter, digit or sign"},
     // Nesting is refused at the bracket, sign, call or block one level too deep, at a depth that
     // the parser, the checker and the interpreter all survive.
