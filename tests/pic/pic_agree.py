@@ -3,51 +3,38 @@
 
   pic_agree.py NAME --examples DIR --host HOST --module MODULE --sdcc SDCC --gpsim GPSIM
 
-The program examples/NAME.kflow runs twice from the same inputs: in the console, stopped at a
-moment of its virtual clock (`run FILE MS`), and as the hex that `kestrone-host code --hex` builds,
-in gpsim for the cycles of the same moment. Then the chip's registers must hold what the panel
-shows, pin by pin, through the robot's wiring: the LED port, both PWM duties, the direction pins
-and the sounder.
+examples/NAME.kflow runs from the same inputs in the console, stopped at a moment of its clock
+(`run FILE MS`), and as the hex of `kestrone-host code --hex` in gpsim for the cycles of that
+moment. The chip's registers must hold what the panel shows, through the robot's wiring: the LED
+port, both PWM duties, the direction pins and the sounder.
 
-Two clocks differ on purpose. The chip runs at the 20 MHz its code file assumes, one instruction
-in four clock periods: 5000 cycles a millisecond. A tone holds the chip's program for its length,
-while the console's clock does not move for it: every tone the panel was asked for before the
-moment moves the chip's moment on by its length. The chip's delays also run a little slow (its
-timer interrupt takes its share: the line follower's 10 s end 70 ms late), so every moment below
-lies well inside a long delay, or well after the program's end, where neither side changes for a
-while.
+A tone holds the chip's program for its length while the console's clock does not move for it:
+every tone before a moment moves the chip's moment on by its length. The chip's delays also run a
+little slow (its timer interrupt takes its share: the line follower's 10 s end 70 ms late), so
+every moment lies well inside a long delay, or well after the program's end.
 """
 
 import argparse
 import os
-import subprocess
 import sys
 import tempfile
 from dataclasses import dataclass, field
 
-from pic_bench import Checker
-from pic_program import Console, Sim, quote
+from pic_program import CYCLES_PER_MS, VDD, Checker, Sim, console, quote, toggles, write_c
 
-CYCLES_PER_MS = 5000  # 20 MHz crystal, four clocks an instruction
-VDD = 5.0
-
-# The wiring comment of the code file, as (chip, panel) pairs.
-LED_PORT = "portd"  # RD0..RD7: LED 0..7, high lights it
-MOTORS = [  # duty register, its CCP control (duty bits 1..0 in bits 5..4), direction pin of PORTC
-    ("left", 0, "ccpr1l", "ccp1con", 0),   # CCP1/RC2, RC0 high = backwards
-    ("right", 1, "ccpr2l", "ccp2con", 5),  # CCP2/RC1, RC5 high = backwards
-]
+# The wiring of the code file: LED n on RDn; per motor its duty register, the CCP control that
+# holds the duty's bits 1..0 in bits 5..4, and its direction pin on PORTC (high: backwards).
+MOTORS = [("left", 0, "ccpr1l", "ccp1con", 0), ("right", 1, "ccpr2l", "ccp2con", 5)]
+REGISTERS = ["portd", "portc", "ccpr1l", "ccp1con", "ccpr2l", "ccp2con"]
 SOUNDER_BIT = 5  # RB5
 BOXES = {"chkSwitchLeft": "portb0", "chkSwitchRight": "portb1", "chkLineLeft": "portb2",
          "chkLineRight": "portb3"}
 # updownADC(I) feeds the reading I: LDR on AN0, microphone AN1, IR left, forward, right on AN2..AN4.
 ANALOGUE_PINS = ["porta0", "porta1", "porta2", "porta3", "porta5"]
 LDR, IR_LEFT, IR_FRONT, IR_RIGHT = 0, 2, 3, 4
-
-# A tone's frequency is measured over the middle of the tone from RB5 sampled every SAMPLE
-# cycles; the chip's timer counts in whole steps, so a tone is near the asked one, not exact.
-SAMPLE = 200
-TONE_TOLERANCE = 0.008
+# A tone's pitch is measured over its middle from RB5 sampled every SAMPLE cycles; the chip's
+# timer counts in whole steps, so it is near the asked one, not exact.
+SAMPLE, TONE_TOLERANCE = 200, 0.008
 QUIET_SAMPLES, QUIET_STEP = 30, 500  # 3 ms with RB5 still at each moment compared
 
 
@@ -93,134 +80,71 @@ CASES = {
 }
 
 
-def panel_state(console, program, inputs, ms):
-    """A fresh object with the inputs set, the program stopped at ms: (state, tones asked)."""
-    console.ask("new")
-    console.ask("KestroneVersion = 1281")
-    for name, value in inputs.items():
-        if isinstance(name, int):
-            console.ask("put updownADC(%d).Value = %d" % (name, value))
-        elif value:
-            console.ask("click " + name)
-    answer, notices = console.ask_with_notices("run %s %d" % (quote(program), ms))
-    tones = [tuple(int(x) for x in n.split()[1:]) for n in notices if n.startswith("tone ")]
-    leds = 0
-    for i in range(8):
-        if console.ask("get imageLedOn(%d).Visible" % i) == "True":
-            leds |= 1 << i
-    speeds = [int(console.ask("field iMotorSpeed(%d)" % m).rstrip("%")) for m in (0, 1)]
-    return dict(ran=int(answer.rstrip("&")), leds=leds, speeds=speeds), tones
+def panel_state(args, program, inputs, ms):
+    """A fresh object with the inputs set, the program stopped at ms: (LEDs, speeds, tones asked)."""
+    sets = ["KestroneVersion = 1281"]
+    sets += ["put updownADC(%d).Value = %d" % (k, v) if isinstance(k, int) else "click " + k
+             for k, v in inputs.items() if isinstance(k, int) or v]
+    reads = ["get imageLedOn(%d).Visible" % i for i in range(8)] + ["field iMotorSpeed(%d)" % m for m in (0, 1)]
+    lines = console(args, "\n".join(sets + ["run %s %d" % (quote(program), ms)] + reads))
+    tones = [tuple(int(x) for x in l.split()[1:]) for l in lines if l.startswith("tone ")]
+    answers = [l[3:] for l in lines if l.startswith("ok ")][-len(reads):]
+    leds = sum(1 << i for i in range(8) if answers[i] == "True")
+    return leds, [int(a.rstrip("%")) for a in answers[8:]], tones
 
 
-def build_hex(args, program, folder):
-    """The program's C and hex as `kestrone-host code` makes them, without the wait for a button
-    (a project file made by the console holds that setting): the path of the .cod."""
-    project = os.path.join(folder, "project.json")
-    console = Console(args.host, args.module)
-    try:
-        console.ask("bWaitForButton = 0")
-        console.ask("writeprops")
-        console.ask("store save " + quote(project))
-    finally:
-        console.close()
-    name = os.path.splitext(os.path.basename(program))[0]
-    env = dict(os.environ, KESTRONE_PIC_PREFIX=os.path.dirname(os.path.dirname(args.sdcc)))
-    r = subprocess.run([args.host, "code", program, "--hex", "--module", args.module, "--project", project,
-                        "-o", os.path.join(folder, name + ".c")], env=env, capture_output=True, text=True)
-    cod = os.path.join(folder, name + ".cod")
-    if r.returncode != 0 or not os.path.exists(cod):
-        raise RuntimeError("kestrone-host code --hex failed (%d): %s%s" % (r.returncode, r.stdout, r.stderr))
-    return cod
-
-
-class ChipRun:
-    """One gpsim run of a case: registers at the moments, RB5 over windows, in cycle order."""
-
-    def __init__(self):
-        self.requests = {}  # cycle -> set of registers
-
-    def want(self, cycle, registers):
-        self.requests.setdefault(cycle, set()).update(registers)
-
-    def run(self, args, cod, inputs):
-        sim = Sim(cod)
-        for name, value in inputs.items():
-            if isinstance(name, int):
-                # The reading r of 8 bits is the top of the converter's 10: the middle of its codes.
-                sim.drive(ANALOGUE_PINS[name], (4 * value + 2 + 0.5) * VDD / 1024)
-        for box, pin in BOXES.items():
-            sim.drive(pin, VDD if inputs.get(box) else 0.0)
-        last = None
-        for cycle in sorted(self.requests):
-            if last is not None and cycle < last + 10:
-                raise ValueError("samples closer than 10 cycles: %d, %d" % (last, cycle))
-            sim.show_at(cycle, sorted(self.requests[cycle]))
-            last = cycle
-        return sim.run(args.gpsim)
-
-
-def toggles(values, cycles):
-    levels = [values[(c, "portb")] >> SOUNDER_BIT & 1 for c in cycles]
-    return [c for c, a, b in zip(cycles[1:], levels, levels[1:]) if a != b]
-
-
-def compare_moment(check, where, chip, panel):
-    check.equal(chip["portd"], panel["leds"], "%s: PORTD (LEDs), chip 0x%02X, panel 0x%02X"
-                % (where, chip["portd"], panel["leds"]))
+def compare_moment(check, where, chip, leds, speeds):
+    check.equal(chip["portd"], leds, "%s: PORTD (LEDs), chip 0x%02X, panel 0x%02X" % (where, chip["portd"], leds))
     for side, index, duty, control, pin in MOTORS:
-        speed = panel["speeds"][index]
-        got = chip[duty] << 2 | chip[control] >> 4 & 3
-        check.equal(got, min(abs(speed), 255) << 2, "%s: %s motor duty %s:%s<5:4>, chip %d/1024, panel %d/1024 "
-                    "(speed %d)" % (where, side, duty.upper(), control.upper(), got, min(abs(speed), 255) << 2, speed))
-        back = chip["portc"] >> pin & 1
-        check.equal(back, int(speed < 0), "%s: %s motor direction RC%d, chip %d, panel %d (speed %d)"
-                    % (where, side, pin, back, int(speed < 0), speed))
+        speed = speeds[index]
+        got, want = chip[duty] << 2 | chip[control] >> 4 & 3, min(abs(speed), 255) << 2
+        check.equal(got, want, "%s: %s motor duty %s:%s<5:4> of 1024 (speed %d)"
+                    % (where, side, duty.upper(), control.upper(), speed))
+        check.equal(chip["portc"] >> pin & 1, int(speed < 0), "%s: %s motor direction RC%d (speed %d)"
+                    % (where, side, pin, speed))
 
 
-def run_case(args, check, console, program, cod, case):
-    chip_run = ChipRun()
-    plans = []
+def run_case(args, check, program, cod, case):
+    requests, plans = {}, []  # cycle -> registers shown there; what to compare
     for ms in case.moments:
-        panel, tones = panel_state(console, program, case.inputs, ms)
+        leds, speeds, tones = panel_state(args, program, case.inputs, ms)
         cycle = (ms + sum(t[1] for t in tones)) * CYCLES_PER_MS
         quiet = [cycle + QUIET_STEP * (k - QUIET_SAMPLES // 2) for k in range(QUIET_SAMPLES)]
-        chip_run.want(cycle, [LED_PORT, "portc"] + [r for m in MOTORS for r in m[2:4]])
-        for c in quiet:
-            chip_run.want(c, ["portb"])
-        plans.append(("moment", ms, cycle, panel, quiet))
+        requests.setdefault(cycle, set()).update(REGISTERS)
+        plans.append(("moment", ms, cycle, (leds, speeds), quiet))
     for ms in case.tones:
-        panel, tones = panel_state(console, program, case.inputs, ms)
-        if not tones:
-            check.true(False, "%s, %s: the panel asked for no tone by %d ms" % (args.name, case.label, ms))
+        _, _, tones = panel_state(args, program, case.inputs, ms)
+        if not check.true(bool(tones), "%s, %s: the panel asked for no tone by %d ms" % (args.name, case.label, ms)):
             continue
         hz, length = tones[-1]
         start = (ms + sum(t[1] for t in tones[:-1])) * CYCLES_PER_MS
         span = min(length * CYCLES_PER_MS * 2 // 5, 20 * CYCLES_PER_MS)
         first = start + (length * CYCLES_PER_MS - span) // 2
-        window = list(range(first, first + span, SAMPLE))
-        for c in window:
-            chip_run.want(c, ["portb"])
-        plans.append(("tone", ms, start, (hz, length), window))
-    values = chip_run.run(args, cod, case.inputs)
+        plans.append(("tone", ms, start, hz, list(range(first, first + span, SAMPLE))))
+    for plan in plans:
+        for c in plan[4]:
+            requests.setdefault(c, set()).add("portb")
+    sim = Sim(cod)
+    for name, value in case.inputs.items():
+        if isinstance(name, int):
+            # The reading r of 8 bits is the top of the converter's 10: the middle of its codes.
+            sim.drive(ANALOGUE_PINS[name], (4 * value + 2 + 0.5) * VDD / 1024)
+    for box, pin in BOXES.items():
+        sim.drive(pin, VDD if case.inputs.get(box) else 0.0)
+    for cycle in sorted(requests):
+        sim.show_at(cycle, sorted(requests[cycle]))
+    values = sim.run(args.gpsim)
     for kind, ms, cycle, panel, window in plans:
         where = "%s, %s, at %d ms (chip cycle %d)" % (args.name, case.label, ms, cycle)
-        edges = toggles(values, window)
+        edges = toggles([(c, values[(c, "portb")] >> SOUNDER_BIT & 1) for c in window])
         if kind == "moment":
-            chip = {r: values[(cycle, r)] for r in [LED_PORT, "portc"] + [r for m in MOTORS for r in m[2:4]]}
-            compare_moment(check, where, chip, panel)
+            compare_moment(check, where, {r: values[(cycle, r)] for r in REGISTERS}, *panel)
             check.equal(edges, [], "%s: RB5 (sounder) toggles with no tone on the panel" % where)
-            print("%s: panel LEDs 0x%02X, speeds %s" % (where, panel["leds"], panel["speeds"]))
-            continue
-        hz, length = panel
-        if len(edges) < 3:
-            check.true(False, "%s: RB5 (sounder) toggled %d times in %d cycles, panel's tone %d Hz"
-                       % (where, len(edges), window[-1] - window[0], hz))
-            continue
-        half = (edges[-1] - edges[0]) / (len(edges) - 1)
-        measured = CYCLES_PER_MS * 1000 / (2 * half)
-        check.true(abs(measured - hz) <= hz * TONE_TOLERANCE,
-                   "%s: RB5 (sounder) at %.1f Hz, panel's tone %d Hz" % (where, measured, hz))
-        print("%s: tone %.1f Hz on RB5, panel %d Hz for %d ms" % (where, measured, hz, length))
+        elif check.true(len(edges) >= 3, "%s: RB5 (sounder) toggled %d times, panel's tone %d Hz"
+                        % (where, len(edges), panel)):
+            measured = CYCLES_PER_MS * 1000 * (len(edges) - 1) / (2 * (edges[-1] - edges[0]))
+            check.true(abs(measured - panel) <= panel * TONE_TOLERANCE,
+                       "%s: RB5 (sounder) at %.1f Hz, panel's tone %d Hz" % (where, measured, panel))
 
 
 def main():
@@ -232,19 +156,13 @@ def main():
     args = ap.parse_args()
     program = os.path.join(args.examples, args.name + ".kflow")
     check = Checker()
-    if args.name not in CASES:
-        check.true(False, "no comparison of the chip with the panel is set for %s: add its cases" % program)
-        return check.finish(args.name)
-    with tempfile.TemporaryDirectory() as tmp:
-        folder = args.keep or tmp
-        os.makedirs(folder, exist_ok=True)
-        cod = build_hex(args, program, folder)
-        console = Console(args.host, args.module)
-        try:
+    if check.true(args.name in CASES, "no comparison of the chip with the panel is set for %s" % program):
+        with tempfile.TemporaryDirectory() as tmp:
+            folder = args.keep or tmp
+            # Without the wait for a button, which would hold the chip at its start.
+            cod = write_c(args, folder, args.name, program, dict(bWaitForButton=0), hex_too=True)[:-2] + ".cod"
             for case in CASES[args.name]:
-                run_case(args, check, console, program, cod, case)
-        finally:
-            console.close()
+                run_case(args, check, program, cod, case)
     return check.finish(args.name)
 
 

@@ -1,198 +1,71 @@
-"""Robot programs for the PIC, built as the host builds them, compiled by SDCC and run in gpsim.
-
-The C comes from the component itself: a `kestrone-host console` session sets the settings,
-asks for the macro table and the blocks, and passes each block through MacroCodeOverride, so
-the tokens are filled exactly as the component fills them.
-"""
+"""Robot programs on the PIC: the C that `kestrone-host code` writes, its program replaced by a
+driver of macro calls where a check needs one, compiled by SDCC's pic14 port and run in gpsim."""
 
 import os
 import re
 import subprocess
 
 CHIP = "16f877a"
-PROGRAM_WORDS = 8192  # program memory of the 16F877A
+CYCLES_PER_MS = 5000  # 20 MHz crystal, four clocks an instruction
+VDD = 5.0
 LOCALS_BANK = 96      # the largest bank of RAM on the 16F877A
-
-# The component's settings by name, with the values a fresh object has.
-DEFAULTS = {
-    "bReturnInt": 0, "iThreshL": 200, "iThreshF": 200, "iThreshR": 200, "iThreshMic": 128,
-    "iThreshLdr": 128, "bUseI2C": 128, "bWaitForButton": 1, "bDummyBool1": 0, "bDummyBool2": 0,
-    "iDummyInt1": 0, "iDummyInt2": 0, "sDummyString1": "", "sDummyString2": "", "iMotorBias": 0,
-}
-
-ESCAPES = {"\\": "\\\\", '"': '\\"', "\r": "\\r", "\n": "\\n", "\t": "\\t"}
-UNESCAPES = {"\\": "\\", '"': '"', "r": "\r", "n": "\n", "t": "\t"}
 
 
 def quote(text):
     """A string in the console's syntax."""
-    out = []
-    for ch in text:
-        if ch in ESCAPES:
-            out.append(ESCAPES[ch])
-        elif ord(ch) < 32 or ord(ch) >= 127:
-            out.append("\\x%02X" % ord(ch))
-        else:
-            out.append(ch)
-    return '"' + "".join(out) + '"'
+    escapes = {"\\": "\\\\", '"': '\\"', "\r": "\\r", "\n": "\\n", "\t": "\\t"}
+    return '"' + "".join(escapes.get(c, c if 32 <= ord(c) < 127 else "\\x%02X" % ord(c)) for c in text) + '"'
 
 
-def read_string(text, at):
-    """The string literal starting at text[at] (a quote): (value, index after it)."""
-    assert text[at] == '"', text[at:at + 40]
-    out, i = [], at + 1
-    while text[i] != '"':
-        if text[i] == "\\":
-            if text[i + 1] == "x":
-                out.append(chr(int(text[i + 2:i + 4], 16)))
-                i += 4
-                continue
-            out.append(UNESCAPES[text[i + 1]])
-            i += 2
-            continue
-        out.append(text[i])
-        i += 1
-    return "".join(out), i + 1
+def console(args, script):
+    """The answer lines of a console script; a failed command raises."""
+    r = subprocess.run([args.host, "console", "--module", args.module], input=script + "\nquit\n",
+                       capture_output=True, text=True, encoding="latin-1")
+    lines = r.stdout.splitlines()
+    bad = [l for l in lines if l.startswith(("fail", "error"))]
+    if bad or r.returncode != 0:
+        raise RuntimeError("the console answered %s (%d): %s" % (bad, r.returncode, r.stderr[-500:]))
+    return lines
 
 
-def read_string_array(text):
-    """The strings of an answer such as String[0 to 1]("a", "b"); [] for an empty array."""
-    m = re.match(r"\w+\[-?\d+ to -?\d+\]\(", text)
-    if not m:
-        raise ValueError("no array: %r" % text[:80])
-    items, i = [], m.end()
-    while text[i] != ")":
-        if text[i] in ", ":
-            i += 1
-            continue
-        value, i = read_string(text, i)
-        items.append(value)
-    return items
+def save_project(args, folder, settings):
+    """A project file of a fresh object with these settings."""
+    path = os.path.join(folder, "project.ktx")
+    sets = ["%s = %s" % (k, quote(v) if isinstance(v, str) else v) for k, v in settings.items()]
+    console(args, "\n".join(sets + ["writeprops", "store save " + quote(path)]))
+    return path
 
 
-class ConsoleError(Exception):
-    pass
+HEX_WRITTEN = re.compile(r"^kestrone-host: wrote \S+ and \S+\.hex$")
 
 
-class Console:
-    """One `kestrone-host console` session, a command at a time."""
-
-    def __init__(self, host, module):
-        self.proc = subprocess.Popen([host, "console", "--module", module], stdin=subprocess.PIPE,
-                                     stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                     encoding="latin-1", bufsize=1)
-        self._answer("start-up")
-
-    def _answer(self, command):
-        notices = []
-        while True:
-            line = self.proc.stdout.readline()
-            if not line:
-                raise ConsoleError("the console ended during %r: %s" % (command[:60], self.proc.stderr.read()))
-            line = line.rstrip("\n")
-            if line == "ok" or line.startswith("ok "):
-                return line[3:], notices
-            if line.startswith("error ") or line.startswith("fail "):
-                raise ConsoleError("%r answered %s" % (command[:60], line))
-            notices.append(line)
-
-    def ask(self, command):
-        """Runs one command: the text after "ok " of its answer."""
-        return self.ask_with_notices(command)[0]
-
-    def ask_with_notices(self, command):
-        """Runs one command: (the text after "ok " of its answer, the notice lines before it)."""
-        self.proc.stdin.write(command + "\n")
-        self.proc.stdin.flush()
-        return self._answer(command)
-
-    def close(self):
-        if self.proc.poll() is None:
-            self.proc.stdin.write("quit\n")
-            self.proc.stdin.close()
-            self.proc.wait(timeout=10)
-
-
-class RobotCode:
-    """The C texts of the component for one set of settings, tokens filled by the component."""
-
-    def __init__(self, host, module, settings):
-        console = Console(host, module)
-        try:
-            console.ask("KestroneVersion = 1281")
-            for name, value in settings.items():
-                value = quote(value) if isinstance(value, str) else str(value)
-                console.ask("%s = %s" % (name, value))
-            self.macros = []
-            for i, entry in enumerate(read_string_array(console.ask("MacroNames"))):
-                name, _, ret = entry.split("|")
-                params = [p.split("|") for p in read_string_array(console.ask("MacroParameters %d" % i))]
-                body = self._filled(console, console.ask("MacroCode %d" % i))
-                self.macros.append((name, ret, [(p[0], p[2]) for p in params], body))
-            self.defines = self._filled(console, console.ask("DefinesCode"))
-            self.initialisation = self._filled(console, console.ask("InitialisationCode"))
-            self.interrupt = self._filled(console, console.ask("InterruptCode"))
-        finally:
-            console.close()
-
-    @staticmethod
-    def _filled(console, answer):
-        text, _ = read_string(answer, 0)
-        answer = console.ask("MacroCodeOverride " + quote(text))
-        if not answer.startswith("pVal="):
-            raise ConsoleError("MacroCodeOverride answered %r" % answer[:80])
-        return read_string(answer, len("pVal="))[0]
-
-    def program(self, driver_globals="", driver=""):
-        """The whole program as the host writes it, with a driver after the initialisation."""
-        parts = [self.defines]
-        for name, ret, params, body in self.macros:
-            args = ", ".join("%s %s" % (t, n) for n, t in params) or "void"
-            parts.append("%s %s(%s)\n{\n%s}\n" % (ret, name, args, body))
-        parts.append(driver_globals)
-        parts.append("void main(void)\n{\n%s%s    for (;;) {\n    }\n}\n" % (self.initialisation, driver))
-        parts.append("void isr(void) __interrupt 0\n{\n%s}\n" % self.interrupt)
-        return "\n".join(parts)
+def write_c(args, folder, name, program, settings, hex_too=False):
+    """The C (and with hex_too the hex) of a .kflow program: the path of the C."""
+    os.makedirs(folder, exist_ok=True)
+    c = os.path.join(folder, name + ".c")
+    command = [args.host, "code", program, "--module", args.module, "-o", c,
+               "--project", save_project(args, folder, settings)] + (["--hex"] if hex_too else [])
+    env = dict(os.environ, KESTRONE_PIC_PREFIX=os.path.dirname(os.path.dirname(args.sdcc)))
+    r = subprocess.run(command, env=env, capture_output=True, text=True)
+    if r.returncode != 0 or [l for l in (r.stdout + r.stderr).splitlines() if not HEX_WRITTEN.match(l)]:
+        raise RuntimeError("kestrone-host code said (%d): %s%s" % (r.returncode, r.stdout, r.stderr))
+    return c
 
 
 # gplink names the linker script it picked on every link: no message about our C.
 LINKER_NOTE = re.compile(r"^message: Using default linker script ")
 
 
-def compile_program(sdcc, source, folder, name):
-    """Compiles with SDCC for the chip: (list of the compiler's messages, path of the .cod)."""
-    path = os.path.join(folder, name + ".c")
-    with open(path, "w", encoding="latin-1") as f:
-        f.write(source)
-    r = subprocess.run([sdcc, "-mpic14", "-p" + CHIP, "--use-non-free", name + ".c"], cwd=folder,
+def compile_c(args, c):
+    """Compiles with SDCC for the chip: (the compiler's messages, path of the .cod or None)."""
+    folder, name = os.path.split(c)
+    r = subprocess.run([args.sdcc, "-mpic14", "-p" + CHIP, "--use-non-free", name], cwd=folder,
                        capture_output=True, text=True, encoding="latin-1")
     messages = [l for l in (r.stdout + r.stderr).splitlines() if l.strip() and not LINKER_NOTE.match(l)]
-    cod = os.path.join(folder, name + ".cod")
+    cod = c[:-2] + ".cod"
     if r.returncode != 0 or not os.path.exists(cod):
-        messages.append("sdcc exited with %d and left no %s.cod" % (r.returncode, name))
-        cod = None
+        return messages + ["sdcc exited with %d and left no .cod" % r.returncode], None
     return messages, cod
-
-
-def program_words(hex_path):
-    """Words of program memory a .hex file fills (the configuration word excluded)."""
-    words = set()
-    base = 0
-    with open(hex_path) as f:
-        for line in f:
-            line = line.strip()
-            if not line.startswith(":"):
-                continue
-            data = bytes.fromhex(line[1:])
-            count, address, kind = data[0], int.from_bytes(data[1:3], "big"), data[3]
-            if kind == 4:
-                base = int.from_bytes(data[4:6], "big") << 16
-            elif kind == 0:
-                for k in range(0, count, 2):
-                    word = (base + address + k) // 2
-                    if word < PROGRAM_WORDS:
-                        words.add(word)
-    return len(words)
 
 
 def locals_bytes(asm_path):
@@ -224,10 +97,9 @@ class Sim:
         """A digital signal on a pin: edges is [(cycle, level), ...], low before the first."""
         self.modules += 1
         name = "stim%d" % self.modules
-        pairs = ", ".join("%d, %d" % e for e in edges)
         self.lines += ["stimulus asynchronous_stimulus", "initial_state 0", "start_cycle 0",
-                       "{ %s }" % pairs, "name " + name, "end", "node n_" + pin,
-                       "attach n_%s %s %s" % (pin, pin, name)]
+                       "{ %s }" % ", ".join("%d, %d" % e for e in edges), "name " + name, "end",
+                       "node n_" + pin, "attach n_%s %s %s" % (pin, pin, name)]
 
     def show_at(self, cycle, registers):
         # A cycle break that the run has already passed would never stop it.
@@ -251,3 +123,95 @@ class Sim:
             raise RuntimeError("gpsim showed %d values for %d requests:\n%s"
                                % (len(values), len(self.shown), r.stdout[-3000:] + r.stderr[-2000:]))
         return {key: int(v, 16) for key, (_, v) in zip(self.shown, values)}
+
+
+def toggles(levels):
+    """[(cycle, level), ...] -> the cycles at which the level changed."""
+    return [c for (_, a), (c, b) in zip(levels, levels[1:]) if a != b]
+
+
+class Checker:
+    def __init__(self):
+        self.failures, self.count = [], 0
+
+    def equal(self, got, want, what):
+        self.true(got == want, "%s: got %r, expected %r" % (what, got, want))
+
+    def true(self, ok, what):
+        self.count += 1
+        if not ok:
+            self.failures.append(what)
+        return ok
+
+    def finish(self, area):
+        for f in self.failures:
+            print("FAIL: " + f)
+        print("%s: %d checks, %d failed" % (area, self.count, len(self.failures)))
+        return 1 if self.failures else 0
+
+
+MACRO_CALL = re.compile(r"\b[A-Z][A-Za-z]+\([^()]*\)")
+
+
+class Driver:
+    """Statements in place of a program: macro calls whose results and effects are copied into
+    named bytes that gpsim shows once the driver has reached its end."""
+
+    def __init__(self):
+        self.names, self.statements = [], []
+
+    def do(self, statement):
+        self.statements.append("    %s;\n" % statement)
+
+    def byte(self, name, expression):
+        self.names.append(name)
+        self.do("chk_%s = (unsigned char)(%s)" % (name, expression))
+
+    def word(self, name, expression):
+        self.names += [name + "_l", name + "_h"]
+        self.do("{ unsigned int v = (unsigned int)(%s); chk_%s_l = (unsigned char)v; chk_%s_h = (unsigned char)(v >> 8); }"
+                % (expression, name, name))
+
+    def shown(self):
+        return ["_chk_" + n for n in self.names + ["done"]]
+
+    def build(self, args, folder, name, settings, check):
+        """The host's C of a program calling the driver's macros, its program replaced by the
+        driver; compiled: the .cod, or None after a failed check."""
+        sub = os.path.join(folder, name)
+        os.makedirs(sub, exist_ok=True)
+        calls = [m for s in self.statements for m in MACRO_CALL.findall(s)]
+        with open(os.path.join(sub, "calls.kflow"), "w") as f:
+            f.write("".join(c + "\n" for c in calls))
+        c = write_c(args, sub, name, os.path.join(sub, "calls.kflow"), settings)
+        with open(c, encoding="latin-1") as f:
+            text = f.read()
+        head, main = text.split("void main(void)\n{\n")
+        init = main.split("    /* calls.kflow */\n")[0]
+        chk = "".join("volatile unsigned char chk_%s;\n" % n for n in self.names + ["done"])
+        with open(c, "w", encoding="latin-1") as f:
+            f.write(head + chk + "void main(void)\n{\n" + init + "".join(self.statements) +
+                    "    chk_done = 1;\n    for (;;) {\n    }\n}\n")
+        messages, cod = compile_c(args, c)
+        check.true(not messages, "%s: the compiler said:\n  %s" % (name, "\n  ".join(messages)))
+        return cod
+
+    def results(self, values, cycle):
+        """The driver's bytes at a cycle mark, by name; words put together."""
+        out = {n[len("_chk_"):]: values[(cycle, n)] for n in self.shown()}
+        for n in [n for n in out if n.endswith("_l") and n[:-2] + "_h" in out]:
+            out[n[:-2]] = out[n] | out[n[:-2] + "_h"] << 8
+        return out
+
+    def run(self, args, folder, name, settings, check, setup=None, cycles=60000):
+        """Builds and runs the driver to its end: its results, or None."""
+        cod = self.build(args, folder, name, settings, check)
+        if cod is None:
+            return None
+        sim = Sim(cod)
+        if setup:
+            setup(sim)
+        sim.show_at(cycles, self.shown())
+        got = self.results(sim.run(args.gpsim), cycles)
+        check.equal(got["done"], 1, "%s: the driver reached its end within %d cycles" % (name, cycles))
+        return got

@@ -1,39 +1,16 @@
-// The C that a program becomes: every demonstration's C passes the host C compiler's syntax
-// check against the stand-in register header, and the C of a program does what the interpreter
-// does: the same macro calls with the same arguments in the same order, run on this machine with
-// macros that print their calls.
+// The C that a program becomes does what the interpreter does: the same macro calls with the
+// same arguments in the same order, run on this machine with macros that print their calls.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
-#include <sstream>
-
 #include "c_program.h"
-#include "fake_component.h"
-#include "interpreter.h"
 #include "program_support.h"
-#include "robot_session.h"
 #include "support/temp_dir.h"
 
 namespace {
 
 using program_testing::FakeComponent;
-
-struct Command {
-    int status = -1;
-    std::string output;
-};
-
-Command run(const std::string& command) {
-    Command c;
-    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
-    if (!pipe) return c;
-    for (int ch; (ch = std::fgetc(pipe)) != EOF;)
-        c.output.push_back(static_cast<char>(ch));
-    c.status = ::pclose(pipe);
-    return c;
-}
+using program_testing::shell;
 
 // The one SDCC keyword that a -D cannot take away for the host compiler: `__interrupt 0`.
 std::string for_host_compiler(std::string c) {
@@ -42,36 +19,6 @@ std::string for_host_compiler(std::string c) {
     if (at != std::string::npos) c.erase(at, word.size());
     return c;
 }
-
-class DemonstrationC : public testing::TestWithParam<const char*> {};
-
-TEST_P(DemonstrationC, PassesTheSyntaxCheckOfAHostCompiler) {
-    program_testing::RobotSession robot;
-    const auto checked =
-        kflow::check_program(program_testing::example(GetParam()), GetParam(), robot.macros());
-    ASSERT_TRUE(checked.program);
-    std::string error;
-    const auto code = kflow::read_component_code(robot.component(), *checked.program, &error);
-    ASSERT_TRUE(code) << error;
-    EXPECT_TRUE(code->warnings.empty());
-    const std::string c = kflow::write_c_program(*checked.program, *code, GetParam());
-    // Only the macros the program calls, and the settings filled in.
-    EXPECT_EQ(c.find("ReadAnalogue("), std::string::npos);
-    EXPECT_EQ(c.find("%a"), std::string::npos);
-
-    testing_support::TempDir dir;
-    const std::string file = dir.write("program.c", for_host_compiler(c));
-    const Command cc =
-        run(std::string(KESTRONE_C_COMPILER) +
-            " -fsyntax-only -std=c99 -ffreestanding -Wall -Wextra -Werror"
-            " -Wno-unused-function -I " KESTRONE_STUB_DIR " -D__code= '-D__at(x)=' -x c " +
-            file);
-    EXPECT_EQ(cc.status, 0) << cc.output;
-}
-
-INSTANTIATE_TEST_SUITE_P(Examples, DemonstrationC,
-                         testing::Values("square.kflow", "line_follower.kflow",
-                                         "light_seeker.kflow", "bumpers.kflow"));
 
 // Component code whose macros print their calls, and answer as FakeComponent does by default.
 kflow::ComponentCode printing_component(const kflow::Program& p) {
@@ -114,53 +61,27 @@ void expect_same_calls(const std::string& source) {
     testing_support::TempDir dir;
     const std::string file = dir.write("same.c", for_host_compiler(c));
     // Plain char is unsigned on the robot's compiler.
-    const Command cc = run(std::string(KESTRONE_C_COMPILER) + " -std=gnu99 -funsigned-char -w -o " +
-                           dir.path() + "/same " + file);
+    const auto cc = shell(std::string(KESTRONE_C_COMPILER) + " -std=gnu99 -funsigned-char -w -o " +
+                          dir.path() + "/same " + file);
     ASSERT_EQ(cc.status, 0) << cc.output << c;
-    const Command ran = run(dir.path() + "/same");
+    const auto ran = shell(dir.path() + "/same");
     EXPECT_EQ(ran.output, expected) << c;
     EXPECT_FALSE(expected.empty());
 }
 
 TEST(ProgramAsC, CallsTheSameMacrosWithTheSameArgumentsInTheSameOrder) {
+    // The count of the first repeat is 11 % 5 + 2, read once.
     expect_same_calls(
-        "int a = 0\n"
-        "byte b = 250\n"
-        "int i = 0\n"
-        "repeat ReadLdr() % 5 + 2\n"  // 11 % 5 + 2: three passes, the count read once
-        "    b = b + 3\n"
-        "    LedOn(b)\n"
-        "    i = i + 1\n"
-        "end\n"
-        "while i > 0\n"
-        "    if i % 3 == 0\n"
-        "        WriteLeds(i << 4)\n"
-        "    else if i & 1 && ReadSwitch(i)\n"
-        "        SetMotors(i, -i, ReadLdr() >> 2, WaitSwitch(1) + ReadMic())\n"
-        "    else\n"
-        "        DriveForwards(-7 >> 1)\n"
-        "    end\n"
-        "    i = i - 1\n"
-        "end\n"
-        "a = ReadSwitch(0) - ReadLdr() * 2 + ReadMic() / (ReadSwitch(1) | 1)\n"
-        "LedOn(a)\n"
-        "a = -7 / 2 + -7 % 2 * 10 + (-300 >> 3) + (5 << -1)\n"
-        "PlayTone(a, 0, 'A')\n"
-        "SpinLeft((a + 1) * 2 - -a)\n"
-        "a = -(a - 1) * (2 + a) - !(a == 1)\n"
-        "LedOn(a)\n"
-        "delay 3\n"
-        "if a > 0 || ReadLdr()\n"
-        "    SpinLeft(~a)\n"
-        "end\n"
-        "forever\n"
-        "    a = a + 1\n"
-        "    if a > 3\n"
-        "        stop\n"
-        "    end\n"
-        "    SpinRight(a)\n"
-        "end\n"
-        "LedOff(99)\n");
+        "int a = 0\nbyte b = 250\nint i = 0\nrepeat ReadLdr() % 5 + 2\n    b = b + 3\n"
+        "    LedOn(b)\n    i = i + 1\nend\nwhile i > 0\n    if i % 3 == 0\n"
+        "        WriteLeds(i << 4)\n    else if i & 1 && ReadSwitch(i)\n"
+        "        SetMotors(i, -i, ReadLdr() >> 2, WaitSwitch(1) + ReadMic())\n    else\n"
+        "        DriveForwards(-7 >> 1)\n    end\n    i = i - 1\nend\n"
+        "a = ReadSwitch(0) - ReadLdr() * 2 + ReadMic() / (ReadSwitch(1) | 1)\nLedOn(a)\n"
+        "a = -7 / 2 + -7 % 2 * 10 + (-300 >> 3) + (5 << -1)\nPlayTone(a, 0, 'A')\n"
+        "SpinLeft((a + 1) * 2 - -a)\na = -(a - 1) * (2 + a) - !(a == 1)\nLedOn(a)\ndelay 3\n"
+        "if a > 0 || ReadLdr()\n    SpinLeft(~a)\nend\nforever\n    a = a + 1\n    if a > 3\n"
+        "        stop\n    end\n    SpinRight(a)\nend\nLedOff(99)\n");
 }
 
 TEST(ProgramAsC, ResultsOfWiderTypesAreCutToIntAsTheInterpreterCutsThem) {

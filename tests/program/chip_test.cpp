@@ -5,14 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <fstream>
 #include <map>
 #include <regex>
-#include <sstream>
 
 #include "pic_compiler.h"
 #include "program_support.h"
@@ -21,21 +17,10 @@
 
 namespace {
 
-std::string shell(const std::string& command, int* status = nullptr) {
-    std::string out;
-    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
-    if (!pipe) return out;
-    for (int ch; (ch = std::fgetc(pipe)) != EOF;)
-        out.push_back(static_cast<char>(ch));
-    const int s = ::pclose(pipe);
-    if (status) *status = WIFEXITED(s) ? WEXITSTATUS(s) : -1;
-    return out;
-}
+using program_testing::shell;
 
 bool toolchain_present() {
-    int status = -1;
-    shell("command -v gpsim", &status);
-    return status == 0 && ::access(kflow::sdcc_path().c_str(), X_OK) == 0;
+    return shell("command -v gpsim").status == 0 && ::access(kflow::sdcc_path().c_str(), X_OK) == 0;
 }
 
 // Each value of interest as two bytes, low and high, so that the simulator shows them whole.
@@ -67,20 +52,20 @@ std::string agreement_program() {
 std::map<std::string, int> run_on_chip(const std::string& source,
                                        const std::vector<std::string>& names, std::string* log) {
     testing_support::TempDir dir;
-    dir.write("src/p.kflow", source);  // in a folder: the compiler runs there
+    dir.write("s/p.kflow", source);  // in a folder of one letter: the compiler runs there
     const auto saved = testing_support::run_console("bWaitForButton = 0\nwriteprops\nstore save " +
                                                     dir.path() + "/nowait.ktx\n");
-    int status = -1;
-    *log = shell("cd '" + dir.path() +
-                     "' && '" KESTRONE_HOST_BIN "' code src/p.kflow --project nowait.ktx --hex",
-                 &status);
-    if (status != 0 || saved.exit_code != 0) return {};
-    std::string script = "load s " + dir.path() + "/src/p.cod\nbreak c 4000000\nrun\n";
+    const auto built =
+        shell("cd '" + dir.path() +
+              "' && '" KESTRONE_HOST_BIN "' code s/p.kflow --project nowait.ktx --hex");
+    *log = built.output;
+    if (built.status != 0 || saved.exit_code != 0) return {};
+    std::string script = "load s " + dir.path() + "/s/p.cod\nbreak c 4000000\nrun\n";
     for (const std::string& n : names)
         script += "_kfv_" + n + "\n";
     script += "quit\n";
     dir.write("run.stc", script);
-    *log += shell("timeout 120 gpsim -i -c '" + dir.path() + "/run.stc'");
+    *log += shell("timeout 120 gpsim -i -c '" + dir.path() + "/run.stc'").output;
     std::map<std::string, int> out;
     const std::regex shown("_kfv_(\\w+) = 0x([0-9A-Fa-f]+)");
     for (std::sregex_iterator i(log->begin(), log->end(), shown), end; i != end; ++i)

@@ -67,69 +67,47 @@ class FakeComponent : public kestrone::IKestroneComponentV5 {
                                    std::int32_t* pCycles) noexcept override;
 
     // Nothing else is asked by a running program.
-#define KFLOW_FAKE_UNUSED(signature)                \
+#define U(signature)                                \
     kestrone::HRESULT signature noexcept override { \
         return kestrone::E_NOTIMPL;                 \
     }
-    KFLOW_FAKE_UNUSED(get_MultipleAllowed(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_MacroCode(std::int32_t, std::string*))
-    KFLOW_FAKE_UNUSED(get_IsSimulating(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_HasInitialisation(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_HasInterrupts(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_HasExclusiveInts(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_InitialisationCode(std::string*))
-    KFLOW_FAKE_UNUSED(get_InterruptCode(std::string*))
-    KFLOW_FAKE_UNUSED(get_ExclusiveInterrupts(kestrone::Variant*))
-    KFLOW_FAKE_UNUSED(get_PinName(std::int32_t, std::string*))
-    KFLOW_FAKE_UNUSED(get_DesiredPort(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_Direction(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_PortMandatory(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_SamePortAsID(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_Description(std::string*))
-    KFLOW_FAKE_UNUSED(get_DesiredBit(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_BitMandatory(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_Port(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(put_Port(std::int32_t, std::int32_t))
-    KFLOW_FAKE_UNUSED(get_Bit(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(put_Bit(std::int32_t, std::int32_t))
-    KFLOW_FAKE_UNUSED(get_ConnectedOK(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_SimIODirection(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(SimReadPins(kestrone::Variant*))
-    KFLOW_FAKE_UNUSED(SimWritePins(const kestrone::Variant&))
-    KFLOW_FAKE_UNUSED(KeyDown(std::int32_t))
-    KFLOW_FAKE_UNUSED(KeyUp(std::int32_t))
-    KFLOW_FAKE_UNUSED(get_SupportsKeys(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_IsAnalogue(std::int32_t*))
-    KFLOW_FAKE_UNUSED(put_ClockSpeed(std::int32_t))
-    KFLOW_FAKE_UNUSED(put_PICAnalogueBits(std::int32_t))
-    KFLOW_FAKE_UNUSED(put_ADCCaptureCode(const std::string&))
-    KFLOW_FAKE_UNUSED(put_ADCReadHighCode(const std::string&))
-    KFLOW_FAKE_UNUSED(put_ADCReadLowCode(const std::string&))
-    KFLOW_FAKE_UNUSED(put_TargetController(const std::string&))
-    KFLOW_FAKE_UNUSED(put_ADCReadIntCode(const std::string&))
-    KFLOW_FAKE_UNUSED(put_KestroneVersion(std::int32_t))
-    KFLOW_FAKE_UNUSED(get_ComponentVersion(std::int32_t*))
-    KFLOW_FAKE_UNUSED(GeneralMethod(std::int32_t, kestrone::Variant*))
-    KFLOW_FAKE_UNUSED(put_GeneralPut(std::int32_t, kestrone::Variant*))
-    KFLOW_FAKE_UNUSED(get_GeneralGet(std::int32_t, kestrone::Variant*))
-    KFLOW_FAKE_UNUSED(put_KtxFilename(const std::string&))
-    KFLOW_FAKE_UNUSED(get_VNodeCount(std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_VNodeProtocol(std::int32_t, std::int32_t*))
-    KFLOW_FAKE_UNUSED(get_VNodeName(std::int32_t, std::string*))
-    KFLOW_FAKE_UNUSED(get_VNodeMsgRead(std::int32_t, std::int32_t*, kestrone::Variant*))
-    KFLOW_FAKE_UNUSED(put_VNodeMsgWrite(std::int32_t, std::int32_t, kestrone::Variant*))
-    KFLOW_FAKE_UNUSED(MacroCodeOverride(std::string*))
-    KFLOW_FAKE_UNUSED(get_CodeFilename(std::string*))
-    KFLOW_FAKE_UNUSED(get_DefinesCode(std::string*))
-    KFLOW_FAKE_UNUSED(get_ReadCustomImages(std::int32_t, std::string*))
-    KFLOW_FAKE_UNUSED(put_WriteCustomImages(std::int32_t, const std::string&))
-    KFLOW_FAKE_UNUSED(SimMacroCall2(std::int32_t, const kestrone::Variant&, kestrone::Variant*,
-                                    kestrone::Variant*, std::int32_t*))
-    KFLOW_FAKE_UNUSED(Refresh())
-#undef KFLOW_FAKE_UNUSED
+    // clang-format off
+    U(get_MultipleAllowed(std::int32_t*)) U(get_MacroCode(std::int32_t, std::string*))
+    U(get_IsSimulating(std::int32_t*)) U(get_HasInitialisation(std::int32_t*))
+    U(get_HasInterrupts(std::int32_t*)) U(get_HasExclusiveInts(std::int32_t*))
+    U(get_InitialisationCode(std::string*)) U(get_InterruptCode(std::string*))
+    U(get_ExclusiveInterrupts(kestrone::Variant*)) U(get_PinName(std::int32_t, std::string*))
+    U(get_DesiredPort(std::int32_t, std::int32_t*)) U(get_Direction(std::int32_t, std::int32_t*))
+    U(get_PortMandatory(std::int32_t, std::int32_t*))
+    U(get_SamePortAsID(std::int32_t, std::int32_t*)) U(get_Description(std::string*))
+    U(get_DesiredBit(std::int32_t, std::int32_t*)) U(get_BitMandatory(std::int32_t, std::int32_t*))
+    U(get_Port(std::int32_t, std::int32_t*)) U(put_Port(std::int32_t, std::int32_t))
+    U(get_Bit(std::int32_t, std::int32_t*)) U(put_Bit(std::int32_t, std::int32_t))
+    U(get_ConnectedOK(std::int32_t*)) U(get_SimIODirection(std::int32_t, std::int32_t*))
+    U(SimReadPins(kestrone::Variant*)) U(SimWritePins(const kestrone::Variant&))
+    U(KeyDown(std::int32_t)) U(KeyUp(std::int32_t)) U(get_SupportsKeys(std::int32_t*))
+    U(get_IsAnalogue(std::int32_t*)) U(put_ClockSpeed(std::int32_t))
+    U(put_PICAnalogueBits(std::int32_t)) U(put_ADCCaptureCode(const std::string&))
+    U(put_ADCReadHighCode(const std::string&)) U(put_ADCReadLowCode(const std::string&))
+    U(put_TargetController(const std::string&)) U(put_ADCReadIntCode(const std::string&))
+    U(put_KestroneVersion(std::int32_t)) U(get_ComponentVersion(std::int32_t*))
+    U(GeneralMethod(std::int32_t, kestrone::Variant*))
+    U(put_GeneralPut(std::int32_t, kestrone::Variant*))
+    U(get_GeneralGet(std::int32_t, kestrone::Variant*)) U(put_KtxFilename(const std::string&))
+    U(get_VNodeCount(std::int32_t*)) U(get_VNodeProtocol(std::int32_t, std::int32_t*))
+    U(get_VNodeName(std::int32_t, std::string*))
+    U(get_VNodeMsgRead(std::int32_t, std::int32_t*, kestrone::Variant*))
+    U(put_VNodeMsgWrite(std::int32_t, std::int32_t, kestrone::Variant*))
+    U(MacroCodeOverride(std::string*)) U(get_CodeFilename(std::string*))
+    U(get_DefinesCode(std::string*)) U(get_ReadCustomImages(std::int32_t, std::string*))
+    U(put_WriteCustomImages(std::int32_t, const std::string&))
+    U(SimMacroCall2(std::int32_t, const kestrone::Variant&, kestrone::Variant*, kestrone::Variant*, std::int32_t*))
+    U(Refresh())
+    // clang-format on
+#undef U
 
-  private:
-    const FakeMacro& macro(std::int32_t id) const {
+                                                                                        private
+        : const FakeMacro& macro(std::int32_t id) const {
         return macros_.at(static_cast<std::size_t>(std::int64_t{id} - first_id));
     }
     std::vector<FakeMacro> macros_;

@@ -1,6 +1,9 @@
 #include "program_support.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
 
 namespace program_testing {
 
@@ -24,13 +27,26 @@ std::vector<std::vector<int>> Run::args_of(std::int32_t id) const {
     return out;
 }
 
-std::unique_ptr<Run> run_program(const std::string& source, const kflow::RunLimits& limits) {
+std::unique_ptr<Run> run_program(const std::string& source, const kflow::RunLimits& limits,
+                                 const std::function<void(FakeComponent&)>& setup) {
     auto run = std::make_unique<Run>();
+    if (setup) setup(run->component);
     run->checked = kflow::check_program(source, "test.kflow", table_of(run->component));
     if (!run->checked.program) return run;
     run->interpreter = std::make_unique<kflow::Interpreter>(*run->checked.program, run->component);
     run->outcome = kflow::run_to_end(*run->interpreter, run->clock, limits);
     return run;
+}
+
+Command shell(const std::string& command) {
+    Command c;
+    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (!pipe) return c;
+    for (int ch; (ch = std::fgetc(pipe)) != EOF;)
+        c.output.push_back(static_cast<char>(ch));
+    const int status = ::pclose(pipe);
+    c.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return c;
 }
 
 }  // namespace program_testing

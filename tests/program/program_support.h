@@ -1,7 +1,8 @@
-// Shared by the program tests: the robot's macro table through a fake component, and a run of a
-// program on a clock that only counts.
+// Shared by the program tests: the robot's macro table through a fake component, a run of a
+// program on a clock that only counts, and a shell command's output.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,12 +36,20 @@ struct Run {
     std::vector<std::vector<int>> args_of(std::int32_t id) const;
 };
 
-// Runs only a program without faults, as a host does.
-std::unique_ptr<Run> run_program(const std::string& source, const kflow::RunLimits& limits = {});
+// Runs only a program without faults, as a host does; `setup` may change the fake first.
+std::unique_ptr<Run> run_program(const std::string& source, const kflow::RunLimits& limits = {},
+                                 const std::function<void(FakeComponent&)>& setup = {});
 
 inline kflow::MacroTable table_of(FakeComponent& c) {
     std::string error;
     return *kflow::MacroTable::read(c, &error);
 }
+
+// Runs a shell command, standard error merged into the output.
+struct Command {
+    int status = -1;  // the exit status, -1 after a signal
+    std::string output;
+};
+Command shell(const std::string& command);
 
 }  // namespace program_testing

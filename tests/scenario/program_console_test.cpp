@@ -120,6 +120,7 @@ TEST_F(ProgramConsole, OneFailedExpectMakesTheWholeScriptFail) {
     EXPECT_EQ(run.exit_code, 1);
     const auto bad_value = robot.run("expect iThreshL == 2x\n");
     EXPECT_EQ(bad_value.exit_code, 1) << bad_value.text();
+    EXPECT_THAT(bad_value.lines.back(), StartsWith("fail cannot read the value 2x: "));
 }
 
 // Every demonstration ships with a script that runs it and checks its final state, those with

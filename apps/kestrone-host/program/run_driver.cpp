@@ -4,13 +4,6 @@
 
 namespace kflow {
 
-void PanelClock::wait(std::uint16_t ms) {
-    std::int64_t now = 0, ticks = 0;
-    panel_.GetClock(&now);
-    panel_.AdvanceTo(now + ms, &ticks);
-    ticks_ += ticks;
-}
-
 namespace {
 std::string at_line(const Interpreter& program, const std::string& text) {
     return format_diagnostic(program.program().file, {program.place(), text});

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "interpreter.h"
-#include "kestrone/panel.h"
 
 namespace kflow {
 
@@ -16,19 +15,6 @@ class Clock {
     virtual ~Clock() = default;
     // The program waits `ms` milliseconds: the clock moves on by as much.
     virtual void wait(std::uint16_t ms) = 0;
-};
-
-// The panel's own clock: every timer tick due on the way is delivered, so the wheels turn while
-// the program waits.
-class PanelClock : public Clock {
-  public:
-    explicit PanelClock(kestrone::IKestronePanel& panel) : panel_(panel) {}
-    void wait(std::uint16_t ms) override;
-    std::int64_t ticks() const { return ticks_; }
-
-  private:
-    kestrone::IKestronePanel& panel_;
-    std::int64_t ticks_ = 0;
 };
 
 struct RunOutcome {
