@@ -96,7 +96,9 @@ TEST_P(BrokenProgram, IsAnsweredWithItsPlaceAndNothingRuns) {
     EXPECT_EQ(first.at.line, b.line) << first.text;
     EXPECT_EQ(first.at.column, b.column) << first.text;
     EXPECT_THAT(first.text, HasSubstr(b.words));
-    if (b.faults) EXPECT_EQ(run->checked.faults.size(), b.faults);
+    if (b.faults) {
+        EXPECT_EQ(run->checked.faults.size(), b.faults);
+    }
     EXPECT_FALSE(run->checked.program.has_value());
     EXPECT_EQ(run->component.starts, 0);
     EXPECT_TRUE(run->component.calls.empty());
