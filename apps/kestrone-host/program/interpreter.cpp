@@ -51,12 +51,17 @@ Pause Interpreter::resume(std::uint64_t max_steps) {
     if (in_step_) return {Pause::Why::Slice};
     pause_ = {Pause::Why::Slice, 0};
     in_step_ = true;
+    // Counted once for the slice: a step that ends it, or fails, counts as run.
+    std::uint64_t n = 0;
     try {
-        for (std::uint64_t n = 0; n < max_steps && !stop_requested_; ++n)
+        while (n < max_steps && !stop_requested_) {
+            ++n;
             if (!step()) break;
+        }
     } catch (const Fault& f) {
         fail(f);
     }
+    steps_ += n;
     in_step_ = false;
     if (stop_requested_) {
         stop_requested_ = false;
@@ -103,7 +108,6 @@ inline bool Interpreter::step() {
     const Step& s = code_.steps[pc_];
     last_ = pc_;
     pc_ = static_cast<std::size_t>(s.next);
-    ++steps_;
     switch (s.op) {
         case StepOp::Set:
             values_[static_cast<std::size_t>(s.slot)] = narrow_to(s.stored, eval(s.code));
