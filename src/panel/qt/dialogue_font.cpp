@@ -21,6 +21,9 @@ QFont dialogue_font() {
     font.setPixelSize(kPixelSize);
     font.setStretch(kStretch);
     font.setHintingPreference(QFont::PreferFullHinting);
+    // Whole pixels of the caption's own colour: a smoothed edge would blend it with what lies
+    // behind, and a value caption must show pure green on its plate at every zoom.
+    font.setStyleStrategy(QFont::NoAntialias);
     return font;
 }
 
