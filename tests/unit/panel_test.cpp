@@ -2,9 +2,6 @@
 // panel's clock, resizing, and the properties by name.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <numeric>
-
 #include "panel/properties.h"
 #include "simulation_fixture.h"
 
@@ -181,19 +178,6 @@ TEST(PanelTimers, TheClockEndsRatherThanWraps) {
     // Restarted at the end, a timer never comes due.
     p.set_interval(p.ids().Timer1[0], 1);
     EXPECT_FALSE(p.next_tick(&due, &timer));
-}
-
-// Every tab index from the logo's 0 to the heading's 37 once; the order of those that take the
-// focus is walked in the view's tests.
-TEST(PanelLayout, EveryTabIndexComesOnce) {
-    panel::Panel p;
-    std::vector<int> stops;
-    for (int id = 0; id < p.count(); ++id)
-        if (p.at(id).tab_index >= 0) stops.push_back(p.at(id).tab_index);
-    std::sort(stops.begin(), stops.end());
-    std::vector<int> expected(38);
-    std::iota(expected.begin(), expected.end(), 0);
-    EXPECT_EQ(stops, expected);
 }
 
 TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
