@@ -13,7 +13,7 @@ size 2000 1500                 # the border is a wall
 robot 200 300 90
 line 20  200 200  1800 200  1800 1300
 wall 1000 500  1000 1000
-light 1800 1400 0.5
+light 2000 1500 0.5            # on the floor's edges
 zone goal 1600 1100 400 400
 zone start 0 0 400 400
 zone mark 100 100 1 0.5
@@ -49,7 +49,7 @@ const BadFile kBadFiles[] = {
     {"size 1000 1000\n", 1, "no robot"},
     {"size 1000 1000\nrobot 500 500 0\nwall 100 100 200\n", 3, "wall takes 4 numbers"},
     {"size -5 1000\nrobot 500 500 0\n", 1, "above 0"},
-    {"size 1000 1000\nrobot 500 500 0\nline -4 10 10 90 90\n", 3, "width must be above 0"},
+    {"size 1000 1000\nrobot 500 500 0\nline 0 10 10 90 90\n", 3, "width must be above 0"},
     {"size 1000 1000\nrobot 500 500 0\nzone a 0 0 10 10\nzone a 20 20 5 5\n", 4,
      "zone a comes twice (first on line 3)"},
     {"size 1000 1000\nrobot 500 five 0\n", 2, "'five' is not a number (y)"},
