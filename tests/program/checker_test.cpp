@@ -107,13 +107,14 @@ TEST_P(BrokenProgram, IsAnsweredWithItsPlaceAndNothingRuns) {
 INSTANTIATE_TEST_SUITE_P(Table, BrokenProgram, testing::ValuesIn(kBroken));
 
 TEST(ProgramFaults, ProgramsAtTheEdgesOfTheLanguageAreAccepted) {
-    // Comments after lines, CR LF ends, tabs, the largest literals, a character literal,
-    // a function macro dropped as a statement, and case-sensitive names beside keywords.
+    // Comments after lines, CR LF ends, tabs and C's other blanks, the largest literals, a
+    // character literal, a function macro dropped as a statement, and case-sensitive names beside
+    // keywords.
     const auto run = run_program(
         "int Repeat = 65535  # the largest literal\r\n"
         "\tbyte c = '\\''\r\n"
         "int h = 0xFFFF + 0b1111111111111111\n"
-        "int k = 0X7f + 0B11\n"
+        "int k =\f0X7f +\v0B11\n"
         "ReadLdr()\n"
         "if Repeat == -1 && h == -2\n"
         "else if 1\n"

@@ -121,6 +121,12 @@ TEST(PanelTimers, TicksComeInTimeOrderAndRestartWithTheirInterval) {
                   static_cast<std::int64_t>(s.ticks.size()));
         EXPECT_EQ(log.ticks, s.ticks) << "advance " << s.advance;
     }
+    // The same interval again restarts the period but is no change of the element.
+    const std::uint64_t seen = p.revision();
+    p.set_interval(t1, 0);
+    EXPECT_EQ(p.revision(), seen);
+    p.set_interval(t1, 5);
+    EXPECT_GT(p.revision(), seen);
     EXPECT_THROW(p.set_interval(t0, 65536), vb::BasicError);
     EXPECT_THROW(p.set_interval(t0, -1), vb::BasicError);
     EXPECT_THROW(p.tick(2), vb::BasicError);
@@ -212,6 +218,17 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
               kestrone::basic_error_status(vb::kControlArrayElementMissing));
     EXPECT_EQ(inspect->GetProperty("WheelLine", &one, "Caption", &v), kestrone::DISP_E_UNKNOWNNAME);
     EXPECT_EQ(inspect->GetProperty("Nothing", nullptr, "Top", &v), kestrone::DISP_E_UNKNOWNNAME);
+    // The panel's own: its size in twips, and in its own scale, pixels.
+    for (const auto& [property, value] : {std::pair{"Width", Variant::single(5160)},
+                                          {"Height", Variant::single(4230)},
+                                          {"ScaleWidth", Variant::single(344)},
+                                          {"ScaleHeight", Variant::single(282)},
+                                          {"ScaleMode", Variant::integer(3)}}) {
+        EXPECT_EQ(inspect->GetProperty("UserControl", nullptr, property, &v), S_OK) << property;
+        EXPECT_EQ(v, value) << property;
+    }
+    EXPECT_EQ(inspect->GetProperty("UserControl", nullptr, "Scale", &v),
+              kestrone::DISP_E_UNKNOWNNAME);
     EXPECT_EQ(inspect->GetProperty("Nothing", &one, "Top", &v), kestrone::DISP_E_UNKNOWNNAME);
     struct Put {
         const char* element;
