@@ -123,6 +123,14 @@ TEST(PanelLayout, EveryElementStandsWhereTheLayoutPutsIt) {
     const std::set<std::string> hidden{"imageUp", "imageDown", "imageLedOn"};
     const std::set<std::string> centred{"lblADCVal", "lblSpeed", "lblSpeedVal"};
     const std::set<std::string> bordered{"imageStopped", "imageUp", "imageDown", "lblSpeedVal"};
+    // Colours as the runtime writes them: 0x00BBGGRR, or 0x80000000 + a system colour's number.
+    constexpr std::uint32_t kFace = 0x8000000F, kButtonText = 0x80000012;
+    constexpr std::pair<std::uint32_t, std::uint32_t> kWindow{0x80000008, 0x80000005};
+    const std::map<std::string, std::pair<std::uint32_t, std::uint32_t>> colours{
+        {"lblADCVal", {0x0000FF00, kFace}}, {"Shape1", {0x00008080, kFace}},
+        {"lblSpeedVal", kWindow},           {"chkSwitchLeft", kWindow},
+        {"chkSwitchRight", kWindow},        {"chkLineLeft", kWindow},
+        {"chkLineRight", kWindow}};
     std::map<int, int> in_front;  // by container: the elements met so far
     for (const Place& at : places) {
         SCOPED_TRACE(at.name + "(" + std::to_string(at.index) + ")");
@@ -146,6 +154,10 @@ TEST(PanelLayout, EveryElementStandsWhereTheLayoutPutsIt) {
         EXPECT_EQ(e.stretch, at.name == "imSlideBase" && at.index == 3);
         EXPECT_EQ(e.alignment, centred.count(at.name) ? 2 : 0);
         EXPECT_EQ(e.border_style, bordered.count(at.name) ? 1 : 0);
+        EXPECT_EQ(e.back_transparent, at.name == "lblADCVal" || at.name == "Shape1");
+        const auto colour = colours.find(at.name);
+        EXPECT_EQ(std::pair(e.fore_colour, e.back_colour),
+                  colour == colours.end() ? std::pair(kButtonText, kFace) : colour->second);
     }
 }
 

@@ -112,6 +112,7 @@ TEST(PanelTimers, TicksComeInTimeOrderAndRestartWithTheirInterval) {
         {30, -1, 0, {}},              // advance 0 delivers nothing
         {0, 7, 20, {1, 1}},           // 0 stops timer 0; timer 1 restarts at 310
         {65535, 0, 65535, {0}},
+        {0, 1, 3, {1, 1, 1}},  // the shortest interval
     };
     for (const Step& s : steps) {
         if (s.interval0 >= 0) p.set_interval(t0, s.interval0);
@@ -123,7 +124,7 @@ TEST(PanelTimers, TicksComeInTimeOrderAndRestartWithTheirInterval) {
     }
     // The same interval again restarts the period but is no change of the element.
     const std::uint64_t seen = p.revision();
-    p.set_interval(t1, 0);
+    p.set_interval(t1, 1);
     EXPECT_EQ(p.revision(), seen);
     p.set_interval(t1, 5);
     EXPECT_GT(p.revision(), seen);

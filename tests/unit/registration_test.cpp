@@ -1,8 +1,11 @@
 // Self-registration: the record in the host's component folder.
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+
+#include <sys/resource.h>
 
 #include "host/registration.h"
 #include "support/temp_dir.h"
@@ -53,14 +56,14 @@ TEST(Registration, WritesTheRecordAndRemovesOnlyItsOwn) {
     DataHome env(dir.path().c_str(), "/nonexistent");
     const std::string folder = dir.path() + "/kestrone/components";
     const std::string file = rovanta::registration_file(folder);
-    const std::string module = "/opt/odd \"dir\"\\\n/KT5_Rovanta.so";
+    const std::string module = "/opt/odd \"dir\"\\\nB/KT5_Rovanta.so";
 
     ASSERT_EQ(rovanta::register_component(module), kestrone::S_OK);
     const std::string record = testing_support::read_file(file);
     EXPECT_NE(record.find("\"name\": \"Rovanta\""), std::string::npos) << record;
     EXPECT_NE(record.find("\"class\": \"{5B1E7A30-2C4D-4E8F-9A61-0D527C13A401}\""),
               std::string::npos);
-    EXPECT_NE(record.find(R"("module": "/opt/odd \"dir\"\\\u000a/KT5_Rovanta.so")"),
+    EXPECT_NE(record.find(R"("module": "/opt/odd \"dir\"\\\u000aB/KT5_Rovanta.so")"),
               std::string::npos)
         << record;
     EXPECT_NE(record.find("\"version\": \"5.0.3\""), std::string::npos);
@@ -82,6 +85,22 @@ TEST(Registration, FailsWithAStatusWhenTheFolderCannotBeMade) {
     EXPECT_EQ(rovanta::register_component("/x/KT5_Rovanta.so"), kestrone::SELFREG_E_CLASS);
     EXPECT_EQ(testing_support::read_file(blocker), "a file where a folder should be");
     EXPECT_EQ(rovanta::register_component(""), kestrone::SELFREG_E_CLASS);
+}
+
+// On a disk that takes only a few bytes more, the record is refused whole: no part of it stays.
+TEST(Registration, AFullDiskLeavesNoPartOfARecord) {
+    testing_support::TempDir dir;
+    DataHome env(dir.path().c_str(), "/nonexistent");
+    const std::string folder = dir.path() + "/kestrone/components";
+    const auto register_on_a_full_disk = [&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit few{16, 16};
+        ::setrlimit(RLIMIT_FSIZE, &few);
+        const bool refused =
+            rovanta::register_component("/x/KT5_Rovanta.so") == kestrone::SELFREG_E_CLASS;
+        std::_Exit(refused && std::filesystem::is_empty(folder) ? 0 : 1);
+    };
+    EXPECT_EXIT(register_on_a_full_disk(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
