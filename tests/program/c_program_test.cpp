@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <sstream>
+
 #include "c_program.h"
 #include "program_support.h"
 #include "support/temp_dir.h"
@@ -44,6 +47,20 @@ kflow::ComponentCode printing_component(const kflow::Program& p) {
     return code;
 }
 
+// The program's part of main, from its name on: each line four spaces in for each brace that
+// holds it.
+void expect_indented_by_braces(const std::string& c, const std::string& name) {
+    std::istringstream lines(c.substr(c.find("\n    /* " + name + " */\n") + 1));
+    long depth = 1;
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t text = line.find_first_not_of(' ');
+        if (text == std::string::npos) continue;
+        EXPECT_EQ(text, 4 * static_cast<std::size_t>(depth - (line[text] == '}'))) << line;
+        depth +=
+            std::count(line.begin(), line.end(), '{') - std::count(line.begin(), line.end(), '}');
+    }
+}
+
 // The calls of a program, once through the interpreter and once through its C.
 void expect_same_calls(const std::string& source) {
     auto interpreted = program_testing::run_program(source);
@@ -58,6 +75,7 @@ void expect_same_calls(const std::string& source) {
 
     const kflow::Program& p = *interpreted->checked.program;
     const std::string c = kflow::write_c_program(p, printing_component(p), "same.kflow");
+    expect_indented_by_braces(c, "same.kflow");
     testing_support::TempDir dir;
     const std::string file = dir.write("same.c", for_host_compiler(c));
     // Plain char is unsigned on the robot's compiler.
