@@ -277,4 +277,21 @@ TEST(Inputs, ToneGoesToTheServiceAsPassed) {
     EXPECT_EQ(robot.services.tones, (std::vector<T>{{440, 500}, {10, 5}, {-30, 32767}}));
 }
 
+// Raised by name, a handler takes its event's arguments and no more.
+TEST(PanelEvents, EachHandlerTakesItsEventsArgumentsAndNoMore) {
+    const std::pair<const char*, std::size_t> handlers[] = {
+        {"frameADC_MouseDown", 5},   {"frameADC_MouseMove", 5},    {"imSlideBar_MouseDown", 5},
+        {"imSlideBar_MouseMove", 5}, {"imSlideBase_MouseDown", 5}, {"imSlideBase_MouseMove", 5},
+        {"updownADC_Change", 1},     {"Timer1_Timer", 1},          {"chkSwitchLeft_Click", 0},
+        {"chkSwitchRight_Click", 0}, {"chkLineLeft_Click", 0},     {"chkLineRight_Click", 0},
+        {"UserControl_Resize", 0},   {"UserControl_Paint", 0}};
+    SimRobot robot;
+    for (const auto& [name, count] : handlers) {
+        std::vector<Variant> args(count + 1, Variant::integer(0));
+        EXPECT_EQ(robot.r().simulation.RaiseEvent(name, args),
+                  rovanta::Simulation::EventLookup::BadCount)
+            << name;
+    }
+}
+
 }  // namespace

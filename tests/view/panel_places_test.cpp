@@ -126,4 +126,32 @@ TEST(PanelPlaces, SpeedCaptionsInAWhiteBorderedBox) {
     }
 }
 
+// Each arrow points away from the other (towards Max above), in the middle of its half of the box.
+TEST(PanelPlaces, ArrowsPointApartInTheMiddleOfTheirHalves) {
+    ViewRobot robot;
+    const QImage image = robot.render();
+    for (int sensor = 0; sensor < 5; ++sensor) {
+        SCOPED_TRACE(sensor);
+        const QRect box = robot.box("updownADC", sensor);
+        const std::uint32_t fore = rgb(robot.look("updownADC", sensor).fore);
+        const int mid = box.top() + box.height() / 2;
+        for (const bool upper : {true, false}) {
+            const QRect half = upper ? QRect(box.left(), box.top(), box.width(), mid - box.top())
+                                     : QRect(QPoint(box.left(), mid), box.bottomRight());
+            std::vector<int> rows;  // the ink of each row that has some, top to bottom
+            int first = -1, last = -1;
+            for (int y = half.top(); y <= half.bottom(); ++y)
+                if (const int ink =
+                        count_colour(image, QRect(half.left(), y, half.width(), 1), fore)) {
+                    rows.push_back(ink);
+                    first = first < 0 ? y : first;
+                    last = y;
+                }
+            ASSERT_GE(rows.size(), 2u);
+            EXPECT_EQ(rows.front() < rows.back(), upper);
+            EXPECT_LE(std::abs((first - half.top()) - (half.bottom() - last)), 1);
+        }
+    }
+}
+
 }  // namespace
