@@ -187,6 +187,23 @@ TEST(PanelTimers, TheClockEndsRatherThanWraps) {
     EXPECT_FALSE(p.next_tick(&due, &timer));
 }
 
+// The elements changed after a moment of the counter, and only those: the first element too.
+TEST(PanelChanges, AreListedSinceAMomentOfTheCounter) {
+    panel::Panel p;
+    const std::uint64_t start = p.revision();
+    std::vector<std::int32_t> ids{7};
+    p.changed_since(start, ids);
+    EXPECT_TRUE(ids.empty());
+    p.set_visible(0, false);
+    p.set_caption(p.ids().lblADCVal[3], "7");
+    const std::uint64_t middle = p.revision();
+    p.set_left(p.ids().WheelLine[21], 3);
+    p.changed_since(start, ids);
+    EXPECT_EQ(ids, (std::vector<std::int32_t>{0, p.ids().lblADCVal[3], p.ids().WheelLine[21]}));
+    p.changed_since(middle, ids);
+    EXPECT_EQ(ids, std::vector<std::int32_t>{p.ids().WheelLine[21]});
+}
+
 TEST(PanelSize, AnySizeComesBackToTheRightMotorsCorner) {
     SimRobot robot;
     kestrone::IKestronePanel* view = &robot.view();

@@ -159,11 +159,11 @@ TEST(ViewMouse, ThePointerGoesOnInPanelPixelsWithButtonsAndShift) {
     EXPECT_EQ(view.size(), QSize(1032, 846));
     mouse(view, QEvent::MouseButtonPress, {90, 51}, Qt::LeftButton, Qt::LeftButton,
           Qt::ShiftModifier);
-    mouse(view, QEvent::MouseMove, {93, 60}, Qt::NoButton, Qt::LeftButton | Qt::MiddleButton,
+    mouse(view, QEvent::MouseMove, {93, 60}, Qt::NoButton, Qt::RightButton | Qt::MiddleButton,
           Qt::ControlModifier | Qt::AltModifier);
     mouse(view, QEvent::MouseButtonRelease, {99, 63}, Qt::RightButton, Qt::LeftButton);
     const std::vector<PointerCall> want = {{PointerAction::Down, 1, 1, 30, 17},
-                                           {PointerAction::Move, 5, 6, 31, 20},
+                                           {PointerAction::Move, 6, 6, 31, 20},
                                            {PointerAction::Up, 2, 0, 33, 21}};
     EXPECT_EQ(input.calls, want);
 }
