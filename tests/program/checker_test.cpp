@@ -60,6 +60,8 @@ const std::vector<Broken> kBroken = {
     {"DriveStop = 1\n", 1, 1, "only a variable can be set"},
     {"repeat 2\n  int y = 1\nend\n", 2, 3, "declared at the outermost level"},
     {"delay\n", 1, 6, "'delay' needs a time in milliseconds"},
+    {"int 5\n", 1, 5, "'int' needs the name of the new variable"},
+    {"byte\n", 1, 1, "'byte' needs the name of the new variable"},
     {"int x = (1 + 2\n", 1, 15, "a ')' is missing to close the '(' at column 9"},
     {"DriveStop() 5\n", 1, 13, "the number 5 is one word too many"},
     {"5 + 3\n", 1, 1, "the number 5 cannot start a line"},
@@ -107,9 +109,9 @@ TEST_P(BrokenProgram, IsAnsweredWithItsPlaceAndNothingRuns) {
 INSTANTIATE_TEST_SUITE_P(Table, BrokenProgram, testing::ValuesIn(kBroken));
 
 TEST(ProgramFaults, ProgramsAtTheEdgesOfTheLanguageAreAccepted) {
-    // Comments after lines, CR LF ends, tabs and C's other blanks, the largest literals, a
-    // character literal, a function macro dropped as a statement, and case-sensitive names beside
-    // keywords.
+    // Comments after lines, CR LF ends and none after the last, tabs and C's other blanks, the
+    // largest literals, a character literal, a function macro dropped as a statement, and
+    // case-sensitive names beside keywords.
     const auto run = run_program(
         "int Repeat = 65535  # the largest literal\r\n"
         "\tbyte c = '\\''\r\n"
@@ -119,7 +121,7 @@ TEST(ProgramFaults, ProgramsAtTheEdgesOfTheLanguageAreAccepted) {
         "if Repeat == -1 && h == -2\n"
         "else if 1\n"
         "else\n"
-        "end\n");
+        "end");
     ASSERT_TRUE(run->checked.faults.empty()) << run->checked.faults.front().text;
     EXPECT_EQ(run->var("c"), '\'');
     EXPECT_EQ(run->var("k"), 130);

@@ -266,6 +266,9 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
          kestrone::basic_error_status(vb::kInvalidPropertyValue)},
         {"chkLineLeft", nullptr, "Value", Variant::integer(1), S_OK},  // raises Click
         {"updownADC", &one, "Value", Variant::long_(5000), S_OK},      // to the range, then Change
+        {"UserControl", nullptr, "ScaleMode", Variant::integer(1),
+         kestrone::basic_error_status(vb::kPropertyReadOnly)},
+        {"UserControl", nullptr, "Scale", Variant::integer(1), kestrone::DISP_E_UNKNOWNNAME},
     };
     for (const Put& p : puts)
         EXPECT_EQ(inspect->PutProperty(p.element, p.index, p.property, p.value), p.status)
