@@ -179,8 +179,9 @@ TEST(VariantConversions, FollowTheRuntimeForEveryKind) {
     EXPECT_EQ(vb::to_string(Variant::boolean(false)), "False");
     EXPECT_EQ(vb::to_string(Variant::integer(-7)), "-7");
     EXPECT_EQ(vb::coerce(Variant::string("5"), kestrone::VarType::Long), Variant::long_(5));
-    // Whole numbers add up in the narrowest kind that holds the sum.
+    // Sums in the narrowest kind that holds them; a Single stays one.
     EXPECT_EQ(vb::var_add(Variant::long_(70000), Variant::integer(-1)), Variant::long_(69999));
+    EXPECT_EQ(vb::var_add(Variant::single(0.5f), Variant::integer(1)), Variant::single(1.5f));
 }
 
 }  // namespace

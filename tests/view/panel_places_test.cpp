@@ -56,6 +56,7 @@ TEST(PanelPlaces, FrameCaptionsSitInTheTopEdgeInTheirColour) {
         // before the text on.
         EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 6), rgb(look.shadow));
         EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 7), rgb(look.light));
+        EXPECT_EQ(rgb_at(image, f.left + 4, f.top + 6), rgb(look.shadow));
         EXPECT_EQ(rgb_at(image, f.left + 5, f.top + 6), rgb(look.back));
         // The etching round the bottom: shadow, then light on the frame's last row.
         const QRect box = robot.box(f.name, f.index);
