@@ -41,7 +41,7 @@ BENCHMARK(SimMacroCall9ThroughModule);
 void SimSetMotorsOnCore(benchmark::State& state) {
     platform::Services services;
     rovanta::Rovanta core(platform::ModuleFacts::for_path(KESTRONE_MODULE), services);
-    core.KestroneVersion(0x501);
+    core.KestroneVersion(kestrone::kHostVersion);
     const Variant params = set_motors_params();
     Variant affected;
     std::int32_t slot = 0;

@@ -24,7 +24,7 @@ inline kestrone::ComPtr<rovanta::RovantaObject> make_robot(const std::string& fo
     rovanta::RovantaObject::create(platform::ModuleFacts::for_path(folder + "/" + name + ".so"),
                                    nullptr, &raw);
     auto robot = kestrone::ComPtr<rovanta::RovantaObject>::attach(raw);
-    if (robot && ready) robot->put_KestroneVersion(0x501);
+    if (robot && ready) robot->put_KestroneVersion(kestrone::kHostVersion);
     return robot;
 }
 

@@ -153,6 +153,9 @@ class Panel {
     // thread held nothing is raised: each due time moves on past `end` in whole periods, and a
     // timer that was due keeps one tick. The number of ticks raised.
     std::int64_t advance_to(std::int64_t end, bool held);
+    // With the thread free: the first tick kept through a hold, else the earliest due by `end`
+    // (the clock brought to it), raised alone. False, and nothing moves, when there is none.
+    bool raise_next(std::int64_t end, std::int64_t* at, int* timer);
     // A tick asked for while the thread is held waits, one a timer, for the thread to be free.
     void keep_tick(int timer);
     // The lowest timer with a tick kept; -1 for none.

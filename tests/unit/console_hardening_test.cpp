@@ -6,8 +6,9 @@
 
 #include <sstream>
 
-#include "console_session.h"
+#include "console.h"
 #include "kestrone/memory_store.h"
+#include "panel_commands.h"
 #include "value_limits.h"
 #include "value_syntax.h"
 
@@ -58,7 +59,7 @@ TEST(ValueNesting, StopsAtTheLimitInsteadOfTheStack) {
 
 struct Console {
     std::ostringstream out;
-    console::ConsoleSession session{out};
+    console::Console session{out};
     std::string answer(const std::string& line) {
         out.str("");
         session.execute(line);
@@ -93,10 +94,10 @@ TEST(ConsoleAnswers, KeyTextIsABareWordOnlyWhenItReadsBackAsOne) {
 }
 
 TEST(ConsoleAnswers, TickCountsBeyond32BitsKeepTheirValue) {
-    EXPECT_EQ(console::tick_count(2147483647), Variant::long_(2147483647));
-    EXPECT_EQ(console::tick_count(0), Variant::long_(0));
-    EXPECT_EQ(console::tick_count(2147483648LL + 2147483650LL), Variant::double_(4294967298.0));
-    EXPECT_EQ(console::format_value(console::tick_count(2147483649LL)), "2147483649#");
+    EXPECT_EQ(commands::tick_count(2147483647), Variant::long_(2147483647));
+    EXPECT_EQ(commands::tick_count(0), Variant::long_(0));
+    EXPECT_EQ(commands::tick_count(2147483648LL + 2147483650LL), Variant::double_(4294967298.0));
+    EXPECT_EQ(console::format_value(commands::tick_count(2147483649LL)), "2147483649#");
 }
 
 TEST(ConsoleAnswers, ProgressSaysHowFarWithoutOverflow) {

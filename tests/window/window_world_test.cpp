@@ -93,7 +93,7 @@ TEST_F(WindowWorldTest, AProgramRunInTheWindowDrivesTheRobotAndAResetBringsItBac
     EXPECT_GT(pose().x, 300);
     EXPECT_GT(world().trail().size(), 40u);
     elapse(15000, 25);
-    EXPECT_EQ(window_->session().program_state(), kflow::RunState::Finished);
+    EXPECT_EQ(window_->stage().program().state(), kflow::RunState::Finished);
     EXPECT_TRUE(world().arena().zone("finish")->contains(world().pose().centre));
     window_->reset_robot();
     EXPECT_EQ(world().trail().size(), 1u);
@@ -111,7 +111,7 @@ TEST(WindowWorldStartTest, OpensWithTheArenaAndRunsTheProgram) {
     window::MainWindow window(options, [] { return std::int64_t{5'000'000}; });
     ASSERT_TRUE(window.start());
     EXPECT_TRUE(window.world().loaded());
-    EXPECT_EQ(window.session().program_state(), kflow::RunState::Running);
+    EXPECT_EQ(window.stage().program().state(), kflow::RunState::Running);
     EXPECT_LT(window.session().now(), 100);
     EXPECT_EQ(window.exit_status(), 0);
 }

@@ -5,10 +5,11 @@
 #include <sstream>
 
 #include "c_program.h"
+#include "component_module.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/store.h"
 #include "macro_table.h"
-#include "module_host.h"
+#include "object_recipe.h"
 #include "pic_compiler.h"
 #include "program.h"
 #include "user_file.h"
@@ -18,9 +19,6 @@ namespace kflow {
 using kestrone::ComPtr;
 
 namespace {
-
-// The host's version as it tells the component: 5.1.
-constexpr std::int32_t kHostVersion = 0x501;
 
 // Messages of the component go to the error stream: there is nobody to click OK.
 class NoteServices : public kestrone::IHostServices {
@@ -49,52 +47,34 @@ std::string beside(const std::string& program, const char* extension) {
     return (has_extension ? program.substr(0, dot) : program) + extension;
 }
 
-// The settings of a project file, read into the object as a host loads a project.
-bool apply_project(const CodeOptions& o, const ProjectReader& read_project,
-                   const ComPtr<kestrone::IUnknown>& object, std::ostream& err) {
-    std::vector<kestrone::MemoryStore::Entry> entries;
-    std::string error;
-    if (!read_project || !read_project(o.project, entries, error)) {
-        err << "kestrone-host: " << (error.empty() ? "cannot read " + o.project : error) << "\n";
-        return false;
-    }
-    kestrone::MemoryStore store;
-    store.assign(std::move(entries));
-    auto persist = object.query<kestrone::IKestronePersist>(kestrone::IID_IKestronePersist);
-    const kestrone::HRESULT hr =
-        persist ? persist->ReadProperties(&store) : kestrone::E_NOINTERFACE;
-    if (kestrone::failed(hr)) {
-        err << "kestrone-host: the component could not take the settings of " << o.project << " ("
-            << status_words(hr) << ")\n";
-        return false;
-    }
-    return true;
-}
-
 // The object made and told what a host tells it before it asks for code: the project's
 // settings, the host's version (which builds the macro table) and the target's facts.
 ComPtr<kestrone::IKestroneComponentV5> ready_component(
-    const CodeOptions& o, const ProjectReader& read_project, const host::ModuleHost& module,
+    const CodeOptions& o, const ProjectReader& read_project, const host::ComponentModule& module,
     kestrone::IHostServices& services, ComPtr<kestrone::IUnknown>& object, std::ostream& err) {
-    const kestrone::HRESULT made = module.create(&services, object);
-    auto component =
-        object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
-    if (!component) {
-        err << "kestrone-host: the component object could not be made"
-            << (kestrone::failed(made) ? " (" + status_words(made) + ")"
-                                       : std::string(": it offers no host interface"))
-            << "\n";
+    std::vector<kestrone::MemoryStore::Entry> entries;
+    host::ObjectRecipe recipe;
+    if (!o.project.empty()) {
+        std::string error;
+        if (!read_project || !read_project(o.project, entries, error)) {
+            err << "kestrone-host: " << (error.empty() ? "cannot read " + o.project : error)
+                << "\n";
+            return {};
+        }
+        recipe.settings = &entries;
+        recipe.settings_from = o.project;
+        recipe.project_file = o.project;
+    }
+    const TargetChip chip;
+    recipe.clock_hz = static_cast<std::int32_t>(chip.clock_hz);
+    recipe.controller = chip.name;
+    host::ReadyObject made = host::make_ready_object(module, services, recipe);
+    if (!made.object) {
+        err << "kestrone-host: " << made.why << " (" << status_words(made.status) << ")\n";
         return {};
     }
-    if (!o.project.empty()) {
-        if (!apply_project(o, read_project, object, err)) return {};
-        component->put_KtxFilename(o.project);
-    }
-    component->put_KestroneVersion(kHostVersion);
-    const TargetChip chip;
-    component->put_ClockSpeed(static_cast<std::int32_t>(chip.clock_hz));
-    component->put_TargetController(chip.name);
-    return component;
+    object = made.object;
+    return object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
 }
 
 // The C to its place, and on to the chip's compiler when asked.
@@ -139,7 +119,7 @@ int run_code_command(const CodeOptions& o, const ProjectReader& read_project, st
         return kCannotBuild;
     }
     std::string error;
-    const auto module = host::ModuleHost::load(o.module, error);
+    const auto module = host::ComponentModule::open(o.module, error);
     if (!module) {
         err << "kestrone-host: " << error << "\n";
         return kCannotBuild;

@@ -10,6 +10,16 @@ std::string at_line(const Interpreter& program, const std::string& text) {
 }
 }  // namespace
 
+std::string out_of_time_text(const Interpreter& program, std::int64_t clock_ms) {
+    return at_line(program, "the program was stopped after " + std::to_string(clock_ms) +
+                                " ms at this line: does it run forever?");
+}
+
+std::string out_of_steps_text(const Interpreter& program) {
+    return at_line(program, "the program was stopped after " + std::to_string(program.steps()) +
+                                " steps at this line: does a loop run on and on?");
+}
+
 RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limits) {
     RunOutcome out;
     if (kestrone::failed(program.start())) {
@@ -25,9 +35,7 @@ RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limit
                 if (out.elapsed_ms + p.delay_ms > limits.clock_ms) {
                     clock.wait(static_cast<std::uint16_t>(limits.clock_ms - out.elapsed_ms));
                     out.elapsed_ms = limits.clock_ms;
-                    program.stop(at_line(program, "the program was stopped after " +
-                                                      std::to_string(limits.clock_ms) +
-                                                      " ms at this line: does it run forever?"));
+                    program.stop(out_of_time_text(program, limits.clock_ms));
                     out.end = RunOutcome::End::OutOfTime;
                     break;
                 }
@@ -35,10 +43,7 @@ RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limit
                 out.elapsed_ms += p.delay_ms;
                 continue;
             case Pause::Why::Slice:
-                program.stop(at_line(program, "the program was stopped after " +
-                                                  std::to_string(program.steps()) +
-                                                  " steps at this line: does a loop run on and "
-                                                  "on?"));
+                program.stop(out_of_steps_text(program));
                 out.end = RunOutcome::End::OutOfSteps;
                 break;
             case Pause::Why::Finished:

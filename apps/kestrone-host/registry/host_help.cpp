@@ -6,61 +6,12 @@
 
 #include <cstdlib>
 #include <ostream>
-#include <string_view>
 
 extern char** environ;
 
 namespace host {
 
 namespace {
-
-struct CommandText {
-    std::string_view name;
-    std::string_view text;
-};
-
-constexpr CommandText kCommands[] = {
-    {"console",
-     "kestrone-host console [--module PATH | --component NAME] [--store FILE]\n\n"
-     "Creates one robot and drives it line by line: every command on standard input is answered\n"
-     "with notice lines and one final line (ok, ok VALUE, error N TEXT or fail TEXT). On a\n"
-     "terminal it shows a prompt, edits lines and keeps a history; 'help' lists the commands,\n"
-     "'help NAME' an operation's parameters; Ctrl-C stops a long advance or run. Piped input is\n"
-     "answered without prompt or progress. The exit status is 1 after a failed 'expect' or when\n"
-     "the project file can't be opened, 2 when the module can't be loaded.\n\n"
-     "  --store FILE   a project file whose store the console starts with\n\n"
-     "Example: kestrone-host console < examples/square.console\n"},
-    {"window",
-     "kestrone-host window [--module PATH | --component NAME]\n\n"
-     "The panel in a window, with Start and Stop, the property page, projects and programs.\n\n"
-     "  --world FILE   an arena beside the panel, for the robot to drive in\n"
-     "  --run FILE     a robot program, opened and run at once\n"},
-    {"info",
-     "kestrone-host info [--module PATH | --component NAME]\n\n"
-     "Loads the module and reports what a host sees: its description, version and code file, its\n"
-     "macros and pins, and a simulated second. Exits with 1 when the object can't be made or its\n"
-     "code file is missing or unreadable, 2 when the module can't be loaded.\n"},
-    {"code",
-     "kestrone-host code PROGRAM.kflow [-o FILE] [--project FILE] [--hex] [--module PATH]\n\n"
-     "The whole C program of a robot program for the robot's chip.\n\n"
-     "  -o FILE          the C file to write (default: standard output)\n"
-     "  --project FILE   the project file whose settings the component takes\n"
-     "  --hex            also compile the C with the PIC compiler; the .hex goes beside the C\n"},
-    {"components",
-     "kestrone-host components\n\n"
-     "Lists the components registered with this host, and whether each module is still there.\n"},
-    {"register",
-     "kestrone-host register [--module PATH]\n\n"
-     "Runs the module's own registration: it leaves a record in the host's component folder\n"
-     "($XDG_DATA_HOME/kestrone/components). A failure names the folder and why.\n"},
-    {"unregister",
-     "kestrone-host unregister [--module PATH]\n\n"
-     "Runs the module's own unregistration: its record goes from the component folder.\n"},
-    {"help",
-     "kestrone-host help [--module PATH]\n\n"
-     "Opens the robot's help pages in the browser (xdg-open), or says where they are when there\n"
-     "is no display. The same pages are compiled into help/KT5_Rovanta.chm beside the module.\n"},
-};
 
 bool has_display() {
     const char* x = std::getenv("DISPLAY");
@@ -104,12 +55,6 @@ int open_help(const std::string& module_path, std::ostream& out, std::ostream& e
     }
     out << "the help is at " << index << "\n";
     return 0;
-}
-
-std::string command_help(const std::string& command) {
-    for (const CommandText& c : kCommands)
-        if (c.name == command) return std::string(c.text);
-    return {};
 }
 
 }  // namespace host

@@ -1,5 +1,4 @@
-// `kestrone-host help`: the component's help pages as HTML, opened in the user's browser, and a
-// description of each subcommand for `kestrone-host COMMAND --help`.
+// `kestrone-host help`: the component's help pages as HTML, opened in the user's browser.
 #pragma once
 
 #include <iosfwd>
@@ -14,8 +13,5 @@ std::string help_pages(const std::string& module_path);
 // Opens the pages with xdg-open where a display is; else, or when that fails, says where they
 // are. 0, or 1 when there are no pages.
 int open_help(const std::string& module_path, std::ostream& out, std::ostream& err);
-
-// What COMMAND does, its options and an example; empty for an unknown command.
-std::string command_help(const std::string& command);
 
 }  // namespace host

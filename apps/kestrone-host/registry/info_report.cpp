@@ -17,6 +17,7 @@
 #include "kestrone/field_access.h"
 #include "kestrone/panel.h"
 #include "kestrone/property_page.h"
+#include "object_recipe.h"
 #include "value_syntax.h"
 
 namespace host {
@@ -191,7 +192,7 @@ void write_pins(kestrone::IKestroneComponentV5& c, std::ostream& out) {
         out << "  ... and " << n - listed << " more, not listed: no component has so many\n";
 }
 
-int write_info(const ModuleHost& module, std::ostream& out) {
+int write_info(const ComponentModule& module, std::ostream& out) {
     CollectingServices services;
     ComPtr<kestrone::IUnknown> object;
     HRESULT hr = module.create(&services, object);
@@ -219,7 +220,7 @@ int write_info(const ModuleHost& module, std::ostream& out) {
 
     // The host tells its version first: that builds the macro table.
     services.messages.clear();
-    c->put_KestroneVersion(0x501);
+    ready_object(*object.get(), {});
     for (const std::string& m : services.messages)
         out << "Message while loading macros: " << console::quote(m) << "\n";
     Variant names;

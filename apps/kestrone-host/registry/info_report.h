@@ -4,13 +4,13 @@
 #include <cstddef>
 #include <iosfwd>
 
+#include "component_module.h"
 #include "kestrone/component_v5.h"
-#include "module_host.h"
 
 namespace host {
 
 // Writes the report; returns the process exit code.
-int write_info(const ModuleHost& module, std::ostream& out);
+int write_info(const ComponentModule& module, std::ostream& out);
 
 // A list of macros or pins longer than this is a module's fault: the rest is counted, not listed.
 inline constexpr std::size_t kMostListed = 1000;

@@ -1,5 +1,5 @@
-// A stand-in for the window, driving the host session as a window does: its timer brings the
-// clock to real time in uneven steps, its message box stays open while its event loop runs on
+// A stand-in for the window, driving the stage as a window does: its timer brings the clock to
+// real time in uneven steps, its message box stays open while its event loop runs on
 // (time passes, the user clicks at the panel behind it), its tone lasts as long as it sounds, and
 // its project files are kept in memory.
 #pragma once
@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "component_session.h"
+#include "stage.h"
 #include "support/session_reads.h"
 
-namespace session_testing {
+namespace stage_testing {
 
 class WindowServices : public kestrone::IHostServices {
   public:
@@ -39,7 +39,7 @@ class WindowDouble {
   public:
     WindowDouble();
 
-    // The window's timer fires `gap` milliseconds of real time after the last: the session's
+    // The window's timer fires `gap` milliseconds of real time after the last: the stage's
     // clock is brought there. The ticks raised.
     std::int64_t elapse(std::int64_t gap);
     std::int64_t real_now() const { return real_now_; }
@@ -62,7 +62,8 @@ class WindowDouble {
 
     WindowServices services;
     MemoryFiles files;
-    host::ComponentSession session{services, files.codec()};
+    stage::Stage stage{services, files.codec()};
+    host::ComponentSession& session = stage.session();
 
   private:
     std::int64_t real_now_ = 0;
@@ -71,4 +72,4 @@ class WindowDouble {
 // The path of a file of examples/.
 std::string example_path(const std::string& name);
 
-}  // namespace session_testing
+}  // namespace stage_testing

@@ -1,6 +1,6 @@
-// The host session driven as a window drives it, against the real module: its clock across
-// objects, a message box and a tone that last while the event loop runs on, and the project's
-// unsaved changes.
+// The stage driven as a window drives it, against the real module: its clock across objects, a
+// message box and a tone that last while the event loop runs on, and the project's unsaved
+// changes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,9 +10,8 @@ namespace {
 
 using kestrone::HRESULT;
 using kestrone::Variant;
-using kflow::Pause;
-using session_testing::example_path;
-using session_testing::WindowDouble;
+using stage_testing::example_path;
+using stage_testing::WindowDouble;
 
 TEST(WindowClock, ANewObjectCarriesTheSessionsTimeOn) {
     WindowDouble w;
@@ -25,11 +24,11 @@ TEST(WindowClock, ANewObjectCarriesTheSessionsTimeOn) {
     EXPECT_EQ(w.session.now(), 1050);
     EXPECT_EQ(w.session.release_object(), kestrone::S_OK);
     EXPECT_EQ(w.session.now(), 1050);
-    EXPECT_EQ(w.session.advance(10), host::kNoObject);
+    EXPECT_EQ(w.stage.advance(10), host::kNoObject);
     // A clock brought back does not move.
     ASSERT_EQ(w.session.create_object(), kestrone::S_OK);
     std::int64_t back = -1;
-    EXPECT_EQ(w.session.advance_to(500, &back), kestrone::S_OK);
+    EXPECT_EQ(w.stage.bring_to(500, &back), kestrone::S_OK);
     EXPECT_EQ(back, 0);
     EXPECT_EQ(w.session.now(), 1050);
 }
@@ -104,35 +103,35 @@ TEST(WindowProject, SavedAndReopenedWithItsUnsavedChanges) {
 }
 
 // The user presses Stop while the first corner's tone sounds: the program stops as soon as the
-// step that plays it has returned, and a drive from inside the tone runs nothing.
+// step that plays it has returned, and the clock brought on from inside the tone runs no step.
 TEST(WindowProgram, AStopDuringATonesStepTakesEffectWhenTheStepReturns) {
     WindowDouble w;
     std::string error;
-    ASSERT_TRUE(w.session.load_program(example_path("square.kflow"), &error)) << error;
-    ASSERT_EQ(w.session.start_program(), kestrone::S_OK);
-    Pause inner{Pause::Why::Finished};
+    ASSERT_TRUE(w.stage.load_program(example_path("square.kflow"), &error)) << error;
+    w.stage.set_slice_steps(50);
+    ASSERT_EQ(w.stage.start_program(), kestrone::S_OK);
     int line_in_tone = 0;
+    std::uint64_t steps_in_tone = 1;
+    bool loaded_in_tone = true;
     w.services.while_tone = [&](std::int32_t ms) {
+        const std::uint64_t before = w.stage.program().steps();
         w.elapse(ms);
-        line_in_tone = w.session.program_line();
-        inner = w.session.drive_program(100);
-        w.session.stop_program("stopped by the user");
-        EXPECT_EQ(w.session.load_program(example_path("square.kflow"), &error), false);
+        steps_in_tone = w.stage.program().steps() - before;
+        line_in_tone = w.stage.program().line();
+        w.stage.program().stop("stopped by the user");
+        loaded_in_tone = w.stage.load_program(example_path("square.kflow"), &error);
     };
-    Pause p;
-    for (int beats = 0; beats < 100 && p.why != Pause::Why::Halted; ++beats) {
+    for (int beats = 0; beats < 100 && w.stage.program().running(); ++beats)
         w.elapse(100);
-        p = w.session.drive_program(50);
-    }
-    EXPECT_EQ(p.why, Pause::Why::Halted);
-    EXPECT_EQ(inner.why, Pause::Why::Slice);
+    EXPECT_EQ(w.stage.program().state(), kflow::RunState::Halted);
+    EXPECT_EQ(steps_in_tone, 0u);
+    EXPECT_FALSE(loaded_in_tone);
     EXPECT_EQ(line_in_tone, 9);
-    EXPECT_EQ(w.session.program_line(), 9);
-    EXPECT_EQ(w.session.program_message(), "stopped by the user");
+    EXPECT_EQ(w.stage.program().line(), 9);
+    EXPECT_EQ(w.stage.program().message(), "stopped by the user");
     EXPECT_EQ(w.services.tones.size(), 1u);
-    EXPECT_EQ(w.session.variable("side"), 0);
+    EXPECT_EQ(w.stage.program().variable("side"), 0);
     EXPECT_EQ(w.field("bSimulating"), 0);
-    EXPECT_EQ(w.session.drive_program(50).why, Pause::Why::Halted);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The window's clock: ticks at the asked interval in phase, held while a message box is up with
-// one tick a timer kept for after, and a program driven against the same clock.
+// The window's real-time clock: ticks at the asked interval in phase, held while a message box is
+// up with one tick a timer kept for after, and a program driven against the same clock.
 #include <QMessageBox>
 #include <set>
 
@@ -16,7 +16,7 @@ Variant speeds(std::int16_t lh, std::int16_t ll, std::int16_t rh, std::int16_t r
         {Variant::integer(lh), Variant::integer(ll), Variant::integer(rh), Variant::integer(rl)});
 }
 
-class ClockDriverTest : public WindowTest {
+class RealTimeClockTest : public WindowTest {
   protected:
     // Both motors through SetMotors: the timers' interval follows the speed.
     void set_motors(Variant bytes) {
@@ -26,7 +26,7 @@ class ClockDriverTest : public WindowTest {
     std::int64_t ticks() { return window_->clock().ticks(0) + window_->clock().ticks(1); }
 };
 
-TEST_F(ClockDriverTest, TicksAtTheAskedIntervalWhateverTheTimersGranularity) {
+TEST_F(RealTimeClockTest, TicksAtTheAskedIntervalWhateverTheTimersGranularity) {
     window_->start_simulation();
     // Left at full speed (2 ms), right at -100 (312 ms).
     set_motors(speeds(0, 255, 255, 156));
@@ -46,7 +46,7 @@ TEST_F(ClockDriverTest, TicksAtTheAskedIntervalWhateverTheTimersGranularity) {
     EXPECT_EQ(field("iWheelPhase", 0), 1000 % 11);
 }
 
-TEST_F(ClockDriverTest, TheTimerWakesForTheNextTickOfEitherWheel) {
+TEST_F(RealTimeClockTest, TheTimerWakesForTheNextTickOfEitherWheel) {
     window_->start_simulation();
     set_motors(speeds(0, 255, 255, 156));
     elapse(1);
@@ -61,7 +61,7 @@ TEST_F(ClockDriverTest, TheTimerWakesForTheNextTickOfEitherWheel) {
     EXPECT_LE(window_->clock().next_wake_ms(), 50);
 }
 
-TEST_F(ClockDriverTest, AMessageBoxHoldsTheTicksAndKeepsOneATimerForAfter) {
+TEST_F(RealTimeClockTest, AMessageBoxHoldsTheTicksAndKeepsOneATimerForAfter) {
     window_->start_simulation();
     set_motors(speeds(0, 255, 0, 255));
     elapse(20);
@@ -91,37 +91,36 @@ TEST_F(ClockDriverTest, AMessageBoxHoldsTheTicksAndKeepsOneATimerForAfter) {
     EXPECT_EQ(ticks() - before, 2 + 10);
 }
 
-TEST_F(ClockDriverTest, AProgramRunsAgainstTheClockAndItsPaneFollowsTheRunningLine) {
+TEST_F(RealTimeClockTest, AProgramRunsAgainstTheClockAndItsPaneFollowsTheRunningLine) {
     ASSERT_TRUE(window_->open_program(example("square.kflow")));
     EXPECT_TRUE(window_->program_pane()->code().contains("void main"));
     const std::int64_t started = window_->session().now();
     window_->run_program();
     std::set<int> lines;
-    for (int i = 0; i < 400 && window_->session().program_state() == kflow::RunState::Running;
-         ++i) {
-        EXPECT_EQ(window_->program_pane()->shown_line(), window_->session().program_line());
+    for (int i = 0; i < 400 && window_->stage().program().running(); ++i) {
+        EXPECT_EQ(window_->program_pane()->shown_line(), window_->stage().program().line());
         lines.insert(window_->program_pane()->shown_line());
         elapse(50, 10);
     }
-    EXPECT_EQ(window_->session().program_state(), kflow::RunState::Finished);
+    EXPECT_EQ(window_->stage().program().state(), kflow::RunState::Finished);
     // The console's run of the same program takes 5800 ms on its clock.
     EXPECT_GE(window_->session().now() - started, 5800);
     EXPECT_LT(window_->session().now() - started, 5800 + 50);
-    EXPECT_EQ(window_->session().variable("side"), 4);
+    EXPECT_EQ(window_->stage().program().variable("side"), 4);
     EXPECT_EQ(property("imageLedOn", 3, "Visible"), -1);
     // The program waits on its two delays, and that is where the pane shows it each time.
     EXPECT_TRUE(lines.count(7) && lines.count(11));
-    EXPECT_EQ(window_->program_pane()->shown_line(), window_->session().program_line());
+    EXPECT_EQ(window_->program_pane()->shown_line(), window_->stage().program().line());
     EXPECT_EQ(window_->services().tones_played(), 4);
 }
 
-TEST_F(ClockDriverTest, StopHaltsARunningProgramAndTheSimulation) {
+TEST_F(RealTimeClockTest, StopHaltsARunningProgramAndTheSimulation) {
     ASSERT_TRUE(window_->open_program(example("square.kflow")));
     window_->run_program();
     elapse(500);
-    ASSERT_EQ(window_->session().program_state(), kflow::RunState::Running);
+    ASSERT_EQ(window_->stage().program().state(), kflow::RunState::Running);
     window_->stop_simulation();
-    EXPECT_EQ(window_->session().program_state(), kflow::RunState::Halted);
+    EXPECT_EQ(window_->stage().program().state(), kflow::RunState::Halted);
     EXPECT_EQ(field("bSimulating"), 0);
     EXPECT_TRUE(window_->status_text().contains("Stopped"));
 }

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace session_testing {
+namespace stage_testing {
 
 using kestrone::HRESULT;
 using kestrone::Variant;
@@ -46,7 +46,7 @@ WindowDouble::WindowDouble() {
 std::int64_t WindowDouble::elapse(std::int64_t gap) {
     real_now_ += gap;
     std::int64_t ticks = -1;
-    EXPECT_TRUE(kestrone::succeeded(session.advance_to(real_now_, &ticks)));
+    EXPECT_TRUE(kestrone::succeeded(stage.bring_to(real_now_, &ticks)));
     return ticks;
 }
 
@@ -72,4 +72,4 @@ std::string example_path(const std::string& name) {
     return std::string(KESTRONE_EXAMPLES) + "/" + name;
 }
 
-}  // namespace session_testing
+}  // namespace stage_testing

@@ -14,8 +14,8 @@
 
 namespace {
 
-using session_testing::example_path;
-using session_testing::WindowDouble;
+using stage_testing::example_path;
+using stage_testing::WindowDouble;
 using testing::HasSubstr;
 
 template <class T>
@@ -101,15 +101,15 @@ TEST(LongWork, AnAdvanceInSlicesRaisesTheSameTicksAndStopsWhenAsked) {
         w->set_motors(200, 150);  // the wheels' timers at 112 and 212 ms
     }
     int asked = 0;
-    sliced.session.set_progress_check([&](std::int64_t done, std::int64_t total) {
+    sliced.stage.set_progress_check([&](std::int64_t done, std::int64_t total) {
         ++asked;
         EXPECT_LT(done, total);
         EXPECT_EQ(total, 100000);
         return true;
     });
     std::int64_t a = 0, b = 0;
-    ASSERT_EQ(whole.session.advance(100000, &a), kestrone::S_OK);
-    ASSERT_EQ(sliced.session.advance(100000, &b), kestrone::S_OK);
+    ASSERT_EQ(whole.stage.advance(100000, &a), kestrone::S_OK);
+    ASSERT_EQ(sliced.stage.advance(100000, &b), kestrone::S_OK);
     EXPECT_EQ(a, 100000 / 112 + 100000 / 212);
     EXPECT_EQ(b, a);
     EXPECT_GT(asked, 3);
@@ -119,36 +119,36 @@ TEST(LongWork, AnAdvanceInSlicesRaisesTheSameTicksAndStopsWhenAsked) {
 
     // Stopped after its fourth slice: the clock stands where it got to, the session lives on.
     int slices = 4;
-    sliced.session.set_progress_check([&](std::int64_t, std::int64_t) { return --slices > 0; });
+    sliced.stage.set_progress_check([&](std::int64_t, std::int64_t) { return --slices > 0; });
     const std::int64_t from = sliced.session.now();
     std::int64_t ticks = 0;
-    EXPECT_EQ(sliced.session.advance(1'000'000'000'000, &ticks), host::kInterrupted);
+    EXPECT_EQ(sliced.stage.advance(1'000'000'000'000, &ticks), stage::kInterrupted);
     const std::int64_t moved = sliced.session.now() - from;
     EXPECT_GT(moved, 0);
     EXPECT_LT(moved, 1'000'000'000);
     EXPECT_EQ(ticks, (from + moved) / 112 + (from + moved) / 212 - a);
-    sliced.session.set_progress_check({});
-    EXPECT_EQ(sliced.session.advance(1000, &ticks), kestrone::S_OK);
+    sliced.stage.set_progress_check({});
+    EXPECT_EQ(sliced.stage.advance(1000, &ticks), kestrone::S_OK);
     EXPECT_EQ(sliced.session.now(), from + moved + 1000);
 }
 
 TEST(LongWork, AProgramRunIsHaltedAtItsNextDelay) {
     WindowDouble w;
     std::string error;
-    ASSERT_TRUE(w.session.load_program(example_path("square.kflow"), &error)) << error;
+    ASSERT_TRUE(w.stage.load_program(example_path("square.kflow"), &error)) << error;
     int delays = 0;
-    w.session.set_progress_check([&](std::int64_t done, std::int64_t total) {
+    w.stage.set_progress_check([&](std::int64_t done, std::int64_t total) {
         EXPECT_EQ(total, kflow::RunLimits{}.clock_ms);
         EXPECT_GT(done, 0);
         return ++delays < 2;
     });
-    const kflow::RunOutcome outcome = w.session.run_program();
+    const kflow::RunOutcome outcome = w.stage.run_program();
     EXPECT_EQ(outcome.end, kflow::RunOutcome::End::Halted);
     EXPECT_THAT(outcome.message, HasSubstr("interrupted at line"));
     EXPECT_EQ(w.field("bSimulating"), 0);
     // Without the check it runs to its end.
-    w.session.set_progress_check({});
-    EXPECT_EQ(w.session.run_program().end, kflow::RunOutcome::End::Finished);
+    w.stage.set_progress_check({});
+    EXPECT_EQ(w.stage.run_program().end, kflow::RunOutcome::End::Finished);
 }
 
 }  // namespace
