@@ -168,7 +168,10 @@ void MainWindow::after_action() {
     update_title();
 }
 
+// With a program open, Start runs it, as the host's Start runs the user's program; without one
+// the panel simulates alone.
 void MainWindow::start_simulation() {
+    if (stage_.program().loaded()) return run_program();
     runner_.perform(commands::Operation{"StartSimulation", false, {}});
 }
 
@@ -252,10 +255,9 @@ void MainWindow::tell(const std::string& text) {
 
 void MainWindow::played_to_end() {
     if (!player_.failures().empty()) exit_status_ = 1;
-    // Unattended, the lines that failed are said where the caller sees them.
+    // The lines that failed are said where the caller of a played script sees them.
     for (const std::string& failure : player_.failures())
-        if (options_.quit_after_play)
-            std::cerr << "kestrone-host: " << console::escape_text(failure) << "\n";
+        std::cerr << "kestrone-host: " << console::escape_text(failure) << "\n";
     if (!options_.snapshot.empty() && !write_snapshot(options_.snapshot)) exit_status_ = 1;
     if (options_.quit_after_play) {
         clock_.stop();
