@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "bench_module.h"
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "interpreter.h"
 #include "kestrone/panel.h"
 #include "macro_table.h"

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "bench_module.h"
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/panel.h"
 

@@ -10,6 +10,9 @@
 #include "component_module.h"
 #include "component_registry.h"
 #include "host_commands.h"
+#ifdef KESTRONE_LINKED_COMPONENT
+#include "linked_component.h"
+#endif
 
 namespace {
 
@@ -50,6 +53,9 @@ bool module_path(const QCommandLineParser& parser, std::string* path) {
 }  // namespace
 
 int main(int argc, char** argv) {
+#ifdef KESTRONE_LINKED_COMPONENT
+    host::link_component_in();
+#endif
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);

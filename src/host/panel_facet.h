@@ -4,7 +4,7 @@
 #pragma once
 
 #include "host/module_lock.h"
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "kestrone/com_object.h"
 #include "kestrone/field_access.h"
 #include "kestrone/panel.h"

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 #include "platform/basic_error.h"
 
 namespace panel {

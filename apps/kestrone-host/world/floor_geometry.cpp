@@ -1,4 +1,4 @@
-#include "geometry.h"
+#include "floor_geometry.h"
 
 #include <algorithm>
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "kestrone/panel.h"
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 
 namespace panel {
 

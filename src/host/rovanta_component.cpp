@@ -1,4 +1,4 @@
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 
 namespace rovanta {
 

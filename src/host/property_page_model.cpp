@@ -1,4 +1,4 @@
-#include "host/property_page.h"
+#include "host/property_page_model.h"
 
 #include <algorithm>
 #include <array>

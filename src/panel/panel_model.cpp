@@ -1,9 +1,9 @@
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 
 #include <algorithm>
 
-#include "panel/geometry.h"
 #include "panel/layout.h"
+#include "panel/panel_geometry.h"
 #include "platform/basic_error.h"
 #include "platform/vb_numeric.h"
 

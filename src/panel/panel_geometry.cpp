@@ -1,4 +1,4 @@
-#include "panel/geometry.h"
+#include "panel/panel_geometry.h"
 
 #include <algorithm>
 
