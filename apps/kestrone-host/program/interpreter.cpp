@@ -23,6 +23,7 @@ Interpreter::Interpreter(const Program& program, kestrone::IKestroneComponentV5&
         c.args = Variant::array(kestrone::VarType::Variant, 0, std::move(items));
     }
     stack_.resize(static_cast<std::size_t>(std::max(1, code_.exprs.depth)));
+    lines_ = kflow::statement_lines(code_);
 }
 
 kestrone::HRESULT Interpreter::start() {
@@ -87,6 +88,34 @@ Place Interpreter::place() const {
     return code_.steps[last_].at;
 }
 
+int Interpreter::next_line() const {
+    if (state_ != RunState::Running) return 0;
+    // In a delay the program stands in its statement; else before the next step's.
+    const Step& s = pause_.why == Pause::Why::Delay ? code_.steps[last_] : code_.steps[pc_];
+    return s.op == StepOp::End ? 0 : s.at.line;
+}
+
+Pause Interpreter::resume_debug(std::uint64_t max_steps,
+                                const std::function<bool(int line)>& stop_at, bool leave_first) {
+    if (state_ != RunState::Running || in_step_) return resume(0);
+    Pause p{Pause::Why::Slice, 0};
+    bool first = leave_first;
+    for (std::uint64_t n = 0; n < max_steps;) {
+        const Step& s = code_.steps[pc_];
+        if (!first && s.starts && stop_at(s.at.line)) return pause_ = {Pause::Why::Break, 0};
+        first = false;
+        if (s.op == StepOp::Mark) {  // its line passed, one statement at a time
+            last_ = pc_;
+            pc_ = static_cast<std::size_t>(s.next);
+            continue;
+        }
+        p = resume(1);
+        ++n;
+        if (p.why != Pause::Why::Slice) return p;
+    }
+    return p;
+}
+
 std::optional<std::int16_t> Interpreter::variable(std::string_view name) const {
     const int slot = program_.slot_of(name);
     if (slot < 0 || static_cast<std::size_t>(slot) >= values_.size()) return std::nullopt;
@@ -105,10 +134,13 @@ void Interpreter::fail(const Fault& f) {
 }
 
 inline bool Interpreter::step() {
+again:
     const Step& s = code_.steps[pc_];
     last_ = pc_;
     pc_ = static_cast<std::size_t>(s.next);
     switch (s.op) {
+        case StepOp::Mark:
+            goto again;  // no work, and no step of the count
         case StepOp::Set:
             values_[static_cast<std::size_t>(s.slot)] = narrow_to(s.stored, eval(s.code));
             return true;

@@ -50,6 +50,7 @@ RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limit
                 out.end = RunOutcome::End::Finished;
                 break;
             case Pause::Why::Halted:
+            case Pause::Why::Break:  // no debugger here: nothing breaks a run
                 out.end = RunOutcome::End::Halted;
                 break;
             case Pause::Why::Failed:
