@@ -102,7 +102,7 @@ void ConsoleSession::cmd_put(const CommandLine& c) {
     if (!path) return out_.fail("not an element's property: " + c.words[1]);
     std::string error;
     const auto value = parse_value(c.words[3], &error);
-    if (!value) return out_.fail("cannot read the value " + c.words[3] + ": " + error);
+    if (!value) return out_.fail(unreadable(c.words[3], error));
     if (!have_panel()) return;
     const HRESULT hr =
         session_.put_element_property(path->element, path->index, path->property, *value);
@@ -162,7 +162,7 @@ void ConsoleSession::cmd_event(const CommandLine& c) {
     for (std::size_t i = 2; i < c.words.size(); ++i) {
         std::string error;
         auto v = parse_value(c.words[i], &error);
-        if (!v) return out_.fail("cannot read the value " + c.words[i] + ": " + error);
+        if (!v) return out_.fail(unreadable(c.words[i], error));
         args.push_back(std::move(*v));
     }
     if (!have_panel()) return;

@@ -71,7 +71,7 @@ void ConsoleSession::cmd_expect(const CommandLine& c) {
     if (w[1] == "expect" || w[1] == "quit") return refuse("expect cannot check " + w[1]);
     std::string error;
     const auto expected = parse_value(w[split + 1], &error);
-    if (!expected) return refuse("cannot read the value " + w[split + 1] + ": " + error);
+    if (!expected) return refuse(unreadable(w[split + 1], error));
     std::string answer;
     out_.capture(&answer);
     execute(joined(w, 1, split));

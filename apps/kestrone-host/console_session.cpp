@@ -209,7 +209,7 @@ void ConsoleSession::cmd_operation(const CommandLine& c) {
     for (const std::string& t : texts) {
         std::string error;
         auto v = parse_value(t, &error);
-        if (!v) return out_.fail("cannot read the value " + t + ": " + error);
+        if (!v) return out_.fail(unreadable(t, error));
         args.push_back(std::move(*v));
     }
     if (!have_object()) return;

@@ -1,6 +1,7 @@
 // The console's store and property page: the host's key/value store with the component's save
 // and load, a project file behind it, and the property page as a property frame shows it.
 #include "console_session.h"
+#include "project_file.h"
 #include "value_syntax.h"
 
 namespace console {
@@ -21,8 +22,12 @@ void ConsoleSession::cmd_store(const CommandLine& c) {
         if (!key) return out_.fail("not a key: " + w[1]);
         std::string error;
         auto value = parse_value(w[3], &error);
-        if (!value) return out_.fail("cannot read the value " + w[3] + ": " + error);
-        session_.set_store_entry(*key, std::move(*value));
+        if (!value) return out_.fail(unreadable(w[3], error));
+        host::StoreEntry entry{*key, std::move(*value)};
+        if (const auto why = host::why_not_saveable(session_.store().entries(), &entry);
+            !why.empty())
+            return out_.fail("cannot store " + key_text(*key) + ": " + why);
+        session_.set_store_entry(*key, std::move(entry.value));
         return out_.ok();
     }
     if (w.size() == 2 && w[1] == "clear") {
@@ -132,7 +137,7 @@ void ConsoleSession::page_put(const CommandLine& c) {
     if (!split_widget(w[2], widget, property)) return out_.fail("not WIDGET.PROPERTY: " + w[2]);
     std::string error;
     const auto value = parse_value(w[4], &error);
-    if (!value) return out_.fail("cannot read the value " + w[4] + ": " + error);
+    if (!value) return out_.fail(unreadable(w[4], error));
     const HRESULT hr = session_.edit_page(widget, property, *value);
     if (hr == kestrone::DISP_E_UNKNOWNNAME) return out_.fail("the page has no " + w[2]);
     if (kestrone::failed(hr)) return out_.error(hr);
