@@ -56,6 +56,9 @@ const BadFile kBadFiles[] = {
     {"size 1000 1000\nrobot 500 500 0\nsize 900 900\n", 3, "size comes twice"},
     {"size 1000 1000\nrobot 500 500 0\nlight 10 10 1.5\n", 3, "intensity must be 0 to 1"},
     {"size 1000 1000\nrobot 500 500 0\ndoor 1 2 3 4\n", 3, "unknown item 'door'"},
+    // A long word is repeated only by its start.
+    {"size 1000 1000\nrobot 500 500 0\ndoorwaydoorwaydoorwaydoorwaydoorwaydoorway 1\n", 3,
+     "unknown item 'doorwaydoorwaydoorwaydoorwaydoorwaydoorw...'"},
     {"size 1000 1000\nrobot 500 500 0\nline 10 5 5 6 6 7\n", 3, "two points or more, not 6"},
     {"size 1000 1000\nrobot 500 500 0\nlight -5 10 1\n", 3, "the light lies outside the floor"},
     {"size 1000 1000\nrobot 500 500 0\nwall 10 10 1200 10\n", 3, "outside the floor"},
