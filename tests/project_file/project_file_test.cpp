@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -195,6 +196,21 @@ TEST(ProjectFile, AFailedSaveLeavesTheOldFile) {
         ::chmod(dir.path().c_str(), 0755);
         EXPECT_EQ(testing_support::read_file(file), before);
     }
+    // The disk fills while the new file is written: the save fails, the old file stays.
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit full{4096, 4096};
+        ::setrlimit(RLIMIT_FSIZE, &full);
+        const StoreEntries big{{"a", Variant::string(std::string(10000, 'x'))}};
+        std::string e;
+        std::_Exit(host::save_project(file, big, &e) ? 1 : e.ends_with("File too large") ? 0 : 2);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_EQ(testing_support::read_file(file), before);
     // No temporary file is left behind by a save that completed.
     int files = 0;
     for (const auto& e : std::filesystem::directory_iterator(dir.path()))

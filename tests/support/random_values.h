@@ -66,22 +66,15 @@ class RandomValues {
             case kestrone::VarType::String: {
                 // Pieces that JSON and the console each treat apart: quotes, escapes, control
                 // bytes, UTF-8 of every length, and bytes that are not UTF-8 at all.
-                static const char* const kPieces[] = {"a",
-                                                      " ",
-                                                      "\"",
-                                                      "\\",
-                                                      "\x01",
-                                                      "\x7F",
-                                                      "\n",
-                                                      "\xC3\xA9",
-                                                      "\xE2\x82\xAC",
-                                                      "\xF0\x9F\x98\x80",
-                                                      "\xFF",
-                                                      "\xED\xA0\x80",
-                                                      "\xC0\x80"};
+                // clang-format off
+                static const char* const kPieces[] = {
+                    "a", " ", "\"", "\\", "\x01", "\x7F", "\n", "\xC3\xA9", "\xE2\x82\xAC",
+                    "\xF0\x9F\x98\x80", "\xFF", "\xC0\x80", "\xED\xA0\x80", "\xE0\x80\x80",
+                    "\xF0\x80\x80\x80", "\xF4\x90\x80\x80"};
+                // clang-format on
                 std::string s;
                 for (int n = below(6); n > 0; --n)
-                    s += kPieces[below(13)];
+                    s += kPieces[below(16)];
                 if (below(8) == 0) s.push_back('\0');
                 return Variant::string(std::move(s));
             }

@@ -17,6 +17,7 @@ light 1800 1400 0.5
 zone goal 1600 1100 400 400
 zone start 0 0 400 400
 zone mark 100 100 1 0.5
+line 0.5 100 600 300 600       # as thin as a user likes
 )";
 
 // The items' values show in the sensors' and the motion's tests; here what only the reading does.
@@ -30,6 +31,7 @@ TEST(ArenaFile, PutsTheBorderFirstAndKeepsNamesAsWritten) {
     EXPECT_EQ(a.zone("Goal"), nullptr);
     EXPECT_TRUE(a.zone("mark")->contains({101, 100.5}));  // a zone of a millimetre and less
     EXPECT_FALSE(a.zone("mark")->contains({101, 100.6}));
+    EXPECT_EQ(a.lines.at(1).width, 0.5);
     // Headings are brought into one turn; blanks, tabs and CRs are skipped.
     const ArenaReading turned = read_arena("\n\t# nothing\nrobot 500 500 -270\r\nsize 1000 1000\n");
     ASSERT_TRUE(turned.arena) << turned.error.text;
