@@ -77,6 +77,10 @@ TEST(ValueSyntax, RefusesWhatIsNoValue) {
                              "-nan&",
                              "Single[0 to 0](1e39)"})
         EXPECT_FALSE(parse_value(text).has_value()) << text;
+    // A sign at the end of the text is a number without digits, whatever lies beyond the text.
+    std::string error;
+    EXPECT_FALSE(parse_value(std::string_view("-inf").substr(0, 1), &error));
+    EXPECT_EQ(error, "not a number: -");
 }
 
 TEST(ValueSyntax, WritesTheShortestFormThatReadsBack) {
