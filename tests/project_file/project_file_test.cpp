@@ -28,47 +28,23 @@ using host::StoreEntries;
 using kestrone::Variant;
 using kestrone::VarType;
 
-StoreEntries every_kind() {
-    return {
-        {"Port0", Variant::long_(-2147483647 - 1)},
-        {"bReturnInt", Variant::integer(-32768)},
-        {"empty", Variant()},
-        {"single", Variant::single(1263.9409f)},
-        {"double", Variant::double_(0.1)},
-        {"huge", Variant::double_(-1.7976931348623157e308)},
-        {"inf", Variant::double_(INFINITY)},
-        {"flag", Variant::boolean(true)},
-        {"text", Variant::string("line\r\n\"quoted\"\t\x01 é")},
-        {"bytes", Variant::string(std::string("\xff\xfe\x00z", 4))},
-        {std::string("key\x80", 4), Variant::byte(255)},
-        {"levels", Variant::array(VarType::Boolean, 0, {Variant::boolean(true)})},
-        {"mixed", Variant::array(VarType::Variant, -3,
-                                 {Variant::integer(1), Variant::string("a"),
-                                  Variant::array(VarType::Byte, 0, {})})},
-    };
-}
-
-TEST(ProjectFile, KeepsEveryKindAndTheOrder) {
-    testing_support::TempDir dir;
-    const std::string path = dir.path() + "/robot.kproj";
-    std::string error;
-    ASSERT_TRUE(host::save_project(path, every_kind(), &error)) << error;
-    const auto loaded = host::load_project(path, &error);
-    ASSERT_TRUE(loaded) << error;
-    EXPECT_EQ(*loaded, every_kind());
-}
-
-// Any value comes back bit for bit (a negative zero, a NaN's payload); a typed array's kind is
-// written once, its elements bare.
+// Any value comes back bit for bit (a negative zero, a NaN's payload), keys of any bytes, in their
+// order; a typed array's kind is written once, its elements bare.
 TEST(ProjectFile, EveryValueComesBackBitForBit) {
     const std::uint32_t seed = std::random_device{}();
     testing_support::RandomValues values(seed, true);
+    testing_support::TempDir dir;
+    const std::string path = dir.path() + "/robot.kproj";
     for (int round = 0; round < 200; ++round) {
         StoreEntries store;
         for (int i = 0; i < 10; ++i)
             store.push_back({std::to_string(i) + (i % 3 ? "" : "\xff"), values.value()});
         std::string error;
-        const auto back = host::decode_project(host::encode_project(store), &error);
+        std::optional<StoreEntries> back;  // one round in ten through a file on disk
+        if (round % 10)
+            back = host::decode_project(host::encode_project(store), &error);
+        else if (host::save_project(path, store, &error))
+            back = host::load_project(path, &error);
         ASSERT_TRUE(back) << error << " (seed " << seed << ")";
         ASSERT_EQ(back->size(), store.size());
         for (std::size_t i = 0; i < store.size(); ++i)

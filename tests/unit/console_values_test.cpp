@@ -53,32 +53,14 @@ TEST(ValueSyntax, ReadsEveryKind) {
 }
 
 TEST(ValueSyntax, RefusesWhatIsNoValue) {
-    for (const char* text : {"",
-                             "abc",
-                             "32768%",
-                             "2147483648&",
-                             "1.5%",
-                             "\"open",
-                             "\"\\q\"",
-                             "\"\\x4\"",
-                             "Long[0 to 1](1)",
-                             "Integer[0 to 0](70000)",
-                             "Byte[0 to 0](256)",
-                             "Long[0 to 0](\"a\")",
-                             "[1, 2",
-                             "[1,]",
-                             "1e",
-                             "5 6",
-                             "Long[a to b]()",
-                             "Boolean[0 to 0](1)",
-                             "1e999!",
-                             "nan(0x0)!",
-                             "nan(0x800000)!",
-                             "nan(0x1",
-                             "nanx",
-                             "inf%",
-                             "-nan&",
-                             "Single[0 to 0](1e39)"})
+    // clang-format off
+    const char* const kNoValues[] = {
+        "", "abc", "32768%", "2147483648&", "1.5%", "\"open", "\"\\q\"", "\"\\x4\"", "Long[0 to 1](1)",
+        "Integer[0 to 0](70000)", "Byte[0 to 0](256)", "Long[0 to 0](\"a\")", "[1, 2", "[1,]", "1e",
+        "5 6", "Long[a to b]()", "Boolean[0 to 0](1)", "1e999!", "nan(0x0)!", "nan(0x800000)!",
+        "nan(0x1", "nanx", "inf%", "-nan&", "Single[0 to 0](1e39)"};
+    // clang-format on
+    for (const char* text : kNoValues)
         EXPECT_FALSE(parse_value(text).has_value()) << text;
     // A sign at the end of the text is a number without digits, whatever lies beyond the text.
     std::string error;
@@ -101,18 +83,15 @@ TEST(ValueSyntax, WritesTheShortestFormThatReadsBack) {
 // Floats that digits cannot write have words, read in any case; a float array's bare elements
 // are read as its own kind, so that nothing is rounded twice or loses its sign.
 TEST(ValueSyntax, FloatsBeyondDigitsHaveWords) {
+    // clang-format off
     const std::pair<const char*, const char*> read_and_written[] = {
-        {"-0.0", "-0#"},
-        {"NaN!", "nan!"},
-        {"-nan#", "-nan#"},
-        {"nan(0x1)!", "nan(0x1)!"},
-        {"nan(0x400000)!", "nan!"},
-        {"-Infinity", "-inf#"},
+        {"-0.0", "-0#"}, {"NaN!", "nan!"}, {"-nan#", "-nan#"}, {"nan(0x1)!", "nan(0x1)!"},
+        {"nan(0x400000)!", "nan!"}, {"-Infinity", "-inf#"},
         {"Single[0 to 2](-0, nan, -inf)", "Single[0 to 2](-0, nan, -inf)"},
         {"Double[0 to 1](-0, 16777217)", "Double[0 to 1](-0, 16777217)"},
         {"Single[0 to 0](16777217)", "Single[0 to 0](16777216)"},
-        {"Single[0 to 0](1.00000005960464477539062501)", "Single[0 to 0](1.0000001)"},
-    };
+        {"Single[0 to 0](1.00000005960464477539062501)", "Single[0 to 0](1.0000001)"}};
+    // clang-format on
     for (const auto& [text, written] : read_and_written) {
         const auto v = parse_value(text);
         ASSERT_TRUE(v) << text;
