@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -283,6 +284,13 @@ TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFileAndTheNextSaveTidies) {
     EXPECT_GT(caught_writing, 0);
     EXPECT_TRUE(std::filesystem::exists(other));
     EXPECT_TRUE(std::filesystem::exists(lookalike));
+    // A save still at work holds its new file locked: that one stays.
+    const std::string busy = dir.write("robot.kproj.saving-Busy12", "x");
+    const int held = ::open(busy.c_str(), O_RDONLY);
+    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+    ASSERT_TRUE(host::save_project(file, old_store, &error)) << error;
+    EXPECT_TRUE(std::filesystem::exists(busy));
+    ::close(held);
 }
 
 // Whatever a save accepts, a load accepts: what it would refuse is refused before writing.
