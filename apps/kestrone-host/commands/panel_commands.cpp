@@ -98,7 +98,7 @@ Parsed parse_put(const CommandLine& line) {
     const auto e = parse_element(w[1], true, &property);
     if (!e) return refused("not an element's property: " + w[1]);
     auto value = console::parse_value(w[3], &error);
-    if (!value) return refused("cannot read the value " + w[3] + ": " + error);
+    if (!value) return refused(console::unreadable(w[3], error));
     return parsed(PutProperty{*e, property, std::move(*value)});
 }
 
@@ -201,7 +201,7 @@ Parsed parse_event(const CommandLine& line) {
     for (std::size_t i = 2; i < w.size(); ++i) {
         std::string error;
         auto v = console::parse_value(w[i], &error);
-        if (!v) return refused("cannot read the value " + w[i] + ": " + error);
+        if (!v) return refused(console::unreadable(w[i], error));
         c.args.push_back(std::move(*v));
     }
     return parsed(std::move(c));

@@ -106,7 +106,7 @@ Parsed parse_expect(const CommandLine& line) {
     if (w[1] == "expect" || w[1] == "quit") return refused("expect cannot check " + w[1]);
     std::string error;
     auto expected = console::parse_value(w[split + 1], &error);
-    if (!expected) return refused("cannot read the value " + w[split + 1] + ": " + error);
+    if (!expected) return refused(console::unreadable(w[split + 1], error));
     const std::string checked = joined(w, 1, split);
     Parsed inner = parse_command(checked);
     // A command that can't be read is checked all the same: its `fail` is what it got.

@@ -116,6 +116,14 @@ Pause Interpreter::resume_debug(std::uint64_t max_steps,
     return p;
 }
 
+bool Interpreter::in_loop() const {
+    for (std::size_t j = last_; j < code_.steps.size(); ++j) {
+        const int back = code_.steps[j].next;
+        if (back >= 0 && static_cast<std::size_t>(back) <= last_) return true;
+    }
+    return false;
+}
+
 std::optional<std::int16_t> Interpreter::variable(std::string_view name) const {
     const int slot = program_.slot_of(name);
     if (slot < 0 || static_cast<std::size_t>(slot) >= values_.size()) return std::nullopt;

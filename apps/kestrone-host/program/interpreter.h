@@ -71,6 +71,8 @@ class Interpreter {
     // The place of the step that runs, or ran last: the line the program is at.
     Place place() const;
     std::uint64_t steps() const { return steps_; }
+    // Whether the step that ran last lies in a loop: a later step goes back to it or before it.
+    bool in_loop() const;
     // FILE:LINE:COLUMN: TEXT of a fault, or the reason given to stop().
     const std::string& message() const { return message_; }
 

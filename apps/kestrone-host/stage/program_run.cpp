@@ -193,8 +193,8 @@ void ProgramRun::stop_out_of_time(std::int64_t clock_ms) {
     if (running()) stop(kflow::out_of_time_text(*interpreter_, clock_ms));
 }
 
-void ProgramRun::stop_out_of_steps() {
-    if (running()) stop(kflow::out_of_steps_text(*interpreter_));
+void ProgramRun::stop_out_of_steps(std::uint64_t budget) {
+    if (running()) stop(kflow::out_of_steps_text(*interpreter_, budget));
 }
 
 RunState ProgramRun::state() const {

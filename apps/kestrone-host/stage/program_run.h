@@ -77,7 +77,7 @@ class ProgramRun {
     const std::string& message() const;
     // Halts a running program at a limit of a run, saying which.
     void stop_out_of_time(std::int64_t clock_ms);
-    void stop_out_of_steps();
+    void stop_out_of_steps(std::uint64_t budget);
     // A variable of the program that runs, else of the last one that ran.
     std::optional<std::int16_t> variable(std::string_view name) const;
     bool has_run() const { return any_run_; }

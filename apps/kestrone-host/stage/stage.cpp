@@ -104,7 +104,7 @@ kflow::RunOutcome Stage::drive(const kflow::RunLimits& limits, std::int64_t star
             }
             end = End::OutOfSteps;
         }
-        program_.stop_out_of_steps();
+        program_.stop_out_of_steps(limits.steps);
         break;
     }
     progress_ = check;
