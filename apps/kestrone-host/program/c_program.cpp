@@ -84,14 +84,15 @@ std::string write_c_program(const Program& program, const ComponentCode& code,
     for (const auto& [id, body] : code.macro_bodies)
         c += signature(program.macros.at(id)) + "\n{\n" + with_line_end(body) + "}\n\n";
     c += "void isr(void) __interrupt 0\n{\n" + with_line_end(code.interrupts) + "}\n\n";
+    // Where the compiler's optimizer finds a condition constant or code after it unreachable (it
+    // follows values from one statement to the next, reads x ^ x as 0, drops an empty arm) it says
+    // so: notes on its own work, not on the C, which does what the program says either way.
+    c += "#pragma disable_warning 110\n#pragma disable_warning 126\n" + flow.parts;
     c += "void main(void)\n{\n" + with_line_end(code.initialisation);
     c += "    /* " + comment_safe(label) + " */\n" + flow.body;
-    // After a last statement that never ends (forever, stop) the resting loop could not be
-    // reached, and the compiler would warn of it.
-    const auto& top = program.tree.statements;
-    const bool ends =
-        !top.empty() && (top.back().kind == StmtKind::Forever || top.back().kind == StmtKind::Stop);
-    if (!ends)
+    // After a flow that never ends (forever, stop) the resting loop could not be reached, and
+    // the compiler would warn of it.
+    if (!flow.ends)
         c += "    /* The end of the program: the chip stays here. */\n    for (;;) {\n    }\n";
     c += "}\n";
     return c;
