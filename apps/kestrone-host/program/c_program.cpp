@@ -87,7 +87,8 @@ std::string write_c_program(const Program& program, const ComponentCode& code,
     // Where the compiler's optimizer finds a condition constant or code after it unreachable (it
     // follows values from one statement to the next, reads x ^ x as 0, drops an empty arm) it says
     // so: notes on its own work, not on the C, which does what the program says either way.
-    c += "#pragma disable_warning 110\n#pragma disable_warning 126\n" + flow.parts;
+    c += "#ifdef __SDCC\n#pragma disable_warning 110\n#pragma disable_warning 126\n#endif\n" +
+         flow.parts;
     c += "void main(void)\n{\n" + with_line_end(code.initialisation);
     c += "    /* " + comment_safe(label) + " */\n" + flow.body;
     // After a flow that never ends (forever, stop) the resting loop could not be reached, and
