@@ -192,7 +192,7 @@ CValue CExprWriter::call(const Expr& e) {
         std::string text = args[k].text;
         // A byte parameter given a constant takes it as the macro will hold it.
         const CType type = ctype_of(m.params[k].type);
-        if (constant(args[k]) && type != CType::Int)
+        if (constant(args[k]) && narrow_to(type, *args[k].known) != *args[k].known)
             text = c_literal(narrow_to(type, *args[k].known));
         if (effects > 1 && args[k].effect) {
             const std::string t = temporary();

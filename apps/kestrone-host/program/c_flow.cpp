@@ -86,7 +86,7 @@ int weight(const Program& p, std::span<const Stmt> body) {
 // flow heavier than this goes into functions of about this weight, which main() calls in turn,
 // and so does the body of a statement heavier than it. (Each is a call deeper, and the chip's
 // return stack holds eight: only a body of such weight inside another goes two deep.)
-constexpr int kPartWeight = 250;
+constexpr int kPartWeight = 200;
 
 class FlowWriter {
   public:
@@ -234,7 +234,7 @@ bool FlowWriter::if_statement(const Stmt& s, int depth, int repeats) {
         }
         if (condition.empty()) {
             // This arm runs whenever the earlier ones do not.
-            if (!opened) return block(b.body, depth, repeats);
+            if (!opened) return body(b.body, depth, repeats);
             line(depth, "} else {", b.at.line);
             through |= body(b.body, depth + 1, repeats);
             decided = true;

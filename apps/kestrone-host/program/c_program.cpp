@@ -84,10 +84,12 @@ std::string write_c_program(const Program& program, const ComponentCode& code,
     for (const auto& [id, body] : code.macro_bodies)
         c += signature(program.macros.at(id)) + "\n{\n" + with_line_end(body) + "}\n\n";
     c += "void isr(void) __interrupt 0\n{\n" + with_line_end(code.interrupts) + "}\n\n";
-    // Where the compiler's optimizer finds a condition constant or code after it unreachable (it
-    // follows values from one statement to the next, reads x ^ x as 0, drops an empty arm) it says
-    // so: notes on its own work, not on the C, which does what the program says either way.
-    c += "#ifdef __SDCC\n#pragma disable_warning 110\n#pragma disable_warning 126\n#endif\n" +
+    // The compiler's optimizer says where it finds a condition constant or code after it
+    // unreachable (an arm left empty, x ^ x) and where constants it brings together pass 16 bits
+    // (c * (x * d) as (c * d) * x): notes on its own work, not on the C, which does what the
+    // program says either way, wrapping as the program's arithmetic does.
+    c += "#ifdef __SDCC\n#pragma disable_warning 110\n#pragma disable_warning 126\n"
+         "#pragma disable_warning 165\n#endif\n" +
          flow.parts;
     c += "void main(void)\n{\n" + with_line_end(code.initialisation);
     c += "    /* " + comment_safe(label) + " */\n" + flow.body;
