@@ -85,7 +85,7 @@ std::string write_c_program(const Program& program, const ComponentCode& code,
         c += signature(program.macros.at(id)) + "\n{\n" + with_line_end(body) + "}\n\n";
     c += "void isr(void) __interrupt 0\n{\n" + with_line_end(code.interrupts) + "}\n\n";
     // The compiler's optimizer says where it finds a condition constant or code after it
-    // unreachable (an arm left empty, x ^ x) and where constants it brings together pass 16 bits
+    // unreachable (an arm left empty) and where constants it brings together pass 16 bits
     // (c * (x * d) as (c * d) * x): notes on its own work, not on the C, which does what the
     // program says either way, wrapping as the program's arithmetic does.
     c += "#ifdef __SDCC\n#pragma disable_warning 110\n#pragma disable_warning 126\n"
