@@ -25,20 +25,12 @@ from pic_program import quote, save_project
 CHIP_CYCLES = 8_000_000  # the chip's cap; the model keeps programs to a quarter of it
 MODEL_BUDGET = CHIP_CYCLES // 4
 PORTD = 0x08
-SHOWN_FAILURES = 3
+SHOWN_FAILURES = 1  # each shrink takes minutes: the first shows the way
 
 
 def declared(body):
     """(name, is_byte) of every variable, `done` first."""
-    out = [("done", True)]
-
-    def walk(b):
-        for s in b:
-            if s[0] == "decl":
-                out.append((s[1], s[2]))
-
-    walk(body)
-    return out
+    return [("done", True)] + [(s[1], s[2]) for s in body if s[0] == "decl"]
 
 
 def interpret(args, folder, bodies):
@@ -165,7 +157,7 @@ def main():
     ap.add_argument("--pic-prefix", default=os.environ.get("KESTRONE_PIC_PREFIX", "/opt/kestrone-pic"))
     ap.add_argument("--count", type=int, default=int(os.environ.get("KFLOW_PROGRAMS", "200")))
     ap.add_argument("--seed", type=int, default=os.environ.get("KFLOW_SEED"))
-    ap.add_argument("--shrink-seconds", type=float, default=240)
+    ap.add_argument("--shrink-seconds", type=float, default=150)
     ap.add_argument("--keep", help="folder to keep the programs, C, hex and gpsim scripts in")
     args = ap.parse_args()
     seed = int(args.seed) if args.seed is not None else random.SystemRandom().randrange(1 << 32)
