@@ -84,9 +84,9 @@ int weight(const Program& p, std::span<const Stmt> body) {
 
 // The chip's compiler keeps each function within one page of program memory (2048 words): a
 // flow heavier than this goes into functions of about this weight, which main() calls in turn,
-// and so does the body of a statement heavier than it. (Each is a call deeper, and the chip's
-// return stack holds eight: only a body of such weight inside another goes two deep.)
-constexpr int kPartWeight = 200;
+// and so do the bodies of a statement heavier than it. (Each is a call deeper, and the chip's
+// return stack holds eight: only heavy statements nested in heavy statements go deeper.)
+constexpr int kPartWeight = 150;
 
 class FlowWriter {
   public:
@@ -113,8 +113,10 @@ class FlowWriter {
     }
     void close(int depth) { out += pad(depth) + "}\n"; }
     bool statement(const Stmt& s, int depth, int repeats);
-    bool body(std::span<const Stmt> b, int depth, int repeats) {
-        return part(b, depth, repeats, weight(p_, b) > kPartWeight);
+    // A body of a heavy statement goes into a function of its own unless it is light.
+    bool body(const Stmt& s, std::span<const Stmt> b, int depth, int repeats) {
+        return part(b, depth, repeats,
+                    weight(p_, s) > kPartWeight && weight(p_, b) > kPartWeight / 4);
     }
     void set(const Stmt& s, int depth);
     bool if_statement(const Stmt& s, int depth, int repeats);
@@ -213,7 +215,7 @@ bool FlowWriter::loop(const Stmt& s, int depth, int repeats) {
         ends = false;
     }
     const std::size_t at = out.size();
-    const bool through = body(s.body, depth + 1, inner);
+    const bool through = body(s, s.body, depth + 1, inner);
     out.insert(at, pad(depth) + (through ? head : once) + "  /* line " + std::to_string(s.at.line) +
                        " */\n");
     close(depth);
@@ -234,15 +236,15 @@ bool FlowWriter::if_statement(const Stmt& s, int depth, int repeats) {
         }
         if (condition.empty()) {
             // This arm runs whenever the earlier ones do not.
-            if (!opened) return body(b.body, depth, repeats);
+            if (!opened) return body(s, b.body, depth, repeats);
             line(depth, "} else {", b.at.line);
-            through |= body(b.body, depth + 1, repeats);
+            through |= body(s, b.body, depth + 1, repeats);
             decided = true;
             break;
         }
         line(depth, (opened ? "} else if (" : "if (") + condition + ") {", b.at.line);
         opened = true;
-        through |= body(b.body, depth + 1, repeats);
+        through |= body(s, b.body, depth + 1, repeats);
     }
     if (opened) close(depth);
     return through || !decided;
