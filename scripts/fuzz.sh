@@ -4,6 +4,8 @@
 # runs each seed corpus once). Prints one line per target: inputs run, seconds, coverage reached.
 #   scripts/fuzz.sh [RUNS] [TARGET...]
 # FUZZ_SECONDS=N stops each target after N seconds if it has not reached RUNS by then.
+# The target `chip` runs CHIP_PROGRAMS random programs (default 5000) on the console, a model and
+# the chip instead (scripts/fuzz-chip.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 runs=${1:-1000000}
@@ -16,6 +18,7 @@ if [ ${#targets[@]} -eq 0 ]; then
 fi
 mkdir -p build/fuzz/artifacts
 for name in "${targets[@]}"; do
+  if [ "$name" = chip ]; then scripts/fuzz-chip.sh "${CHIP_PROGRAMS:-5000}"; continue; fi
   corpus="build/fuzz/corpus-fuzz_$name"
   mkdir -p "$corpus"
   dict=()

@@ -237,45 +237,10 @@ std::int16_t* Interpreter::run(int at) {
 }
 
 std::int16_t Interpreter::binary(const Instr& i, std::int16_t a, std::int16_t b) const {
-    switch (i.op) {
-        case Op::Multiply:
-            return pic::mul(a, b);
-        case Op::Divide:
-        case Op::Remainder:
-            if (b == 0)
-                throw Fault{program_.expr(i.source).at, i.op == Op::Divide
-                                                            ? "division by 0"
-                                                            : "remainder of a division by 0 ('%')"};
-            return i.op == Op::Divide ? pic::div(a, b) : pic::rem(a, b);
-        case Op::Add:
-            return pic::add(a, b);
-        case Op::Subtract:
-            return pic::sub(a, b);
-        case Op::ShiftLeft:
-            return pic::shl(a, b);
-        case Op::ShiftRight:
-            return pic::shr(a, b);
-        case Op::Less:
-            return a < b;
-        case Op::LessEqual:
-            return a <= b;
-        case Op::Greater:
-            return a > b;
-        case Op::GreaterEqual:
-            return a >= b;
-        case Op::Equal:
-            return a == b;
-        case Op::NotEqual:
-            return a != b;
-        case Op::BitAnd:
-            return static_cast<std::int16_t>(a & b);
-        case Op::BitXor:
-            return static_cast<std::int16_t>(a ^ b);
-        case Op::BitOr:
-            return static_cast<std::int16_t>(a | b);
-        default:
-            return 0;
-    }
+    if (b == 0 && (i.op == Op::Divide || i.op == Op::Remainder))
+        throw Fault{program_.expr(i.source).at,
+                    i.op == Op::Divide ? "division by 0" : "remainder of a division by 0 ('%')"};
+    return pic::apply(i.op, a, b);
 }
 
 inline std::int16_t Interpreter::call(std::int32_t macro, const std::int16_t* args, ExprId source) {
