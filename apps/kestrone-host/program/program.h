@@ -40,8 +40,9 @@ struct Program {
 };
 
 struct CheckedProgram {
-    std::optional<Program> program;  // set when there is no fault
-    std::vector<Diagnostic> faults;  // in the order of their places
+    std::optional<Program> program;    // set when there is no fault
+    std::vector<Diagnostic> faults;    // the errors, in the order of their places
+    std::vector<Diagnostic> warnings;  // in the order of their places; they stop nothing
 };
 
 // Reads, parses and checks `source` against the component's macros. `file` names the program in
