@@ -44,7 +44,7 @@ fuzz_one() {
   [ -f "fuzz/dict/$name.dict" ] && dict=(-dict="fuzz/dict/$name.dict")
   start=$(date +%s)
   # shellcheck disable=SC2086
-  if ! "build/fuzz/bin/fuzz_$name" -runs="$runs" ${options[$name]:--max_len=4096} -timeout=10 \
+  if ! "build/fuzz/bin/fuzz_$name" -runs="$runs" ${options[$name]:--max_len=4096} -timeout=20 \
       -rss_limit_mb=2048 -max_total_time="${FUZZ_SECONDS:-0}" -print_final_stats=1 "${dict[@]}" \
       -artifact_prefix=build/fuzz/artifacts/"$name"- "$corpus" "fuzz/corpus/$name" \
       >/dev/null 2>"$log"; then
