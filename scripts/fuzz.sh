@@ -16,8 +16,8 @@ cmake --build --preset fuzz -j "$(nproc)" >/dev/null
 # The longest input each target takes, and where entropic scheduling goes: its bookkeeping took
 # half the time of the targets whose inputs drive a robot, so those take plain scheduling.
 declare -A options=(
-  [console_commands]="-max_len=2048 -entropic=0"
-  [code_blocks]="-max_len=4096 -entropic=0"
+  [console_commands]="-max_len=1024 -entropic=0"
+  [code_blocks]="-max_len=2048 -entropic=0"
   [program]="-max_len=4096 -entropic=0"
   [property_page]="-max_len=1024 -entropic=0"
   [panel_events]="-max_len=1024 -entropic=0"
