@@ -6,15 +6,15 @@
 #include <memory>
 #include <string>
 
+#include "component_module.h"
 #include "kestrone/component_v5.h"
-#include "module_host.h"
 
 namespace bench {
 
-inline const host::ModuleHost& module() {
-    static const std::unique_ptr<host::ModuleHost> m = [] {
+inline const host::ComponentModule& module() {
+    static const std::unique_ptr<host::ComponentModule> m = [] {
         std::string error;
-        auto loaded = host::ModuleHost::load(KESTRONE_MODULE, error);
+        auto loaded = host::ComponentModule::open(KESTRONE_MODULE, error);
         if (!loaded) {
             std::fprintf(stderr, "%s\n", error.c_str());
             std::abort();
@@ -29,7 +29,7 @@ inline kestrone::ComPtr<kestrone::IUnknown> ready_object() {
     kestrone::ComPtr<kestrone::IUnknown> object;
     module().create(nullptr, object);
     object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5)
-        ->put_KestroneVersion(0x501);
+        ->put_KestroneVersion(kestrone::kHostVersion);
     return object;
 }
 

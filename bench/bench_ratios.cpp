@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "bench_module.h"
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "interpreter.h"
 #include "kestrone/panel.h"
 #include "macro_table.h"
@@ -78,7 +78,7 @@ std::int32_t macro_count() {
 std::uint64_t reads_per_macro_code_pass() {
     static const std::uint64_t n = [] {
         rovanta::Rovanta core(platform::ModuleFacts::for_path(KESTRONE_MODULE), headless);
-        core.KestroneVersion(0x501);
+        core.KestroneVersion(kestrone::kHostVersion);
         const std::int32_t count = macro_count();
         return reads_of([&] {
             for (std::int32_t id = 0; id < count; ++id)
@@ -157,7 +157,7 @@ BENCHMARK(SimMacroCall_Module);
 
 void SimMacroCall_Bare(benchmark::State& state) {
     rovanta::Rovanta core(platform::ModuleFacts::for_path(KESTRONE_MODULE), headless);
-    core.KestroneVersion(0x501);
+    core.KestroneVersion(kestrone::kHostVersion);
     const Variant params = set_motors();
     std::int32_t ret = 0, cycles = 0;
     Variant affected;

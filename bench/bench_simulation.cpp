@@ -7,7 +7,7 @@
 #include <string>
 
 #include "bench_module.h"
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/panel.h"
 
@@ -41,7 +41,7 @@ BENCHMARK(SimMacroCall9ThroughModule);
 void SimSetMotorsOnCore(benchmark::State& state) {
     platform::Services services;
     rovanta::Rovanta core(platform::ModuleFacts::for_path(KESTRONE_MODULE), services);
-    core.KestroneVersion(0x501);
+    core.KestroneVersion(kestrone::kHostVersion);
     const Variant params = set_motors_params();
     Variant affected;
     std::int32_t slot = 0;

@@ -9,8 +9,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "component_session.h"
 #include "session_port.h"
+#include "stage.h"
 #include "world_driver.h"
 
 namespace {
@@ -60,17 +60,14 @@ struct Silent : kestrone::IHostServices {
     void PlayTone(std::int32_t, std::int32_t) noexcept override {}
 };
 
-void BM_WorldStepThroughTheSession(benchmark::State& state) {
+void BM_WorldStepThroughTheStage(benchmark::State& state) {
     Silent services;
-    host::ComponentSession session(services);
+    stage::Stage stage(services);
+    host::ComponentSession& session = stage.session();
     if (!session.load_module(KESTRONE_MODULE) || session.create_object() != kestrone::S_OK)
         std::abort();
-    world::World w;
-    world::SessionPort port(session);
-    world::WorldDriver driver(w, port);
-    session.on_clock_step(world::kStepMs, [&driver](std::int64_t) { driver.step(); });
     std::string error;
-    if (!w.load_text(maze_text(), "maze.world", &error)) {
+    if (!stage.world().load_text(maze_text(), "maze.world", &error)) {
         fprintf(stderr, "%s\n", error.c_str());
         std::abort();
     }
@@ -79,13 +76,13 @@ void BM_WorldStepThroughTheSession(benchmark::State& state) {
         std::ofstream out(program);
         out << "SetMotors(0, 150, 0, 100)\ndelay 65535\n";
     }
-    if (!session.load_program(program, &error)) std::abort();
-    session.start_program();
-    session.drive_program(100);  // to its delay, simulating
+    if (!stage.load_program(program, &error)) std::abort();
+    stage.start_program();
+    stage.advance(0);  // to its delay, simulating
     for (auto _ : state)
-        session.advance(world::kStepMs);
+        stage.advance(world::kStepMs);
     x_real_time(state);
 }
-BENCHMARK(BM_WorldStepThroughTheSession)->Iterations(6000);
+BENCHMARK(BM_WorldStepThroughTheStage)->Iterations(6000);
 
 }  // namespace

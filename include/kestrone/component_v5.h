@@ -11,6 +11,9 @@
 
 namespace kestrone {
 
+// The version of the host this interface belongs to, as a host tells it (KestroneVersion): 5.1.
+inline constexpr std::int32_t kHostVersion = 0x501;
+
 inline constexpr Guid IID_IKestroneComponentV5{
     0x8C3F2D10, 0x6B7A, 0x4A25, {0xB3, 0x1E, 0x55, 0x0F, 0x92, 0x6D, 0x11, 0x05}};
 

@@ -196,6 +196,12 @@ class IKestronePanel : public IUnknown {
     // thread is free (no pile-up after a stall). `ticks` counts the ticks raised by this call.
     // S_FALSE when the thread was held and nothing was raised.
     virtual HRESULT AdvanceTo(std::int64_t now_ms, std::int64_t* ticks) noexcept = 0;
+    // The next tick alone, for a host that keeps step with each: a kept tick first, at the
+    // present; else the earliest tick due no later than until_ms, the clock brought to its time.
+    // S_OK with its time and timer; S_FALSE, and nothing moves, when none is due by then or the
+    // component holds the thread.
+    virtual HRESULT RaiseNextTick(std::int64_t until_ms, std::int64_t* at_ms,
+                                  std::int32_t* timer) noexcept = 0;
 
   protected:
     ~IKestronePanel() = default;

@@ -9,9 +9,9 @@
 #include "core/core_state.h"
 #include "core/settings.h"
 #include "kestrone/variant.h"
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 #include "platform/module_facts.h"
-#include "platform/services.h"
+#include "platform/platform_services.h"
 #include "platform/text_file.h"
 
 namespace rovanta {

@@ -1,5 +1,7 @@
 #include "host/class_factory.h"
 
+#include <new>
+
 #include "host/rovanta_object.h"
 
 namespace rovanta {
@@ -28,6 +30,20 @@ HRESULT RovantaClassFactory::LockServer(bool lock) noexcept {
 HRESULT RovantaClassFactory::SetHostServices(kestrone::IHostServices* services) noexcept {
     host_ = services;
     return kestrone::S_OK;
+}
+
+HRESULT get_class_object(const platform::ModuleFacts& app, const kestrone::Guid* clsid,
+                         const kestrone::Guid* iid, void** ppv) noexcept {
+    if (!clsid || !iid || !ppv) return kestrone::E_POINTER;
+    *ppv = nullptr;
+    if (!(*clsid == kestrone::CLSID_Rovanta)) return kestrone::CLASS_E_CLASSNOTAVAILABLE;
+    try {
+        return kestrone::hand_out(new RovantaClassFactory(app), *iid, ppv);
+    } catch (const std::bad_alloc&) {
+        return kestrone::E_OUTOFMEMORY;
+    } catch (...) {
+        return kestrone::E_FAIL;
+    }
 }
 
 }  // namespace rovanta

@@ -31,4 +31,10 @@ class RovantaClassFactory final
     kestrone::IHostServices* host_ = nullptr;
 };
 
+// DllGetClassObject for the module whose facts are `app`: the factory of CLSID_Rovanta, asked for
+// `iid`. The module's entry point gives its own facts; a host that links the component in gives
+// the facts of the module file it stands for.
+kestrone::HRESULT get_class_object(const platform::ModuleFacts& app, const kestrone::Guid* clsid,
+                                   const kestrone::Guid* iid, void** ppv) noexcept;
+
 }  // namespace rovanta

@@ -2,7 +2,6 @@
 #include <dlfcn.h>
 
 #include <cstdlib>
-#include <new>
 #include <string>
 
 #include "host/class_factory.h"
@@ -15,14 +14,9 @@ using kestrone::HRESULT;
 #define KESTRONE_EXPORT extern "C" __attribute__((visibility("default")))
 
 KESTRONE_EXPORT HRESULT DllGetClassObject(const Guid* clsid, const Guid* iid, void** ppv) {
-    if (!clsid || !iid || !ppv) return kestrone::E_POINTER;
-    *ppv = nullptr;
-    if (!(*clsid == kestrone::CLSID_Rovanta)) return kestrone::CLASS_E_CLASSNOTAVAILABLE;
     try {
-        return kestrone::hand_out(
-            new rovanta::RovantaClassFactory(platform::ModuleFacts::of_loaded_module()), *iid, ppv);
-    } catch (const std::bad_alloc&) {
-        return kestrone::E_OUTOFMEMORY;
+        return rovanta::get_class_object(platform::ModuleFacts::of_loaded_module(), clsid, iid,
+                                         ppv);
     } catch (...) {
         return kestrone::E_FAIL;
     }

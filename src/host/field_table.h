@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 
 namespace rovanta {
 

@@ -1,5 +1,5 @@
 // The host interface's own operations: general-purpose calls, nodes and custom images.
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {

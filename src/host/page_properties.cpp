@@ -1,7 +1,7 @@
 // The page's widgets by name, as a program reads them and as a user edits them: one table of
 // properties per widget kind, with how each reads and how a user's edit writes it.
 #include "host/guarded_call.h"
-#include "host/property_page.h"
+#include "host/property_page_model.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {

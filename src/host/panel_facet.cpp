@@ -189,6 +189,21 @@ HRESULT PanelFacet::AdvanceTo(std::int64_t now_ms, std::int64_t* ticks) noexcept
     return held && hr == S_OK ? kestrone::S_FALSE : hr;
 }
 
+HRESULT PanelFacet::RaiseNextTick(std::int64_t until_ms, std::int64_t* at_ms,
+                                  std::int32_t* timer) noexcept {
+    if (!at_ms || !timer) return kestrone::E_POINTER;
+    *timer = -1;
+    if (core_.HoldingThread()) return kestrone::S_FALSE;
+    bool raised = false;
+    const HRESULT hr = guarded_call([&] {
+        int t = -1;
+        raised = core_.panel.raise_next(until_ms, at_ms, &t);
+        *timer = t;
+    });
+    if (kestrone::failed(hr)) return hr;
+    return raised ? S_OK : kestrone::S_FALSE;
+}
+
 // ---- IKestronePanelInspection
 
 HRESULT PanelFacet::lookup(const std::string& element, const std::int32_t* index, int* id) {

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "host/module_lock.h"
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "kestrone/com_object.h"
 #include "kestrone/field_access.h"
 #include "kestrone/panel.h"
@@ -48,6 +48,8 @@ class PanelFacet final : public kestrone::ComTearOff<PanelInterfaces, ModuleObje
     kestrone::HRESULT NextTick(std::int64_t* due_ms, std::int32_t* timer) noexcept override;
     kestrone::HRESULT Tick(std::int32_t timer) noexcept override;
     kestrone::HRESULT AdvanceTo(std::int64_t now_ms, std::int64_t* ticks) noexcept override;
+    kestrone::HRESULT RaiseNextTick(std::int64_t until_ms, std::int64_t* at_ms,
+                                    std::int32_t* timer) noexcept override;
 
     // IKestronePanelInspection
     kestrone::HRESULT GetProperty(const std::string& element, const std::int32_t* index,

@@ -1,6 +1,6 @@
 // Where each pin sits, as the host asks before it generates code, and the simulated levels of
 // all pins as one array. The pins are fixed: nothing here moves a pin, only SimValue changes.
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {

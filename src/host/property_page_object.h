@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/module_lock.h"
-#include "host/property_page.h"
+#include "host/property_page_model.h"
 #include "kestrone/com_object.h"
 
 namespace rovanta {

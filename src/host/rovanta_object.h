@@ -8,7 +8,7 @@
 
 #include "host/boundary.h"
 #include "host/module_lock.h"
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "kestrone/com_object.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/field_access.h"

@@ -4,7 +4,7 @@
 // comes before any later key.
 #include "host/stored_settings.h"
 
-#include "host/rovanta.h"
+#include "host/rovanta_component.h"
 #include "platform/vb_numeric.h"
 
 namespace rovanta {

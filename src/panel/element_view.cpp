@@ -1,7 +1,7 @@
 #include "panel/element_view.h"
 
 #include "panel/colours.h"
-#include "panel/geometry.h"
+#include "panel/panel_geometry.h"
 
 namespace panel {
 

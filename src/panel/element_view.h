@@ -3,7 +3,7 @@
 #pragma once
 
 #include "kestrone/panel.h"
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 
 namespace panel {
 

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "panel/colours.h"
-#include "panel/geometry.h"
+#include "panel/panel_geometry.h"
 
 namespace panel {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 
 namespace panel {
 

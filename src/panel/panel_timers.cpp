@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 #include "platform/basic_error.h"
 
 namespace panel {
@@ -83,6 +83,27 @@ int Panel::kept_tick() const {
     return -1;
 }
 
+bool Panel::raise_next(std::int64_t end, std::int64_t* at, int* timer) {
+    if (const int kept = kept_tick(); kept >= 0) {
+        kept_ &= ~bit(kept);
+        *at = now_;
+        *timer = kept;
+        tick(kept);
+        return true;
+    }
+    std::int64_t due = 0;
+    int t = -1;
+    if (!next_tick(&due, &t) || due > end) return false;
+    now_ = std::max(now_, due);
+    // The next one is due a period on, unless the tick itself writes the Interval.
+    Element& e = mut(ids_.Timer1[static_cast<std::size_t>(t)]);
+    e.next_due = later(due, e.interval);
+    *at = due;
+    *timer = t;
+    tick(t);
+    return true;
+}
+
 std::int64_t Panel::advance_to(std::int64_t end, bool held) {
     std::int64_t ticks = 0;
     if (held) {
@@ -97,24 +118,11 @@ std::int64_t Panel::advance_to(std::int64_t end, bool held) {
                              : e.next_due + periods * e.interval;
         }
     } else {
-        for (;;) {
-            // A tick may hold the thread and re-enter: every pass looks afresh.
-            if (const int kept = kept_tick(); kept >= 0) {
-                kept_ &= ~bit(kept);
-                ++ticks;
-                tick(kept);
-                continue;
-            }
-            std::int64_t due = 0;
-            int timer = -1;
-            if (!next_tick(&due, &timer) || due > end) break;
-            now_ = due;
-            // The next one is due a period on, unless the tick itself writes the Interval.
-            Element& e = mut(ids_.Timer1[static_cast<std::size_t>(timer)]);
-            e.next_due = later(due, e.interval);
+        // A tick may hold the thread and re-enter: every pass looks afresh.
+        std::int64_t at = 0;
+        int timer = -1;
+        while (raise_next(end, &at, &timer))
             ++ticks;
-            tick(timer);
-        }
     }
     now_ = std::max(now_, end);
     return ticks;

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "kestrone/variant.h"
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 
 namespace panel {
 

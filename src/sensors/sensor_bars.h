@@ -4,7 +4,7 @@
 #pragma once
 
 #include "core/core_state.h"
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 #include "sensors/sensor_state.h"
 
 namespace rovanta {

@@ -98,13 +98,22 @@ TEST(BrokenSetUp, RegisterNamesTheFolderAndWhy) {
     EXPECT_THAT(run.text(), HasSubstr(blocker + " is a file, not a folder"));
 }
 
+// Every command's --help, the window's too, prints and exits 0 without a display; an unknown
+// command names every command there is.
 TEST(HostHelp, EachCommandDescribesItselfAndTheHelpPagesAreThere) {
-    for (const std::string& command : {"console", "info", "register", "help"}) {
-        const auto run = run_host(command + " --help");
-        EXPECT_EQ(run.exit_code, 0);
+    const std::vector<std::string> commands{"window",   "console",    "info", "code",
+                                            "register", "unregister", "help", "components"};
+    const std::string headless = "env -u DISPLAY -u WAYLAND_DISPLAY";
+    for (const std::string& command : commands) {
+        const auto run = run_host(command + " --help", "", headless);
+        EXPECT_EQ(run.exit_code, 0) << command << ": " << run.text();
         EXPECT_THAT(run.text(), HasSubstr("kestrone-host " + command)) << command;
     }
     EXPECT_THAT(run_host("console --help").text(), HasSubstr("Ctrl-C"));
+    const auto unknown = run_host("frobnicate", "", headless);
+    EXPECT_EQ(unknown.exit_code, 2);
+    for (const std::string& command : commands)
+        EXPECT_THAT(unknown.text(), HasSubstr(command)) << unknown.text();
     const auto help = run_host("help", "", "env -u DISPLAY -u WAYLAND_DISPLAY");
     EXPECT_EQ(help.exit_code, 0) << help.text();
     ASSERT_THAT(help.text(), HasSubstr("the help is at /"));

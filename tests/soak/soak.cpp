@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "console_session.h"
+#include "console.h"
 
 namespace {
 
@@ -125,7 +125,7 @@ int main(int argc, char** argv) {
     // The allowance over the memory after the first tenth: caches warm up, nothing accumulates.
     const long margin_kib = argc > 3 ? std::atol(argv[3]) : 8192;
     std::ostringstream out;
-    console::ConsoleSession console(out);
+    console::Console console(out);
     std::string error;
     if (!console.session().load_module(KESTRONE_MODULE, &error)) {
         std::fprintf(stderr, "soak: %s\n", error.c_str());

@@ -129,7 +129,7 @@ void expect_still_answers(host_testing::Robot& robot) {
     host_testing::Robot fresh(read_file(kShipped));
     kestrone::IKestroneComponentV5& c = robot.object();
     kestrone::IKestroneComponentV5& f = fresh.object();
-    f.put_KestroneVersion(0x501);
+    f.put_KestroneVersion(kestrone::kHostVersion);
     std::string text, expected;
     EXPECT_EQ(c.get_Description(&text), kestrone::S_OK);
     EXPECT_EQ(f.get_Description(&expected), kestrone::S_OK);
@@ -138,7 +138,7 @@ void expect_still_answers(host_testing::Robot& robot) {
     EXPECT_EQ(c.get_PinCount(&count), kestrone::S_OK);
     EXPECT_EQ(f.get_PinCount(&fresh_count), kestrone::S_OK);
     EXPECT_EQ(count, fresh_count);
-    c.put_KestroneVersion(0x501);
+    c.put_KestroneVersion(kestrone::kHostVersion);
     EXPECT_EQ(c.get_MacroCode(9, &text), kestrone::S_OK);
     EXPECT_EQ(f.get_MacroCode(9, &expected), kestrone::S_OK);
     EXPECT_EQ(text, expected);
@@ -149,7 +149,7 @@ TEST(Boundary, EveryMemberTakesAValueOfEveryKindInEveryPlace) {
     host_testing::Robot robot(read_file(kShipped));
     auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
     auto& control = static_cast<kestrone::IRovanta&>(robot.object());
-    ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
+    ASSERT_EQ(host.put_KestroneVersion(kestrone::kHostVersion), kestrone::S_OK);
     ASSERT_EQ(host.StartSimulation(), kestrone::S_OK);
     for (const Variant& value : every_kind()) {
         for (std::size_t at = 0; at <= 9; ++at) {
@@ -157,7 +157,7 @@ TEST(Boundary, EveryMemberTakesAValueOfEveryKindInEveryPlace) {
             call_every_member(control, kestrone::kRovantaMembers, value, at);
         }
         // A member may have changed the version or stopped the run: both come back for the next.
-        ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
+        ASSERT_EQ(host.put_KestroneVersion(kestrone::kHostVersion), kestrone::S_OK);
         host.StartSimulation();
     }
     expect_still_answers(robot);
@@ -167,7 +167,7 @@ TEST(Boundary, EveryMemberTakesAValueOfEveryKindInEveryPlace) {
 TEST(Boundary, AnEmptyArrayFromTheLowestBoundHasNoElementZero) {
     host_testing::Robot robot(read_file(kShipped));
     auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
-    ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
+    ASSERT_EQ(host.put_KestroneVersion(kestrone::kHostVersion), kestrone::S_OK);
     ASSERT_EQ(host.StartSimulation(), kestrone::S_OK);
     std::int32_t ret = 0, cycles = 0;
     Variant affected;
@@ -197,7 +197,7 @@ TEST(Boundary, BeforeTheMacroTableAndAfterTheRunNothingFailsUnexpectedly) {
 TEST(Boundary, HugeArraysInEveryTaggedPlace) {
     host_testing::Robot robot(read_file(kShipped));
     auto& host = static_cast<kestrone::IKestroneComponentV5&>(robot.object());
-    ASSERT_EQ(host.put_KestroneVersion(0x501), kestrone::S_OK);
+    ASSERT_EQ(host.put_KestroneVersion(kestrone::kHostVersion), kestrone::S_OK);
     ASSERT_EQ(host.StartSimulation(), kestrone::S_OK);
     const std::vector<Variant> huge{
         variants(-3, std::vector<Variant>(1 << 17, Variant::integer(255))),

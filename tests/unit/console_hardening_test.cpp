@@ -6,8 +6,9 @@
 
 #include <sstream>
 
-#include "console_session.h"
+#include "console.h"
 #include "kestrone/memory_store.h"
+#include "panel_commands.h"
 #include "value_limits.h"
 #include "value_syntax.h"
 
@@ -58,7 +59,7 @@ TEST(ValueNesting, StopsAtTheLimitInsteadOfTheStack) {
 
 struct Console {
     std::ostringstream out;
-    console::ConsoleSession session{out};
+    console::Console session{out};
     std::string answer(const std::string& line) {
         out.str("");
         session.execute(line);
@@ -72,8 +73,16 @@ TEST(ConsoleAnswers, EscapeEveryByteThatWouldBreakALine) {
               "fail unknown command or operation: Bogus\\x00\\x7F\\xC3\\xA9\n");
     // A value that can't be read is quoted in the failure as written, escaped the same way.
     EXPECT_EQ(c.answer("store k = \x01"), "fail cannot read the value \\x01: not a value: \\x01\n");
-    EXPECT_THAT(c.answer("store k = " + nested("[", "", "]", 100)),
-                HasSubstr("arrays nested more than 64 deep"));
+    // A long one only by its start.
+    EXPECT_EQ(c.answer("store k = " + nested("[", "", "]", 100)),
+              "fail cannot read the value " + std::string(40, '[') +
+                  "...: arrays nested more than 64 deep\n");
+    // What a project file could not hold is refused at once, the store unchanged: beside a
+    // string that takes 6 bytes a byte in the file, 64 MB in all, one more entry is too much.
+    c.session.session().set_store_entry("big", Variant::string(std::string(11200000, '\x01')));
+    EXPECT_THAT(c.answer("store k = 1"),
+                testing::StartsWith("fail cannot store k: the project file would be 67200"));
+    c.session.session().clear_store();
 
     EXPECT_EQ(c.answer("store \"a\\x00b\\xFF\" = 1"), "ok\n");
     EXPECT_EQ(c.answer("store plain = 2&"), "ok\n");
@@ -93,10 +102,10 @@ TEST(ConsoleAnswers, KeyTextIsABareWordOnlyWhenItReadsBackAsOne) {
 }
 
 TEST(ConsoleAnswers, TickCountsBeyond32BitsKeepTheirValue) {
-    EXPECT_EQ(console::tick_count(2147483647), Variant::long_(2147483647));
-    EXPECT_EQ(console::tick_count(0), Variant::long_(0));
-    EXPECT_EQ(console::tick_count(2147483648LL + 2147483650LL), Variant::double_(4294967298.0));
-    EXPECT_EQ(console::format_value(console::tick_count(2147483649LL)), "2147483649#");
+    EXPECT_EQ(commands::tick_count(2147483647), Variant::long_(2147483647));
+    EXPECT_EQ(commands::tick_count(0), Variant::long_(0));
+    EXPECT_EQ(commands::tick_count(2147483648LL + 2147483650LL), Variant::double_(4294967298.0));
+    EXPECT_EQ(console::format_value(commands::tick_count(2147483649LL)), "2147483649#");
 }
 
 TEST(ConsoleAnswers, ProgressSaysHowFarWithoutOverflow) {

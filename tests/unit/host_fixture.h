@@ -5,7 +5,7 @@
 
 #include "host/rovanta_object.h"
 #include "kestrone/com.h"
-#include "platform/services.h"
+#include "platform/platform_services.h"
 #include "support/temp_dir.h"
 
 namespace host_testing {

@@ -164,6 +164,8 @@ TEST(NullPointers, ThePanelsInterfacesRefuseThemAndWriteNothing) {
         {"NextTick due", [&] { return view->NextTick(nullptr, &timer); }},
         {"NextTick timer", [&] { return view->NextTick(&due, nullptr); }},
         {"AdvanceTo", [&] { return view->AdvanceTo(clock + 5000, nullptr); }},
+        {"RaiseNextTick at", [&] { return view->RaiseNextTick(clock + 5000, nullptr, &timer); }},
+        {"RaiseNextTick timer", [&] { return view->RaiseNextTick(clock + 5000, &due, nullptr); }},
         {"GetProperty", [&] { return inspect->GetProperty("Timer1", &w, "Interval", nullptr); }},
         {"FindElement", [&] { return inspect->FindElement("Timer1", nullptr, nullptr); }},
     };

@@ -10,7 +10,7 @@
 #include <set>
 #include <string>
 
-#include "panel/panel.h"
+#include "panel/panel_model.h"
 
 namespace {
 

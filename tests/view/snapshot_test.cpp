@@ -5,7 +5,7 @@
 #include <QImage>
 #include <sstream>
 
-#include "console_session.h"
+#include "console.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "support/temp_dir.h"
@@ -35,7 +35,7 @@ TEST(PanelSnapshot, WritesThePanelAtZoomOneAsAPng) {
 // its answer comes back.
 TEST(ConsoleSnapshot, GoesToTheHostsViewAndAnswersWithIt) {
     std::ostringstream out;
-    console::ConsoleSession console(out);
+    console::Console console(out);
     console.session().load_module(KESTRONE_MODULE);
     console.start();
     const auto run = [&](const std::string& line) {

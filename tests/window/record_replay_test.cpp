@@ -6,11 +6,11 @@
 #include <fstream>
 #include <sstream>
 
-#include "console_session.h"
+#include "console.h"
 #include "properties_dialog.h"
-#include "session_input.h"
 #include "support/temp_dir.h"
 #include "value_syntax.h"
+#include "view_input.h"
 #include "window_fixture.h"
 
 namespace window_testing {
@@ -53,11 +53,11 @@ std::vector<std::string> state_of(host::ComponentSession& s) {
         kestrone::ElementInfo e;
         panel->GetElement(id, &e);
         std::ostringstream line;
-        line << window::element_word(*panel, id) << " " << e.left << "," << e.top << "," << e.width
-             << "," << e.height << " '" << e.caption << "' " << e.visible << e.enabled << " "
-             << e.fore_colour << "/" << e.back_colour << " " << e.z_order << " " << e.picture << " "
-             << e.check_value << " " << e.value << "[" << e.min << "," << e.max << "] "
-             << e.interval;
+        line << window::element_ref(*panel, id).value_or(commands::ElementRef{}).text() << " "
+             << e.left << "," << e.top << "," << e.width << "," << e.height << " '" << e.caption
+             << "' " << e.visible << e.enabled << " " << e.fore_colour << "/" << e.back_colour
+             << " " << e.z_order << " " << e.picture << " " << e.check_value << " " << e.value
+             << "[" << e.min << "," << e.max << "] " << e.interval;
         out.push_back(line.str());
     }
     out.push_back("clock " + std::to_string(s.now()));
@@ -116,7 +116,7 @@ TEST_F(RecordReplayTest, ARecordedSessionReplaysHeadlessToTheSameState) {
     const auto expected = state_of(window_->session());
 
     std::ostringstream answers;
-    console::ConsoleSession replay(answers);
+    console::Console replay(answers);
     ASSERT_TRUE(replay.session().load_module(KESTRONE_MODULE));
     replay.start();
     std::ifstream in(script);

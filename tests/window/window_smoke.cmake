@@ -13,7 +13,7 @@ file(REMOVE "${OUT}")
 execute_process(
   COMMAND "${XVFB_RUN}" -a "${HOST}" window --play "${SCRIPT}" ${world_args} --snapshot "${OUT}"
           --quit-after-play
-  RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err TIMEOUT 100)
+  RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err TIMEOUT 60)
 if(NOT status EQUAL 0)
   message(FATAL_ERROR "the window exited with ${status}\n${out}\n${err}")
 endif()

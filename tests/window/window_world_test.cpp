@@ -64,6 +64,12 @@ TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesI
     EXPECT_TRUE(recorded("world load \"" + track + "\""));
     EXPECT_FALSE(recorded("world load \"" + bad));
     EXPECT_TRUE(recorded("world unload"));
+    // A floor of a hundred metres at zoom 3 is no picture to make: the snapshot fails and says so.
+    ASSERT_TRUE(
+        window_->open_arena(dir_.write("huge.world", "size 100000 100000\nrobot 500 500 0\n")));
+    window_->set_zoom(3);
+    EXPECT_FALSE(window_->write_snapshot(dir_.path() + "/huge.png"));
+    EXPECT_NE(told_.back().find("more than 8192 on a side"), std::string::npos) << told_.back();
 }
 
 TEST_F(WindowWorldTest, TheRobotIsPutDownAndTurnedByHandOnlyWhileStopped) {
@@ -93,7 +99,7 @@ TEST_F(WindowWorldTest, AProgramRunInTheWindowDrivesTheRobotAndAResetBringsItBac
     EXPECT_GT(pose().x, 300);
     EXPECT_GT(world().trail().size(), 40u);
     elapse(15000, 25);
-    EXPECT_EQ(window_->session().program_state(), kflow::RunState::Finished);
+    EXPECT_EQ(window_->stage().program().state(), kflow::RunState::Finished);
     EXPECT_TRUE(world().arena().zone("finish")->contains(world().pose().centre));
     window_->reset_robot();
     EXPECT_EQ(world().trail().size(), 1u);
@@ -111,7 +117,7 @@ TEST(WindowWorldStartTest, OpensWithTheArenaAndRunsTheProgram) {
     window::MainWindow window(options, [] { return std::int64_t{5'000'000}; });
     ASSERT_TRUE(window.start());
     EXPECT_TRUE(window.world().loaded());
-    EXPECT_EQ(window.session().program_state(), kflow::RunState::Running);
+    EXPECT_EQ(window.stage().program().state(), kflow::RunState::Running);
     EXPECT_LT(window.session().now(), 100);
     EXPECT_EQ(window.exit_status(), 0);
 }

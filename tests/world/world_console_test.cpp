@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "console_session.h"
+#include "console.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -17,7 +17,7 @@ using Exchanges = std::vector<std::pair<std::string, std::string>>;
 // Each command's final line against its answer; a command without one is only run.
 void play(const Exchanges& exchanges) {
     std::ostringstream out;
-    console::ConsoleSession console(out);
+    console::Console console(out);
     ASSERT_TRUE(console.session().load_module(KESTRONE_MODULE));
     console.start();
     for (const auto& [command, answer] : exchanges) {

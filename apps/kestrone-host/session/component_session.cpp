@@ -1,9 +1,8 @@
 // The session's object: the module, the object and its interfaces, calls by name, fields, and
-// the clock.
+// the clock's primitives.
 #include "component_session.h"
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
 
 #include "session_busy.h"
@@ -23,7 +22,7 @@ ComponentSession::~ComponentSession() {
 
 bool ComponentSession::load_module(const std::string& path, std::string* error) {
     std::string why;
-    auto loaded = ModuleHost::load(path, why);
+    auto loaded = ComponentModule::open(path, why);
     if (!loaded) {
         load_error_ = why;
         if (error) *error = why;
@@ -38,7 +37,7 @@ bool ComponentSession::load_module(const std::string& path, std::string* error) 
 HRESULT ComponentSession::release_object() {
     if (busy()) return kSessionBusy;
     if (object_) last_now_ = now();
-    retire_program();
+    if (on_release_) on_release_();
     page_.reset();
     pages_.reset();
     persist_.reset();
@@ -58,7 +57,7 @@ HRESULT ComponentSession::create_object() {
     kestrone::ComPtr<kestrone::IUnknown> object;
     HRESULT hr;
     {
-        Busy b(depth_);
+        Busy b(*this);
         hr = module_->create(&services_, object);
     }
     if (kestrone::failed(hr)) return hr;
@@ -100,10 +99,10 @@ bool ComponentSession::offers(Facet facet) const {
     return false;
 }
 
-HRESULT ComponentSession::make_ready() {
-    if (!component_) return kNoObject;
-    Busy b(depth_);
-    return component_->put_KestroneVersion(kHostVersion);
+HRESULT ComponentSession::make_ready(const ObjectRecipe& recipe) {
+    if (!object_ || !component_) return kNoObject;
+    Busy b(*this);
+    return ready_object(*object_.get(), recipe);
 }
 
 std::optional<Operation> ComponentSession::find_operation(std::string_view name, bool write) {
@@ -129,20 +128,20 @@ bool ComponentSession::has_operation(std::string_view name) {
 HRESULT ComponentSession::call(const Operation& op, std::vector<Variant>& args, Variant* result) {
     if (!dispatch_) return kNoObject;
     if (args.size() != op.info->param_count) return kestrone::DISP_E_BADPARAMCOUNT;
-    Busy b(depth_);
+    Busy b(*this);
     return dispatch_->Invoke(op.iface, op.number, args.data(),
                              static_cast<std::int32_t>(args.size()), result);
 }
 
 HRESULT ComponentSession::start_simulation() {
     if (!component_) return kNoObject;
-    Busy b(depth_);
+    Busy b(*this);
     return component_->StartSimulation();
 }
 
 HRESULT ComponentSession::stop_simulation() {
     if (!component_) return kNoObject;
-    Busy b(depth_);
+    Busy b(*this);
     return component_->StopSimulation();
 }
 
@@ -171,76 +170,52 @@ std::int64_t ComponentSession::now() const {
     return saturated_sum(panel_now, clock_offset_);
 }
 
+std::int64_t ComponentSession::panel_clock() const {
+    std::int64_t panel_now = 0;
+    if (panel_) panel_->GetClock(&panel_now);
+    return panel_now;
+}
+
 // The offset never reaches the lowest 64-bit value: the session's time starts at 0 and the
 // panels' clocks never go below it.
 std::int64_t ComponentSession::panel_time(std::int64_t session_time) const {
     return saturated_sum(session_time, -clock_offset_);
 }
 
-HRESULT ComponentSession::advance(std::int64_t ms, std::int64_t* ticks) {
-    if (ms < 0) return kestrone::E_INVALIDARG;
-    return advance_to(saturated_sum(now(), ms), ticks);
+bool ComponentSession::next_tick(std::int64_t* at) const {
+    if (!panel_) return false;
+    std::int64_t due = 0, panel_now = 0;
+    std::int32_t timer = -1;
+    if (panel_->NextTick(&due, &timer) != kestrone::S_OK || timer < 0) return false;
+    panel_->GetClock(&panel_now);
+    *at = saturated_sum(now(), std::max<std::int64_t>(0, due - panel_now));
+    return true;
 }
 
-void ComponentSession::on_clock_step(std::int64_t period_ms,
-                                     std::function<void(std::int64_t)> step) {
-    step_period_ = period_ms > 0 ? period_ms : 0;
-    clock_step_ = step_period_ ? std::move(step) : nullptr;
+bool ComponentSession::raise_next_tick(std::int64_t until, std::int64_t* at, std::int32_t* timer) {
+    if (!panel_) return false;
+    std::int64_t panel_at = 0;
+    HRESULT hr;
+    {
+        Busy b(*this);
+        hr = panel_->RaiseNextTick(panel_time(until), &panel_at, timer);
+    }
+    if (hr != kestrone::S_OK) return false;
+    *at = saturated_sum(panel_at, clock_offset_);
+    return true;
 }
 
-HRESULT ComponentSession::advance_to(std::int64_t when, std::int64_t* ticks) {
+HRESULT ComponentSession::bring_panel_to(std::int64_t when, std::int64_t* ticks) {
+    std::int64_t raised = 0;
     if (ticks) *ticks = 0;
     if (!panel_) return kNoObject;
-    std::int64_t raised = 0;
-    const HRESULT hr = progress_ ? advance_in_slices(when, &raised) : bring_clock_to(when, &raised);
+    HRESULT hr;
+    {
+        Busy b(*this);
+        hr = panel_->AdvanceTo(panel_time(when), &raised);
+    }
     if (ticks) *ticks = raised;
     return hr;
-}
-
-// The clock to `when` in one go; a world keeping step with the wheels is stepped on the way, each
-// step after the ticks due by then.
-HRESULT ComponentSession::bring_clock_to(std::int64_t when, std::int64_t* raised) {
-    const std::int64_t target = panel_time(when);
-    HRESULT hr = kestrone::S_OK;
-    const auto bring_to = [&](std::int64_t at) {
-        std::int64_t n = 0;
-        Busy b(depth_);
-        hr = panel_->AdvanceTo(at, &n);
-        *raised += n;
-    };
-    std::int64_t from = 0;
-    panel_->GetClock(&from);
-    for (std::int64_t at = from - from % std::max<std::int64_t>(step_period_, 1) + step_period_;
-         clock_step_ && panel_ && at <= target && !kestrone::failed(hr); at += step_period_) {
-        bring_to(at);
-        clock_step_(at);
-        if (at > kFarthest - step_period_) break;
-    }
-    if (panel_ && !kestrone::failed(hr)) bring_to(target);
-    return hr;
-}
-
-// Slices of the clock that grow while they pass quickly, so that the check is asked a few times
-// a second however dense the ticks are.
-HRESULT ComponentSession::advance_in_slices(std::int64_t when, std::int64_t* raised) {
-    using Clock = std::chrono::steady_clock;
-    const std::int64_t from = now();
-    std::int64_t slice = 16;
-    while (true) {
-        const std::int64_t at = now();
-        if (at >= when) return kestrone::S_OK;
-        const std::int64_t to = when - at > slice ? at + slice : when;
-        const auto started = Clock::now();
-        std::int64_t ticks = 0;
-        const HRESULT hr = bring_clock_to(to, &ticks);
-        *raised += ticks;
-        // A clock that did not move would never get there.
-        if (kestrone::failed(hr) || now() <= at) return hr;
-        if (to < when && !progress_(to - from, when - from)) return kInterrupted;
-        if (Clock::now() - started < std::chrono::milliseconds(50) &&
-            slice < (std::int64_t{1} << 61))
-            slice *= 2;
-    }
 }
 
 }  // namespace host

@@ -1,14 +1,12 @@
 // One host session: the module, the Rovanta object it makes, the services lent to it, the store
-// and its project file, the property frame, the clock and the running program. Qt-free: the
-// console and the window are thin faces over it, each giving its own services and deciding when
-// time passes.
+// and its project file, and the property frame. Qt-free: the stage stands above it (the clock,
+// the world, the program), and the console and the window are faces of the stage.
 //
 // Everything happens on the caller's thread, one call at a time, as the component expects. A
 // call may re-enter the session from inside the component (a face's message box or tone that
 // runs an event loop): calls that reach the component pass through (the component holds its own
-// thread), but what would pull the object, the page or the program from under a call in progress
-// is refused with kSessionBusy, and a program stopped from inside one of its own steps stops when
-// that step returns.
+// thread), but what would pull the object or the page from under a call in progress is refused
+// with kSessionBusy.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "component_module.h"
 #include "kestrone/com.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/field_access.h"
@@ -27,8 +26,7 @@
 #include "kestrone/property_page.h"
 #include "kestrone/services.h"
 #include "kestrone/typelib.h"
-#include "module_host.h"
-#include "run_driver.h"
+#include "object_recipe.h"
 
 namespace host {
 
@@ -38,16 +36,6 @@ using StoreEntries = std::vector<kestrone::MemoryStore::Entry>;
 inline constexpr kestrone::HRESULT kSessionBusy = static_cast<kestrone::HRESULT>(0x8001010Au);
 // No object, or the object lacks the interface the operation needs.
 inline constexpr kestrone::HRESULT kNoObject = kestrone::E_NOINTERFACE;
-
-// Long work stopped by the face (a user's Ctrl-C) before its end.
-inline constexpr kestrone::HRESULT kInterrupted = static_cast<kestrone::HRESULT>(0x80004004u);
-
-// Told between the slices of a long advance or run with the milliseconds done of those asked for
-// (a run: of its limit); false stops the work there.
-using ProgressCheck = std::function<bool(std::int64_t done_ms, std::int64_t total_ms)>;
-
-// The host's version as it tells the component: 5.1.
-inline constexpr std::int32_t kHostVersion = 0x501;
 
 // How the project file is read and written; the session knows no file format of its own.
 struct ProjectCodec {
@@ -83,7 +71,7 @@ class ComponentSession {
     // `services` receive the component's messages and tones, from its creation on; they must
     // outlive the session. Without a codec the session keeps no project files.
     explicit ComponentSession(kestrone::IHostServices& services, ProjectCodec codec = {});
-    // Releases the program, the page, the interfaces and the object, in that order.
+    // Releases the page, the interfaces and the object, in that order.
     ~ComponentSession();
     ComponentSession(const ComponentSession&) = delete;
     ComponentSession& operator=(const ComponentSession&) = delete;
@@ -94,19 +82,23 @@ class ComponentSession {
     bool load_module(const std::string& path, std::string* error = nullptr);
     bool module_loaded() const { return module_ != nullptr; }
     const std::string& load_error() const { return load_error_; }
-    const ModuleHost* module() const { return module_.get(); }
+    const ComponentModule* module() const { return module_.get(); }
 
     // Releases any object, then makes a new one through the class factory, the services handed
     // over first so that the messages of its creation reach them. Its interfaces are queried
     // once. kNoObject without a module; else the factory's status.
     kestrone::HRESULT create_object();
-    // The program, the page and every interface go before the object.
+    // Whoever holds on to the object's interfaces (a program) is told first; then the page and
+    // every interface go before the object.
     kestrone::HRESULT release_object();
+    void on_release(std::function<void()> release) { on_release_ = std::move(release); }
     bool has_object() const { return static_cast<bool>(object_); }
     bool offers(Facet facet) const;
-    // Tells the component the host's version, which builds its macro table, as a host does once
-    // after it creates the object. load_program does it when the component is not ready yet.
-    kestrone::HRESULT make_ready();
+    // Tells the object what a host tells a new one (the host's version, by default), as a host
+    // does once after it creates it.
+    kestrone::HRESULT make_ready(const ObjectRecipe& recipe = {});
+    // The host interface, for the program and the C; null without an object.
+    kestrone::IKestroneComponentV5* component() const { return component_.get(); }
 
     // For a view: the panel to paint and the page to build, or null.
     kestrone::IKestronePanel* panel() const { return panel_.get(); }
@@ -154,25 +146,28 @@ class ComponentSession {
     // One tick of Timer1(timer), now.
     kestrone::HRESULT tick(std::int32_t timer);
 
-    // ---- The clock ----
+    // ---- The clock's primitives, for the stage that keeps time ----
 
     // The session's time in milliseconds: the panel's clock, carried on across objects so that
-    // it never goes back. It moves only by advance, advance_to and a program's delays: virtual in
-    // the console and the tests, fed by real time in a window. The session never sleeps.
+    // it never goes back. It moves only when the stage brings it on: virtual in the console and
+    // the tests, fed by real time in a window. The session never sleeps.
     std::int64_t now() const;
-    // Brings the clock on by `ms` (0 or more), or to `when` (never back). Every timer tick due on
-    // the way is raised in time order, unless the component holds the thread: then each timer
-    // keeps one, raised once the thread is free. `ticks` counts the ticks raised.
-    kestrone::HRESULT advance(std::int64_t ms, std::int64_t* ticks = nullptr);
-    kestrone::HRESULT advance_to(std::int64_t when, std::int64_t* ticks = nullptr);
-    // With a check, an advance goes in slices of the clock (the same ticks in the same order)
-    // and asks it after each; one that says stop ends the advance with kInterrupted, where the
-    // clock then stands, and halts a program run at its next delay.
-    void set_progress_check(ProgressCheck check) { progress_ = std::move(check); }
-    // Something that keeps step with the wheels (a world the robot drives in): called at every
-    // multiple of `period_ms` of the panel's clock that advance and advance_to pass, after the
-    // ticks due by then. An empty function ends it.
-    void on_clock_step(std::int64_t period_ms, std::function<void(std::int64_t)> step);
+    // The panel's own clock, which starts again with each object.
+    std::int64_t panel_clock() const;
+    // The moment the earliest tick is due; false when no timer runs.
+    bool next_tick(std::int64_t* at) const;
+    // The next tick alone, when one is due by `until`: raised, with its moment and timer. False,
+    // and nothing moves, when none is due by then or the component holds the thread.
+    bool raise_next_tick(std::int64_t until, std::int64_t* at, std::int32_t* timer);
+    // The panel's clock to `when` (never back), any tick due on the way raised in time order;
+    // while the component holds the thread each timer keeps one instead. `ticks` counts them.
+    kestrone::HRESULT bring_panel_to(std::int64_t when, std::int64_t* ticks = nullptr);
+    // A call into the component is in progress (a face's box or tone holds the thread).
+    bool in_call() const { return depth_ > 0; }
+
+    // Counts a call into the component while it runs, so that one re-entering from inside it
+    // can be told apart (session_busy.h).
+    class Busy;
 
     // ---- The store and the project file ----
 
@@ -220,48 +215,15 @@ class ComponentSession {
     // OK (after apply_page) or Cancel: the page goes, nothing more is applied.
     kestrone::HRESULT close_page();
 
-    // ---- The running program ----
-
-    // Reads and checks a .kflow program against the component's macros (telling the component
-    // the host's version first if it has none). False with `error`: the file that can't be read,
-    // or the program's first fault as FILE:LINE:COLUMN: TEXT; the program loaded before stays.
-    // A program that was running is stopped and replaced.
-    bool load_program(const std::string& path, std::string* error);
-    bool has_program() const { return interpreter_ != nullptr; }
-    // Every variable to 0, then StartSimulation; a running program starts over.
-    kestrone::HRESULT start_program();
-    // Runs at most `max_steps` steps of the started program. A delay ends the slice: the program
-    // then waits until the clock reaches program_wakes_at(), and until then drive_program only
-    // reports Delay with the milliseconds left. Finished, Halted and Failed end it; the
-    // simulation is stopped and program_message() says why.
-    kflow::Pause drive_program(std::uint64_t max_steps);
-    // Starts the program and runs it to its end, each delay moving the session's clock on (the
-    // console's way). A program that reaches a limit is halted at the line it had reached.
-    kflow::RunOutcome run_program(const kflow::RunLimits& limits = {});
-    // Halts a started program with StopSimulation; from inside one of its own steps (a window's
-    // Stop pressed while its tone sounds) once that step has returned.
-    void stop_program(std::string why = {});
-    kflow::RunState program_state() const;
-    std::int64_t program_wakes_at() const { return wake_at_; }
-    // The line that runs (or ran last); 0 before a start.
-    int program_line() const;
-    const std::string& program_message() const;
-    // A variable of the program that runs, else of the last one that ran.
-    std::optional<std::int16_t> variable(std::string_view name) const;
-    bool has_run() const;
-
   private:
-    class Busy;
     bool busy() const { return depth_ > 0; }
-    void retire_program();
     void query_interfaces();
     std::int64_t panel_time(std::int64_t session_time) const;
-    kestrone::HRESULT advance_in_slices(std::int64_t when, std::int64_t* raised);
-    kestrone::HRESULT bring_clock_to(std::int64_t when, std::int64_t* raised);
 
     kestrone::IHostServices& services_;
     ProjectCodec codec_;
-    std::unique_ptr<ModuleHost> module_;
+    std::unique_ptr<ComponentModule> module_;
+    std::function<void()> on_release_;
     std::string load_error_;
     int depth_ = 0;  // calls into the component in progress
 
@@ -279,20 +241,10 @@ class ComponentSession {
     // again, carries on from where the last one stood.
     std::int64_t clock_offset_ = 0;
     std::int64_t last_now_ = 0;
-    ProgressCheck progress_;
-    std::int64_t step_period_ = 0;
-    std::function<void(std::int64_t)> clock_step_;
 
     kestrone::MemoryStore store_;
     std::string project_path_;
     bool dirty_ = false;
-
-    std::unique_ptr<kflow::Program> program_;  // the interpreter holds on to it
-    std::unique_ptr<kflow::Interpreter> interpreter_;
-    std::int64_t wake_at_ = 0;
-    // The variables of the last program that ran, kept when it is replaced or its object goes.
-    std::vector<std::pair<std::string, std::int16_t>> last_values_;
-    bool any_run_ = false;
 };
 
 }  // namespace host

@@ -8,7 +8,7 @@ namespace host {
 
 class ComponentSession::Busy {
   public:
-    explicit Busy(int& depth) : depth_(depth) { ++depth_; }
+    explicit Busy(ComponentSession& session) : depth_(session.depth_) { ++depth_; }
     ~Busy() { --depth_; }
     Busy(const Busy&) = delete;
     Busy& operator=(const Busy&) = delete;

@@ -32,7 +32,7 @@ HRESULT ComponentSession::write_settings(const StoreNotice& each_write) {
     };
     HRESULT hr;
     {
-        Busy b(depth_);
+        Busy b(*this);
         hr = persist_->WriteProperties(&store_);
     }
     store_.on_write = nullptr;
@@ -44,7 +44,7 @@ HRESULT ComponentSession::read_settings(const StoreNotice& each_read) {
     store_.on_read = each_read;
     HRESULT hr;
     {
-        Busy b(depth_);
+        Busy b(*this);
         hr = persist_->ReadProperties(&store_);
     }
     store_.on_read = nullptr;
@@ -95,7 +95,7 @@ HRESULT ComponentSession::open_page() {
     if (busy()) return kSessionBusy;
     if (!pages_) return kNoObject;
     page_.reset();
-    Busy b(depth_);
+    Busy b(*this);
     kestrone::IKestronePropertyPage* raw = nullptr;
     HRESULT hr = pages_->CreatePropertyPage(&raw);
     if (kestrone::failed(hr)) return hr;
@@ -113,13 +113,13 @@ HRESULT ComponentSession::page_property(const std::string& widget, const std::st
 HRESULT ComponentSession::edit_page(const std::string& widget, const std::string& property,
                                     const Variant& value) {
     if (!page_) return kNoObject;
-    Busy b(depth_);
+    Busy b(*this);
     return page_->UserPut(widget, property, value);
 }
 
 HRESULT ComponentSession::click_page(const std::string& widget) {
     if (!page_) return kNoObject;
-    Busy b(depth_);
+    Busy b(*this);
     return page_->UserClick(widget);
 }
 
@@ -135,7 +135,7 @@ HRESULT ComponentSession::apply_page() {
     const auto page = page_;
     HRESULT hr;
     {
-        Busy b(depth_);
+        Busy b(*this);
         hr = page->Apply();
     }
     dirty_ = true;

@@ -1,18 +1,27 @@
 #include "action_recorder.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fstream>
+
+#include "panel_commands.h"
 
 namespace window {
 
 ActionRecorder::ActionRecorder(std::function<std::int64_t()> now) : now_(std::move(now)) {}
 
-void ActionRecorder::note(const std::string& line) {
+void ActionRecorder::add(const std::string& line) {
     const std::int64_t at = now_();
-    if (at > last_) lines_.push_back("advance " + std::to_string(at - last_));
+    if (at > last_) lines_.push_back(commands::format(commands::Advance{at - last_}));
     last_ = std::max(last_, at);
     lines_.push_back(line);
+}
+
+void ActionRecorder::note(const commands::Command& command) {
+    add(command.format());
+}
+
+void ActionRecorder::note_comment(const std::string& text) {
+    add("# " + text);
 }
 
 void ActionRecorder::restart(std::int64_t origin) {
@@ -35,14 +44,6 @@ bool ActionRecorder::save(const std::string& path, std::string* error) const {
     if (out) return true;
     if (error) *error = "cannot write the recording " + path;
     return false;
-}
-
-std::string coordinate_text(float value) {
-    char buffer[32];
-    const auto r = std::to_chars(buffer, buffer + sizeof buffer, value);
-    // The shortest text that reads back to the same float: the console reads it as a double,
-    // which narrows to this float again.
-    return std::string(buffer, r.ptr);
 }
 
 }  // namespace window

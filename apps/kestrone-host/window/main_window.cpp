@@ -14,8 +14,10 @@
 
 #include "error_text.h"
 #include "help_window.h"
+#include "object_commands.h"
 #include "project_file.h"
 #include "properties_dialog.h"
+#include "store_commands.h"
 #include "value_syntax.h"
 
 namespace window {
@@ -27,38 +29,33 @@ constexpr const char* kProduct = "Rovanta";
 MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     : options_(std::move(options)),
       services_([this] { return project_name(); }),
-      console_(answers_, {&host::load_project, &host::save_project}, &services_),
-      recorder_([this] { return session().now(); }),
-      clock_(
-          session(), [this] { return services_.in_call(); }, std::move(clock)),
-      input_(session(), recorder_, [this] { clock_.pulse(); }),
-      player_(console_, answers_, clock_, recorder_) {
+      stage_(services_, {&host::load_project, &host::save_project}),
+      clock_(stage_, std::move(clock)),
+      recorder_([this] { return stage_.now(); }),
+      runner_(context_, clock_, recorder_, [this] { after_action(); }),
+      input_(runner_),
+      player_(runner_, clock_) {
     services_.set_parent(this);
-    console_.set_snapshot([this](kestrone::IKestronePanel& panel, const std::string& path) {
+    context_.snapshot = [this](kestrone::IKestronePanel& panel, const std::string& path) {
         return snapshots_.write(panel, path);
-    });
+    };
     // Unattended, the component's own boxes are answered at once, as the console does.
     if (options_.quit_after_play) services_.set_box_handler([](QWidget* box) { box->close(); });
     auto* central = new QSplitter(Qt::Vertical, this);
-    stage_ = new QWidget(central);
-    auto* row = new QHBoxLayout(stage_);
+    stage_area_ = new QWidget(central);
+    auto* row = new QHBoxLayout(stage_area_);
     row->setContentsMargins(0, 0, 0, 0);
-    placeholder_ = new QLabel(stage_);
+    placeholder_ = new QLabel(stage_area_);
     placeholder_->setAlignment(Qt::AlignCenter);
     row->addWidget(placeholder_);
-    build_world_view(stage_);
+    build_world_view(stage_area_);
     program_ = new ProgramPane(central);
     program_->hide();
     setCentralWidget(central);
     status_ = new QLabel(this);
     statusBar()->addWidget(status_, 1);
     build_menus();
-    connect(&clock_, &ClockDriver::advanced, this, &MainWindow::after_clock);
-    connect(&clock_, &ClockDriver::program_ended, this, [this] { update_status(); });
-    connect(&player_, &ScriptPlayer::line_played, this, [this] {
-        follow_object();
-        follow_world();
-    });
+    connect(&clock_, &RealTimeClock::advanced, this, &MainWindow::after_action);
     connect(&player_, &ScriptPlayer::finished, this, &MainWindow::played_to_end);
     connect(program_, &ProgramPane::save_code_requested, this, [this] {
         const QString path = ask_save_path(this, tr("Save the C program"), tr("C (*.c)"));
@@ -86,18 +83,16 @@ bool MainWindow::start() {
     }
     // A script plays against an object as the console makes it; a user's window gets one made
     // ready as a host does.
-    if (!make_object(options_.play.empty())) return false;
-    recorder_.restart(session().now());
+    recorder_.restart(stage_.now());
+    if (opened) recorder_.note(commands::StoreFile{false, options_.project});
+    if (!make_object(options_.play.empty() && !opened)) return false;
     if (opened) {
-        recorder_.note("store load " + console::quote(options_.project));
-        session().read_settings();
-        recorder_.note("readprops");
+        runner_.perform(commands::StoreWalk{false});
+        if (options_.play.empty()) make_object_ready();
     }
-    if (options_.play.empty())
-        recorder_.note("KestroneVersion = " + std::to_string(host::kHostVersion));
     set_zoom(options_.zoom);
     clock_.start();
-    // After the clock has started: an action brings the session to the clock's now first.
+    // After the clock has started: an action brings the stage to the clock's now first.
     if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
     if (!options_.run.empty()) {
         if (open_program(options_.run))
@@ -119,14 +114,20 @@ bool MainWindow::start() {
     return true;
 }
 
+// What a host tells a new object: the host's version, as the console's line for it.
+void MainWindow::make_object_ready() {
+    runner_.perform(commands::Operation{
+        "KestroneVersion", true, {kestrone::Variant::long_(kestrone::kHostVersion)}});
+}
+
 bool MainWindow::make_object(bool ready) {
-    const kestrone::HRESULT hr = session().create_object();
-    if (kestrone::failed(hr)) {
-        tell("The component could not make its object (status " + console::status_text(hr) + ").");
+    const commands::Reply made = commands::make_object(context_);
+    if (!made.is_ok()) {
+        tell("The component could not make its object (" + made.line() + ").");
         follow_object();
         return false;
     }
-    if (ready) session().make_ready();
+    if (ready) make_object_ready();
     follow_object();
     return true;
 }
@@ -144,21 +145,21 @@ void MainWindow::follow_object() {
     if (view_) {
         view_->reset(*panel);
     } else {
-        view_ = new panelqt::PanelView(*panel, input_, stage_);
+        view_ = new panelqt::PanelView(*panel, input_, stage_area_);
         // The panel keeps its size; the world takes what room is left.
-        static_cast<QHBoxLayout*>(stage_->layout())->insertWidget(0, view_, 0, Qt::AlignTop);
+        static_cast<QHBoxLayout*>(stage_area_->layout())->insertWidget(0, view_, 0, Qt::AlignTop);
         view_->set_zoom(options_.zoom);
-        connect(view_, &panelqt::PanelView::input_delivered, this, [this] { after_clock(); });
     }
     placeholder_->hide();
     view_->show();
     view_->setFocus();
 }
 
-void MainWindow::after_clock() {
+void MainWindow::after_action() {
+    follow_object();
     if (view_ && session().panel()) view_->refresh();
     follow_world();
-    const int line = session().program_line();
+    const int line = stage_.program().line();
     if (line != shown_line_) {
         shown_line_ = line;
         program_->show_line(line);
@@ -167,19 +168,17 @@ void MainWindow::after_clock() {
     update_title();
 }
 
+// With a program open, Start runs it, as the host's Start runs the user's program; without one
+// the panel simulates alone.
 void MainWindow::start_simulation() {
-    clock_.pulse();
-    recorder_.note("StartSimulation");
-    session().start_simulation();
-    after_clock();
+    if (stage_.program().loaded()) return run_program();
+    runner_.perform(commands::Operation{"StartSimulation", false, {}});
 }
 
+// A running program stops with the simulation.
 void MainWindow::stop_simulation() {
-    clock_.pulse();
-    if (session().program_state() == kflow::RunState::Running) return stop_program();
-    recorder_.note("StopSimulation");
-    session().stop_simulation();
-    after_clock();
+    if (stage_.program().running()) return stop_program();
+    runner_.perform(commands::Operation{"StopSimulation", false, {}});
 }
 
 void MainWindow::set_zoom(int zoom) {
@@ -190,23 +189,22 @@ void MainWindow::set_zoom(int zoom) {
 }
 
 std::unique_ptr<PropertiesDialog> MainWindow::make_properties() {
-    clock_.pulse();
-    recorder_.note("page open");
-    const kestrone::HRESULT hr = session().open_page();
-    if (kestrone::failed(hr) && !session().page_open()) {
-        tell("The property page could not be opened (status " + console::status_text(hr) + ").");
+    const commands::Reply opened = runner_.perform(commands::PageOpen{});
+    if (!opened.is_ok() && !session().page_open()) {
+        tell("The property page could not be opened (" + opened.line() + ").");
         return nullptr;
     }
     auto dialog = std::make_unique<PropertiesDialog>(
-        session(), recorder_, [this](const std::string& text) { tell(text); }, this);
-    connect(dialog.get(), &PropertiesDialog::applied, this, &MainWindow::after_clock);
+        runner_, [this](const std::string& text) { tell(text); }, this);
+    // The C follows the settings the object holds: an apply changes it at once.
+    connect(dialog.get(), &PropertiesDialog::applied, this, &MainWindow::refresh_code);
     return dialog;
 }
 
 void MainWindow::show_properties() {
     if (auto dialog = make_properties()) {
         dialog->exec();
-        after_clock();
+        after_action();
     }
 }
 
@@ -220,10 +218,11 @@ void MainWindow::update_status() {
     QString state = !session().has_object() ? tr("No object")
                     : simulating()          ? tr("Simulating")
                                             : tr("Stopped");
-    if (session().program_state() == kflow::RunState::Running)
-        state += tr(" - program at line %1").arg(session().program_line());
-    else if (!session().program_message().empty())
-        state += " - " + QString::fromStdString(session().program_message());
+    const stage::ProgramRun& program = stage_.program();
+    if (program.running())
+        state += tr(" - program at line %1").arg(program.line());
+    else if (!program.message().empty())
+        state += " - " + QString::fromStdString(program.message());
     if (player_.playing()) state += tr(" - playing");
     const QString text = tr("%1    left wheel %2 ticks/s    right wheel %3 ticks/s")
                              .arg(state)
@@ -248,7 +247,7 @@ void MainWindow::update_title() {
 void MainWindow::tell(const std::string& text) {
     // Unattended (a script played to its end and quit): nobody would close a box.
     if (options_.quit_after_play) {
-        std::cerr << "kestrone-host: " << text << std::endl;
+        std::cerr << "kestrone-host: " << console::escape_text(text) << std::endl;
         return;
     }
     services_.ShowMessage(text);
@@ -256,6 +255,9 @@ void MainWindow::tell(const std::string& text) {
 
 void MainWindow::played_to_end() {
     if (!player_.failures().empty()) exit_status_ = 1;
+    // The lines that failed are said where the caller of a played script sees them.
+    for (const std::string& failure : player_.failures())
+        std::cerr << "kestrone-host: " << console::escape_text(failure) << "\n";
     if (!options_.snapshot.empty() && !write_snapshot(options_.snapshot)) exit_status_ = 1;
     if (options_.quit_after_play) {
         clock_.stop();

@@ -1,23 +1,23 @@
 // kestrone-host's window: the panel with Start and Stop, zoom, the property dialog, project files,
-// robot programs, help, and the recording and playing of console scripts. A thin face of the host
-// session: every action is one session call, recorded as the console line it amounts to.
+// robot programs, the arena, help, and the recording and playing of console scripts. A thin face
+// of the stage: every action is a command, run and recorded by the action runner.
 #pragma once
 
 #include <QLabel>
 #include <QMainWindow>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include "action_recorder.h"
-#include "clock_driver.h"
-#include "console_session.h"
+#include "action_runner.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "program_pane.h"
+#include "real_time_clock.h"
 #include "script_player.h"
-#include "session_input.h"
+#include "stage.h"
+#include "view_input.h"
 #include "window_services.h"
 #include "world_view.h"
 
@@ -71,7 +71,7 @@ class MainWindow : public QMainWindow {
     bool save_code(const std::string& path);
     void show_help();
     // The arena beside the panel (window_world.cpp): a bad file is told and leaves the world as
-    // it was. Each is recorded as its `world` line.
+    // it was.
     bool open_arena(const std::string& path);
     void close_arena();
     void reset_robot();
@@ -80,16 +80,18 @@ class MainWindow : public QMainWindow {
     // it fails.
     bool write_snapshot(const std::string& path);
 
-    host::ComponentSession& session() { return console_.session(); }
-    ClockDriver& clock() { return clock_; }
-    SessionInput& input() { return input_; }
+    stage::Stage& stage() { return stage_; }
+    host::ComponentSession& session() { return stage_.session(); }
+    RealTimeClock& clock() { return clock_; }
+    ActionRunner& runner() { return runner_; }
+    ViewInput& input() { return input_; }
     ActionRecorder& recorder() { return recorder_; }
     WindowServices& services() { return services_; }
     ScriptPlayer& player() { return player_; }
     ProgramPane* program_pane() const { return program_; }
     panelqt::PanelView* view() const { return view_; }
     world::WorldView* world_view() const { return world_view_; }
-    world::World& world() { return console_.world_driver().world(); }
+    world::World& world() { return stage_.world(); }
     QString status_text() const { return status_->text(); }
     // The question before unsaved changes are lost: true to go on. Tests give their own answer.
     void set_confirm_discard(std::function<bool()> confirm) {
@@ -105,10 +107,11 @@ class MainWindow : public QMainWindow {
     void build_menus();
     void build_file_menu();
     void build_program_menu();
-    // A new object, made ready as a host does; the view follows it.
+    // A new object, made ready as a host does when `ready`; the view follows it.
     bool make_object(bool ready);
+    void make_object_ready();
     void follow_object();
-    void after_clock();
+    void after_action();
     void update_title();
     void update_status();
     void tell(const std::string& text);
@@ -125,17 +128,18 @@ class MainWindow : public QMainWindow {
     std::string write_stage(kestrone::IKestronePanel& panel, const std::string& path);
 
     WindowOptions options_;
-    std::ostringstream answers_;
     WindowServices services_;
-    console::ConsoleSession console_;
+    stage::Stage stage_;
+    commands::Context context_{stage_};
+    RealTimeClock clock_;
     ActionRecorder recorder_;
-    ClockDriver clock_;
-    SessionInput input_;
+    ActionRunner runner_;
+    ViewInput input_;
     ScriptPlayer player_;
     panelqt::PanelSnapshots snapshots_;
     panelqt::PanelView* view_ = nullptr;
     QLabel* placeholder_ = nullptr;
-    QWidget* stage_ = nullptr;  // the panel and the world side by side
+    QWidget* stage_area_ = nullptr;  // the panel and the world side by side
     QScrollArea* world_area_ = nullptr;
     world::WorldView* world_view_ = nullptr;
     QAction* close_arena_ = nullptr;

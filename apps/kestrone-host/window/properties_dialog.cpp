@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "error_text.h"
+#include "store_commands.h"
 #include "value_syntax.h"
 
 namespace window {
@@ -68,9 +69,12 @@ void show_values(QWidget* w, const WidgetInfo& info) {
 
 }  // namespace
 
-PropertiesDialog::PropertiesDialog(host::ComponentSession& session, ActionRecorder& recorder,
+PropertiesDialog::PropertiesDialog(ActionRunner& runner,
                                    std::function<void(const std::string&)> report, QWidget* parent)
-    : QDialog(parent), session_(session), recorder_(recorder), report_(std::move(report)) {
+    : QDialog(parent),
+      runner_(runner),
+      session_(runner.context().stage.session()),
+      report_(std::move(report)) {
     build();
 }
 
@@ -174,15 +178,12 @@ void PropertiesDialog::connect_edits(const WidgetInfo& info, QWidget* made) {
 
 void PropertiesDialog::edit(const std::string& name, const std::string& property,
                             const Variant& value) {
-    const kestrone::HRESULT hr = session_.edit_page(name, property, value);
-    if (hr != kestrone::DISP_E_UNKNOWNNAME)
-        recorder_.note("page put " + name + "." + property + " = " + console::format_value(value));
+    runner_.perform(commands::PagePut{name, property, value});
     sync();
 }
 
 void PropertiesDialog::click(const std::string& name) {
-    const kestrone::HRESULT hr = session_.click_page(name);
-    if (hr != kestrone::DISP_E_UNKNOWNNAME) recorder_.note("page click " + name);
+    runner_.perform(commands::PageClick{name});
     sync();
 }
 
@@ -204,15 +205,14 @@ void PropertiesDialog::sync() {
 }
 
 bool PropertiesDialog::apply() {
-    recorder_.note("page apply");
-    const kestrone::HRESULT hr = session_.apply_page();
+    const commands::Reply reply = runner_.perform(commands::PageApply{});
     sync();
     emit applied();
-    if (kestrone::succeeded(hr)) return true;
-    const int number = kestrone::basic_error_number(hr);
+    if (reply.is_ok()) return true;
+    const int number = kestrone::basic_error_number(reply.status);
     if (report_)
         report_("The settings could not all be applied: " +
-                (number ? console::error_text(number) : console::status_text(hr)) + ".");
+                (number ? console::error_text(number) : reply.text) + ".");
     return false;
 }
 

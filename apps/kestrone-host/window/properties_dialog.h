@@ -1,6 +1,6 @@
 // The property frame around the component's page: the page's widgets at their places and in their
-// tab order, with OK, Cancel and Apply. The page's logic stays in the component; every edit goes
-// through the host session and is recorded as the `page` line it amounts to.
+// tab order, with OK, Cancel and Apply. The page's logic stays in the component; every edit is the
+// `page` command it amounts to, run and recorded by the action runner.
 #pragma once
 
 #include <QDialog>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "action_recorder.h"
+#include "action_runner.h"
 #include "component_session.h"
 
 namespace window {
@@ -19,9 +19,9 @@ namespace window {
 class PropertiesDialog : public QDialog {
     Q_OBJECT
   public:
-    // The page must be open in `session`. `report` shows a failed apply to the user.
-    PropertiesDialog(host::ComponentSession& session, ActionRecorder& recorder,
-                     std::function<void(const std::string&)> report, QWidget* parent = nullptr);
+    // The page must be open in the stage's session. `report` shows a failed apply to the user.
+    PropertiesDialog(ActionRunner& runner, std::function<void(const std::string&)> report,
+                     QWidget* parent = nullptr);
 
     // The buttons, as the user presses them. apply() false when the page's write failed.
     bool apply();
@@ -47,8 +47,8 @@ class PropertiesDialog : public QDialog {
     // Shows what the page holds now, for the widgets that changed.
     void sync();
 
+    ActionRunner& runner_;
     host::ComponentSession& session_;
-    ActionRecorder& recorder_;
     std::function<void(const std::string&)> report_;
     std::vector<QWidget*> widgets_;  // by the page's widget index
     std::map<std::string, QWidget*> by_name_;

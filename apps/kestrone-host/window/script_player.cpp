@@ -1,17 +1,16 @@
 #include "script_player.h"
 
-#include <charconv>
 #include <sstream>
 
 #include "command_line.h"
+#include "panel_commands.h"
 #include "user_file.h"
 
 namespace window {
 
-ScriptPlayer::ScriptPlayer(console::ConsoleSession& console, std::ostringstream& answers,
-                           ClockDriver& clock, ActionRecorder& recorder, QObject* parent)
-    : QObject(parent), console_(console), answers_(answers), clock_(clock), recorder_(recorder) {
-    connect(&clock_, &ClockDriver::advanced, this, [this] {
+ScriptPlayer::ScriptPlayer(ActionRunner& runner, RealTimeClock& clock, QObject* parent)
+    : QObject(parent), runner_(runner), clock_(clock) {
+    connect(&clock_, &RealTimeClock::advanced, this, [this] {
         if (playing_) step();
     });
 }
@@ -28,18 +27,20 @@ bool ScriptPlayer::load(const std::string& path, std::string* error) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         lines.push_back(line);
     }
-    set_lines(std::move(lines));
+    set_lines(std::move(lines), path);
     return true;
 }
 
-void ScriptPlayer::set_lines(std::vector<std::string> lines) {
+void ScriptPlayer::set_lines(std::vector<std::string> lines, std::string name) {
     lines_ = std::move(lines);
+    name_ = std::move(name);
     next_ = 0;
     failures_.clear();
 }
 
 void ScriptPlayer::play() {
     playing_ = true;
+    runner_.context().quit = false;
     clock_.set_ceiling(clock_.target());
     step();
 }
@@ -55,44 +56,54 @@ void ScriptPlayer::finish() {
     emit finished();
 }
 
-std::optional<std::int64_t> ScriptPlayer::advance_of(const std::string& line) {
-    const auto command = console::split_command(line);
-    if (!command || command->words.size() != 2 || command->words[0] != "advance" || command->equals)
-        return std::nullopt;
-    const std::string& word = command->words[1];
-    std::int64_t ms = -1;
-    const auto r = std::from_chars(word.data(), word.data() + word.size(), ms);
-    if (r.ec != std::errc() || r.ptr != word.data() + word.size() || ms < 0) return std::nullopt;
-    return ms;
-}
-
 // Runs lines until one asks for time to pass, or until the script ends.
 void ScriptPlayer::step() {
-    host::ComponentSession& session = console_.session();
+    stage::Stage& stage = runner_.context().stage;
+    // A line runs neither inside another (a tone of a line played) nor while a box or a tone
+    // holds the thread: it waits for the next pulse.
+    if (stepping_ || stage.session().in_call()) return;
+    stepping_ = true;
     while (playing_) {
         // Still waiting for the clock to reach the moment of the next line.
-        if (clock_.ceiling() && session.now() < *clock_.ceiling()) return;
-        if (next_ >= lines_.size()) return finish();
-        const std::string line = lines_[next_++];
-        if (const auto ms = advance_of(line)) {
-            clock_.set_ceiling(session.now() + *ms);
+        if (clock_.ceiling() && stage.now() < *clock_.ceiling()) break;
+        if (next_ >= lines_.size()) {
+            finish();
+            break;
+        }
+        const std::size_t index = next_++;
+        commands::Parsed parsed = commands::parse_command(lines_[index]);
+        const auto* advance =
+            parsed.command
+                ? dynamic_cast<const commands::CommandOf<commands::Advance>*>(parsed.command.get())
+                : nullptr;
+        // A played advance waits in real time: one longer than a run may take is refused, so
+        // that an unattended window always comes to its script's end.
+        if (advance && advance->data().ms > kflow::RunLimits{}.clock_ms) {
+            failures_.push_back(name_ + ":" + std::to_string(index + 1) + ": " + lines_[index] +
+                                ": fail a played script waits at most " +
+                                std::to_string(kflow::RunLimits{}.clock_ms) + " ms at a line");
             continue;
         }
-        run_line(line);
+        if (advance) {
+            clock_.set_ceiling(stage.now() + advance->data().ms);
+            continue;
+        }
+        run_line(index);
     }
+    stepping_ = false;
 }
 
-void ScriptPlayer::run_line(const std::string& line) {
+void ScriptPlayer::run_line(std::size_t index) {
+    const std::string& line = lines_[index];
     if (console::is_skipped_line(line)) return;
-    answers_.str({});
-    const bool more = console_.execute(line);
-    recorder_.note(line);
-    std::istringstream answer(answers_.str());
-    for (std::string out; std::getline(answer, out);)
-        if (out.rfind("fail", 0) == 0 || out.rfind("error", 0) == 0)
-            failures_.push_back(line + ": " + out);
+    commands::Parsed parsed = commands::parse_command(line);
+    const commands::Reply reply =
+        parsed.command ? runner_.perform(*parsed.command) : commands::Reply::fail(parsed.error);
+    if (!reply.is_ok())
+        failures_.push_back(name_ + ":" + std::to_string(index + 1) + ": " + line + ": " +
+                            reply.line());
     emit line_played(QString::fromStdString(line));
-    if (!more) finish();
+    if (runner_.context().quit) finish();
 }
 
 }  // namespace window

@@ -1,37 +1,33 @@
-// Plays a console script in the window in real time: each line runs through the console's own
-// line protocol against the window's session, and `advance MS` waits while the clock brings the
-// session on by exactly MS milliseconds, the wheels turning meanwhile.
+// Plays a console script in the window in real time: each line is read as a command and run
+// through the action runner against the window's stage, and `advance MS` waits while the clock
+// brings the stage on by exactly MS milliseconds, the wheels turning meanwhile. While a box or a
+// tone holds the thread the script waits too: a line never reaches a held panel.
 #pragma once
 
 #include <QObject>
 #include <QString>
 #include <cstdint>
-#include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "action_recorder.h"
-#include "clock_driver.h"
-#include "console_session.h"
+#include "action_runner.h"
+#include "real_time_clock.h"
 
 namespace window {
 
 class ScriptPlayer : public QObject {
     Q_OBJECT
   public:
-    // `answers` is the stream the console writes to; each line played is noted in `recorder`.
-    ScriptPlayer(console::ConsoleSession& console, std::ostringstream& answers, ClockDriver& clock,
-                 ActionRecorder& recorder, QObject* parent = nullptr);
+    ScriptPlayer(ActionRunner& runner, RealTimeClock& clock, QObject* parent = nullptr);
 
     // Reads the script; false with `error` when the file cannot be read.
     bool load(const std::string& path, std::string* error);
-    void set_lines(std::vector<std::string> lines);
+    void set_lines(std::vector<std::string> lines, std::string name = "script");
     // Runs the lines up to the first `advance` now, the rest as the clock reaches them.
     void play();
     void stop();
     bool playing() const { return playing_; }
-    // Lines answered with `fail` or `error`, each with its answer.
+    // Lines answered with `fail` or `error`: "SCRIPT:LINE: TEXT: ANSWER" each.
     const std::vector<std::string>& failures() const { return failures_; }
 
   signals:
@@ -42,17 +38,15 @@ class ScriptPlayer : public QObject {
   private:
     void step();
     void finish();
-    // The number of milliseconds of an `advance` line, or nullopt for any other line.
-    static std::optional<std::int64_t> advance_of(const std::string& line);
-    void run_line(const std::string& line);
+    void run_line(std::size_t index);
 
-    console::ConsoleSession& console_;
-    std::ostringstream& answers_;
-    ClockDriver& clock_;
-    ActionRecorder& recorder_;
+    ActionRunner& runner_;
+    RealTimeClock& clock_;
+    std::string name_;
     std::vector<std::string> lines_;
     std::size_t next_ = 0;
     bool playing_ = false;
+    bool stepping_ = false;
     std::vector<std::string> failures_;
 };
 

@@ -4,11 +4,11 @@
 #include <QFileInfo>
 #include <sstream>
 
-#include "code_command.h"
-#include "error_text.h"
+#include "c_program.h"
 #include "main_window.h"
+#include "object_commands.h"
+#include "store_commands.h"
 #include "user_file.h"
-#include "value_syntax.h"
 
 namespace window {
 
@@ -17,12 +17,11 @@ bool MainWindow::new_project() {
     player_.stop();
     clock_.pulse();
     session().new_project();
-    recorder_.note("store clear");
-    recorder_.note("new");
-    recorder_.note("KestroneVersion = " + std::to_string(host::kHostVersion));
+    recorder_.note(commands::StoreClear{});
+    recorder_.note(commands::NewObject{});
     const bool made = make_object(true);
     program_->hide();
-    after_clock();
+    after_action();
     return made;
 }
 
@@ -37,17 +36,15 @@ bool MainWindow::open_project(const std::string& path) {
         return false;
     }
     player_.stop();
-    recorder_.note("store load " + console::quote(path));
-    recorder_.note("new");
+    recorder_.note(commands::StoreFile{false, path});
+    recorder_.note(commands::NewObject{});
     const bool made = make_object(false);
     if (made) {
-        session().read_settings();
-        recorder_.note("readprops");
-        session().make_ready();
-        recorder_.note("KestroneVersion = " + std::to_string(host::kHostVersion));
+        runner_.perform(commands::StoreWalk{false});
+        make_object_ready();
     }
     program_->hide();
-    after_clock();
+    after_action();
     return made;
 }
 
@@ -58,14 +55,11 @@ bool MainWindow::save_project() {
 
 // The object's settings go to the store first, as a host saves a project.
 bool MainWindow::save_project_as(const std::string& path) {
-    clock_.pulse();
-    recorder_.note("writeprops");
-    const kestrone::HRESULT hr = session().write_settings();
+    const commands::Reply written = runner_.perform(commands::StoreWalk{true});
     std::string error;
     bool saved = false;
-    if (kestrone::failed(hr))
-        tell("The component could not save its settings (status " + console::status_text(hr) +
-             ").");
+    if (!written.is_ok())
+        tell("The component could not save its settings (" + written.line() + ").");
     else if (!(saved = session().save_project_as(path, &error)))
         tell("The project could not be saved: " + error);
     update_title();
@@ -74,7 +68,7 @@ bool MainWindow::save_project_as(const std::string& path) {
 
 bool MainWindow::open_program(const std::string& path) {
     std::string error;
-    if (!session().load_program(path, &error)) {
+    if (!stage_.load_program(path, &error)) {
         tell("The program could not be opened: " + error);
         return false;
     }
@@ -84,45 +78,44 @@ bool MainWindow::open_program(const std::string& path) {
     program_->show();
     shown_line_ = -1;
     refresh_code();
-    after_clock();
+    after_action();
     return true;
 }
 
-// The C of the program with the settings the store holds now (the last save or open).
+// The C of the program with the settings the object holds now: an applied setting shows at once.
 void MainWindow::refresh_code() {
-    std::ostringstream code, notes;
-    const kflow::CodeOptions options{program_->program_path().toStdString(), "", "(window)", false,
-                                     session().module() ? session().module()->path() : ""};
-    const host::StoreEntries entries = session().store().entries();
-    const int status = kflow::run_code_command(
-        options,
-        [&entries](const std::string&, host::StoreEntries& out, std::string&) {
-            out = entries;
-            return true;
-        },
-        code, notes);
-    program_->show_code(status == kflow::kCodeWritten
-                            ? QString::fromStdString(code.str())
-                            : QString::fromStdString("/* No C: " + notes.str() + " */"));
+    const kflow::Program* program = stage_.program().program();
+    kestrone::IKestroneComponentV5* component = session().component();
+    if (!program || !component) return;
+    std::string error;
+    const auto code = kflow::read_component_code(*component, *program, &error);
+    const std::string name = QFileInfo(program_->program_path()).fileName().toStdString();
+    program_->show_code(code ? QString::fromStdString(kflow::write_c_program(*program, *code, name))
+                             : QString::fromStdString("/* No C: " + error + " */"));
 }
 
 void MainWindow::run_program() {
-    if (!session().has_program()) return tell("Open a program first.");
+    if (!stage_.program().loaded()) return tell("Open a program first.");
     clock_.pulse();
     // The console replays no program in real time: the recording says where it ran.
-    recorder_.note("# the program " + program_->program_path().toStdString() +
-                   " ran here in the window; it is not part of the replay");
-    const kestrone::HRESULT hr = session().start_program();
+    recorder_.note_comment("the program " + stage_.program().path() +
+                           " ran here in the window; it is not part of the replay");
+    const kestrone::HRESULT hr = stage_.start_program();
     if (kestrone::failed(hr))
-        tell("The program could not start (status " + console::status_text(hr) + ").");
+        tell("The program could not start (" + commands::Reply::error(hr).line() + ").");
     clock_.pulse();
-    after_clock();
+    after_action();
 }
 
+// Stopped where it stands, and the simulation with it, whether the program still ran or not.
 void MainWindow::stop_program() {
-    session().stop_program("stopped by the user");
     clock_.pulse();
-    after_clock();
+    if (stage_.program().running())
+        stage_.program().stop("stopped by the user");
+    else
+        runner_.perform(commands::Operation{"StopSimulation", false, {}});
+    clock_.pulse();
+    after_action();
 }
 
 bool MainWindow::save_code(const std::string& path) {
@@ -138,7 +131,7 @@ bool MainWindow::save_code(const std::string& path) {
 // The time up to the save is part of the recording: a replay ends where the window stands.
 bool MainWindow::save_recording(const std::string& path) {
     clock_.pulse();
-    recorder_.note("# saved here");
+    recorder_.note_comment("saved here");
     std::string error;
     if (recorder_.save(path, &error)) return true;
     tell(error);

@@ -7,7 +7,7 @@
 
 #include "main_window.h"
 #include "panel_view.h"
-#include "value_syntax.h"
+#include "world_commands.h"
 
 namespace window {
 
@@ -23,7 +23,7 @@ void MainWindow::build_world_view(QWidget* stage) {
     world_area_ = new QScrollArea(stage);
     world_area_->setFrameShape(QFrame::NoFrame);
     world_area_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    world_view_ = new world::WorldView(console_.world_driver());
+    world_view_ = new world::WorldView(stage_.world_driver());
     world_area_->setWidget(world_view_);
     world_area_->hide();
     stage->layout()->addWidget(world_area_);
@@ -52,31 +52,17 @@ void MainWindow::follow_world() {
 }
 
 bool MainWindow::open_arena(const std::string& path) {
-    clock_.pulse();
-    std::string error;
-    if (!console_.world_driver().load_file(path, &error)) {
-        tell("The arena could not be opened: " + error);
-        return false;
-    }
-    recorder_.note("world load " + console::quote(path));
-    after_clock();
-    return true;
+    const commands::Reply loaded = runner_.perform(commands::WorldLoad{path});
+    if (!loaded.is_ok()) tell("The arena could not be opened: " + loaded.text);
+    return loaded.is_ok();
 }
 
 void MainWindow::close_arena() {
-    if (!world().loaded()) return;
-    clock_.pulse();
-    world().unload();
-    recorder_.note("world unload");
-    after_clock();
+    if (world().loaded()) runner_.perform(commands::WorldUnload{});
 }
 
 void MainWindow::reset_robot() {
-    if (!world().loaded()) return;
-    clock_.pulse();
-    console_.world_driver().reset();
-    recorder_.note("world reset");
-    after_clock();
+    if (world().loaded()) runner_.perform(commands::WorldReset{});
 }
 
 // The console has no line that puts the robot down: the recording says where it was put, and a
@@ -84,10 +70,10 @@ void MainWindow::reset_robot() {
 void MainWindow::robot_put_down() {
     clock_.pulse();
     const world::WholePose p = world::whole_pose(world().pose());
-    recorder_.note("# the robot was put down by hand at x " + std::to_string(p.x) + ", y " +
-                   std::to_string(p.y) + ", heading " + std::to_string(p.heading) +
-                   "; the console has no line for it");
-    after_clock();
+    recorder_.note_comment("the robot was put down by hand at x " + std::to_string(p.x) + ", y " +
+                           std::to_string(p.y) + ", heading " + std::to_string(p.heading) +
+                           "; the console has no line for it");
+    after_action();
 }
 
 // The panel and the world side by side at the window's zoom, their tops level, as the window
@@ -95,7 +81,9 @@ void MainWindow::robot_put_down() {
 std::string MainWindow::write_stage(kestrone::IKestronePanel& panel, const std::string& path) {
     const QImage left = panelqt::render_panel(panel, options_.zoom);
     if (left.isNull()) return "the panel could not be painted";
-    const QImage right = world_view_->render_image();
+    std::string why;
+    const QImage right = world_view_->render_image(&why);
+    if (right.isNull()) return why;
     QImage stage(left.width() + kStageGap + right.width(), std::max(left.height(), right.height()),
                  QImage::Format_RGB32);
     stage.fill(kStageBackground);

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "geometry.h"
+#include "floor_geometry.h"
 
 namespace world {
 

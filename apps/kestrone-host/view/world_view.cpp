@@ -1,0 +1,206 @@
+#include "world_view.h"
+
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace world {
+
+namespace {
+const QColor kRim(0xd8, 0xd8, 0xd8), kFloor(0xfa, 0xf8, 0xf0), kLine(0x20, 0x20, 0x20),
+    kWall(0x8b, 0x3a, 0x1a), kLightColour(0xff, 0xc8, 0x00), kZone(0x40, 0xb0, 0x40, 0x60),
+    kTrail(0x30, 0x60, 0xe0), kBody(0x50, 0x70, 0x90), kMark(0xe0, 0x30, 0x30);
+// A wall is drawn this thick in millimetres, at least two pixels.
+constexpr double kWallThickness = 10;
+// The wheel turns the robot this many degrees a notch.
+constexpr double kDegreesPerNotch = 15;
+}  // namespace
+
+WorldView::WorldView(WorldDriver& driver, QWidget* parent) : QWidget(parent), driver_(driver) {
+    setMouseTracking(false);
+}
+
+void WorldView::set_zoom(int zoom) {
+    zoom = std::clamp(zoom, 1, kLargestZoom);
+    if (zoom == zoom_) return;
+    zoom_ = zoom;
+    updateGeometry();
+    update();
+}
+
+QSize WorldView::sizeHint() const {
+    const World& w = driver_.world();
+    if (!w.loaded()) return {2 * kMargin + 200, 2 * kMargin + 150};
+    return {2 * kMargin + static_cast<int>(std::lround(w.arena().width * scale())),
+            2 * kMargin + static_cast<int>(std::lround(w.arena().height * scale()))};
+}
+
+QPointF WorldView::to_pixels(Vec f) const {
+    const World& w = driver_.world();
+    const double height = w.loaded() ? w.arena().height : 0;
+    return {kMargin + f.x * scale(), kMargin + (height - f.y) * scale()};
+}
+
+Vec WorldView::to_floor(QPointF px) const {
+    const World& w = driver_.world();
+    const double height = w.loaded() ? w.arena().height : 0;
+    return {(px.x() - kMargin) / scale(), height - (px.y() - kMargin) / scale()};
+}
+
+void WorldView::refresh() {
+    if (driver_.world().revision() != painted_revision_) update();
+}
+
+QImage WorldView::render_image(std::string* why) const {
+    const QSize size = sizeHint();
+    if (size.width() > kLargestImageSide || size.height() > kLargestImageSide) {
+        if (why)
+            *why = "the arena at this zoom would be a picture of " + std::to_string(size.width()) +
+                   " x " + std::to_string(size.height()) + " pixels, more than " +
+                   std::to_string(kLargestImageSide) + " on a side";
+        return {};
+    }
+    QImage image(size, QImage::Format_ARGB32);
+    if (image.isNull()) {
+        if (why) *why = "there is no memory for a picture of the arena";
+        return image;
+    }
+    image.fill(kRim);
+    QPainter p(&image);
+    paint(p);
+    return image;
+}
+
+void WorldView::paintEvent(QPaintEvent* event) {
+    QPainter p(this);
+    // Only what is exposed: a floor of kilometres is far larger than its scroll area.
+    p.setClipRect(event->rect());
+    p.fillRect(event->rect(), kRim);
+    paint(p);
+    painted_revision_ = driver_.world().revision();
+}
+
+void WorldView::paint(QPainter& p) const {
+    if (!driver_.world().loaded()) return;
+    p.setRenderHint(QPainter::Antialiasing);
+    paint_floor(p);
+    paint_robot(p);
+}
+
+void WorldView::paint_floor(QPainter& p) const {
+    const Arena& a = driver_.world().arena();
+    p.fillRect(QRectF(to_pixels({0, a.height}), to_pixels({a.width, 0})), kFloor);
+    const auto box = [this](const Zone& z) {
+        return QRectF(to_pixels({z.corner.x, z.corner.y + z.height}),
+                      to_pixels({z.corner.x + z.width, z.corner.y}));
+    };
+    for (const Zone& z : a.zones)
+        p.fillRect(box(z), kZone);
+    for (const Line& l : a.lines) {
+        QPainterPath path(to_pixels(l.points.front()));
+        for (const Vec& pt : l.points)
+            path.lineTo(to_pixels(pt));
+        p.strokePath(path, QPen(kLine, std::max(1.0, l.width * scale()), Qt::SolidLine,
+                                Qt::RoundCap, Qt::RoundJoin));
+    }
+    p.setPen(QPen(kWall, std::max(2.0, kWallThickness * scale()), Qt::SolidLine, Qt::SquareCap));
+    for (const Segment& s : a.walls)
+        p.drawLine(to_pixels(s.a), to_pixels(s.b));
+    for (const Light& l : a.lights) {
+        const double r = std::max(3.0, 40 * scale());
+        p.setPen(Qt::NoPen);
+        QColor halo = kLightColour;
+        halo.setAlphaF(0.25 + 0.5 * l.intensity);
+        p.setBrush(halo);
+        p.drawEllipse(to_pixels(l.at), r, r);
+    }
+    // The zones' names last, so that no line or wall hides them.
+    QColor name = kZone.darker(250);
+    name.setAlpha(255);
+    p.setPen(name);
+    // A name wider than its zone may cross a line: a light ground keeps it readable.
+    QColor ground = kFloor;
+    ground.setAlpha(200);
+    for (const Zone& z : a.zones) {
+        const QString text = QString::fromStdString(z.name);
+        const int flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip;
+        const QRectF at = box(z).adjusted(2, 2, -2, -2);
+        p.fillRect(p.boundingRect(at, flags, text), ground);
+        p.drawText(at, flags, text);
+    }
+}
+
+void WorldView::paint_robot(QPainter& p) const {
+    const World& w = driver_.world();
+    if (w.trail().size() > 1) {
+        QPainterPath trail(to_pixels(w.trail().front()));
+        for (const Vec& pt : w.trail())
+            trail.lineTo(to_pixels(pt));
+        trail.lineTo(to_pixels(w.pose().centre));
+        p.strokePath(trail, QPen(kTrail, 1.5));
+    }
+    const Pose& pose = w.pose();
+    const QPointF c = to_pixels(pose.centre);
+    const double r = kBodyRadius * scale();
+    p.setPen(QPen(kBody.darker(150), 1.5));
+    p.setBrush(kBody);
+    p.drawEllipse(c, r, r);
+    p.setPen(QPen(Qt::white, std::max(1.5, 6 * scale()), Qt::SolidLine, Qt::RoundCap));
+    p.drawLine(c, to_pixels(pose.centre + kBodyRadius * direction(pose.heading)));
+    const Readings read = w.readings();
+    const double dot_r = std::max(2.0, 8 * scale());
+    for (bool left : {true, false}) {
+        const bool on = left ? read.line_left : read.line_right;
+        p.setPen(QPen(Qt::black, 1));
+        p.setBrush(on ? kMark : QColor(Qt::white));
+        p.drawEllipse(to_pixels(line_sensor_point(pose, left)), dot_r, dot_r);
+    }
+}
+
+bool WorldView::put_down(const Pose& pose) {
+    if (!driver_.world().place(pose)) return false;
+    driver_.placed();
+    update();
+    emit robotMoved();
+    return true;
+}
+
+void WorldView::mousePressEvent(QMouseEvent* event) {
+    if (!movable_ || !driver_.world().loaded() || event->button() != Qt::LeftButton) return;
+    const Vec at = to_floor(event->position());
+    const Vec from_centre = at - driver_.world().pose().centre;
+    if (length(from_centre) > kBodyRadius) return;
+    carrying_ = true;
+    grip_ = from_centre;
+    lifted_ = driver_.world().pose().centre;
+}
+
+void WorldView::mouseMoveEvent(QMouseEvent* event) {
+    if (!carrying_ || !movable_) return;
+    put_down({to_floor(event->position()) - grip_, driver_.world().pose().heading});
+}
+
+void WorldView::mouseReleaseEvent(QMouseEvent* event) {
+    if (!carrying_) return;
+    carrying_ = false;
+    if (!movable_) return;
+    put_down({to_floor(event->position()) - grip_, driver_.world().pose().heading});
+    // Where the last move left it, when the release itself could not put it down.
+    if (driver_.world().pose().centre != lifted_) emit robotPutDown();
+}
+
+void WorldView::wheelEvent(QWheelEvent* event) {
+    if (!movable_ || !driver_.world().loaded()) return;
+    const double notches = event->angleDelta().y() / 120.0;
+    if (notches == 0) return;
+    Pose turned = driver_.world().pose();
+    turned.heading += radians(kDegreesPerNotch * notches);
+    if (put_down(turned)) emit robotPutDown();
+    event->accept();
+}
+
+}  // namespace world

@@ -1,0 +1,77 @@
+// The arena from above, drawn to scale: its lines, walls, lights and zones, the robot with its
+// heading and sensor points, and the trail of its path. While `movable`, the robot can be picked
+// up and put down with the mouse and turned with the wheel.
+#pragma once
+
+#include <QImage>
+#include <QPointF>
+#include <QWidget>
+#include <cstdint>
+#include <string>
+
+#include "world_driver.h"
+
+class QPainter;
+
+namespace world {
+
+class WorldView : public QWidget {
+    Q_OBJECT
+  public:
+    // Pixels to a millimetre at zoom 1, and the blank rim round the floor in pixels.
+    static constexpr double kPixelsPerMm = 0.2;
+    static constexpr int kMargin = 8;
+    static constexpr int kLargestZoom = 8;
+
+    explicit WorldView(WorldDriver& driver, QWidget* parent = nullptr);
+
+    // A whole-number zoom, 1 to kLargestZoom: the drawing grows with it.
+    void set_zoom(int zoom);
+    int zoom() const { return zoom_; }
+    void set_movable(bool movable) { movable_ = movable; }
+    bool movable() const { return movable_; }
+
+    // Repaints when the world has changed since the last painting.
+    void refresh();
+    // The whole drawing as an image, at the present zoom; a null image when it would be larger
+    // than kLargestImageSide on a side (a floor of kilometres), with `why` saying so.
+    QImage render_image(std::string* why = nullptr) const;
+    static constexpr int kLargestImageSide = 8192;
+
+    // Floor millimetres to widget pixels and back.
+    QPointF to_pixels(Vec floor) const;
+    Vec to_floor(QPointF pixels) const;
+
+    QSize sizeHint() const override;
+
+  signals:
+    // The robot moved under the user's hand: at every move of a drag, and when put down or turned.
+    void robotMoved();
+    // The user let go of the robot, or turned it: where it now stands is the user's choice.
+    void robotPutDown();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+  private:
+    double scale() const { return kPixelsPerMm * zoom_; }
+    void paint(QPainter& p) const;
+    void paint_floor(QPainter& p) const;
+    void paint_robot(QPainter& p) const;
+    // The robot put down at `pose`, if the walls allow it.
+    bool put_down(const Pose& pose);
+
+    WorldDriver& driver_;
+    int zoom_ = 1;
+    bool movable_ = false;
+    bool carrying_ = false;
+    Vec grip_;    // from the robot's centre to the point it was picked up by
+    Vec lifted_;  // where its centre stood when it was picked up
+    std::uint64_t painted_revision_ = ~std::uint64_t{0};
+};
+
+}  // namespace world
