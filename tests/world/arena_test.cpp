@@ -13,7 +13,7 @@ size 2000 1500                 # the border is a wall
 robot 200 300 90
 line 20  200 200  1800 200  1800 1300
 wall 1000 500  1000 1000
-light 2000 1500 0.5            # on the floor's edges
+light 1800 1400 0.5
 zone goal 1600 1100 400 400
 zone start 0 0 400 400
 zone mark 100 100 1 0.5
