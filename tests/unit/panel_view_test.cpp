@@ -254,6 +254,7 @@ TEST(PanelView, EveryPictureFitsTheBoxThatShowsIt) {
     EXPECT_TRUE(p.at(p.find("imSlideBase", 3)).stretch);
 }
 
+// Each picture its own, opaque to its edges.
 TEST(PanelView, PicturesComeAsPixelsEachItsOwn) {
     ViewedRobot robot;
     std::vector<std::vector<std::uint8_t>> seen;
@@ -267,6 +268,8 @@ TEST(PanelView, PicturesComeAsPixelsEachItsOwn) {
         EXPECT_EQ(h, data->height);
         ASSERT_EQ(rgba.size(), static_cast<std::size_t>(w * h * 4)) << role;
         EXPECT_TRUE(std::equal(rgba.begin(), rgba.end(), data->rgba)) << role;
+        for (std::size_t alpha = 3; alpha < rgba.size(); alpha += 4)
+            ASSERT_EQ(rgba[alpha], 255) << role << " is see-through at byte " << alpha;
         EXPECT_EQ(std::count(seen.begin(), seen.end(), rgba), 0) << role;
         seen.push_back(rgba);
     }
