@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -143,34 +144,28 @@ TEST(ProjectFile, RefusesWhatIsNoReadableFile) {
     EXPECT_TRUE(std::filesystem::is_directory(dir.path()));
 }
 
-TEST(ProjectFile, AFailedSaveLeavesTheOldFile) {
+// A save that cannot be made leaves the old file; one that can keeps its permissions and writes
+// through a link; none leaves a temporary file behind.
+TEST(ProjectFile, AFailedSaveLeavesTheOldFileAndAGoodOneKeepsItsPlace) {
     testing_support::TempDir dir;
-    const std::string path = dir.path() + "/sub/robot.kproj";
     std::string error;
-    EXPECT_FALSE(host::save_project(path, {}, &error)) << "no such folder";
+    EXPECT_FALSE(host::save_project(dir.path() + "/sub/robot.kproj", {}, &error));
     EXPECT_NE(error.find("No such file"), std::string::npos) << error;
 
     const std::string file = dir.path() + "/robot.kproj";
     ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error)) << error;
     const std::string before = testing_support::read_file(file);
+    ::chmod(file.c_str(), 0444);
+    EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
+    EXPECT_THAT(error, testing::HasSubstr("it is read-only"));
     if (::geteuid() != 0) {
+        ::chmod(file.c_str(), 0644);
         ::chmod(dir.path().c_str(), 0555);  // no new file can be made beside it
         EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
         ::chmod(dir.path().c_str(), 0755);
-        EXPECT_EQ(testing_support::read_file(file), before);
     }
-    // No temporary file is left behind by a save that completed.
-    int files = 0;
-    for (const auto& e : std::filesystem::directory_iterator(dir.path()))
-        files += e.is_regular_file();
-    EXPECT_EQ(files, 1);
-}
+    EXPECT_EQ(testing_support::read_file(file), before);
 
-TEST(ProjectFile, KeepsThePermissionsAndFollowsALink) {
-    testing_support::TempDir dir;
-    const std::string file = dir.path() + "/robot.kproj";
-    std::string error;
-    ASSERT_TRUE(host::save_project(file, {}, &error));
     ::chmod(file.c_str(), 0640);
     const std::string link = dir.path() + "/link.kproj";
     ASSERT_EQ(::symlink(file.c_str(), link.c_str()), 0);
@@ -181,6 +176,34 @@ TEST(ProjectFile, KeepsThePermissionsAndFollowsALink) {
     ASSERT_EQ(::stat(file.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0640u);
     EXPECT_EQ(host::load_project(file, &error)->at(0).value, Variant::long_(3));
+    int files = 0;  // the file and the link: no temporary file is left behind
+    for (const auto& e : std::filesystem::directory_iterator(dir.path()))
+        files += e.is_regular_file() || e.is_symlink();
+    EXPECT_EQ(files, 2);
+}
+
+// A write that fails part way (here at the file size limit) ends the save without retrying for
+// ever; the old file stays.
+TEST(ProjectFile, AWriteThatFailsEndsTheSave) {
+    testing_support::TempDir dir;
+    const std::string file = dir.path() + "/robot.kproj";
+    std::string error;
+    ASSERT_TRUE(host::save_project(file, {}, &error)) << error;
+    const std::string before = testing_support::read_file(file);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::alarm(10);
+        const rlimit limit{4096, 4096};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const StoreEntries big{{"big", Variant::string(std::string(100000, 'x'))}};
+        ::_exit(host::save_project(file, big, &error) ? 1 : 0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_EQ(testing_support::read_file(file), before);
 }
 
 // A writer killed at a random point of a save leaves either the old file or the new one, whole;
@@ -272,20 +295,6 @@ TEST(ProjectFile, SaveRefusesWhatLoadWouldRefuse) {
     EXPECT_THAT(error, testing::HasSubstr("more than the 10000 a project file may hold"));
     EXPECT_TRUE(host::save_project_within(file + ".2", big, 20000, &error)) << error;
     EXPECT_EQ(testing_support::read_file(file), before);
-}
-
-TEST(ProjectFile, AReadOnlyFileIsNotReplaced) {
-    testing_support::TempDir dir;
-    const std::string file = dir.path() + "/robot.kproj";
-    std::string error;
-    ASSERT_TRUE(host::save_project(file, {{"a", Variant::integer(1)}}, &error));
-    const std::string before = testing_support::read_file(file);
-    ::chmod(file.c_str(), 0444);
-    EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
-    EXPECT_THAT(error, testing::HasSubstr("it is read-only"));
-    EXPECT_EQ(testing_support::read_file(file), before);
-    ::chmod(file.c_str(), 0644);
-    EXPECT_TRUE(host::save_project(file, {{"a", Variant::integer(2)}}, &error)) << error;
 }
 
 TEST(ProjectFile, AFifoIsRefusedWithoutWaitingForAWriter) {
