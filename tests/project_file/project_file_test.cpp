@@ -34,6 +34,7 @@ StoreEntries every_kind() {
         {"double", Variant::double_(0.1)},
         {"huge", Variant::double_(-1.7976931348623157e308)},
         {"inf", Variant::double_(INFINITY)},
+        {"-inf", Variant::double_(-INFINITY)},
         {"flag", Variant::boolean(true)},
         {"text", Variant::string("line\r\n\"quoted\"\t\x01 é")},
         {"bytes", Variant::string(std::string("\xff\xfe\x00z", 4))},

@@ -40,11 +40,12 @@ TEST(StoreConsole, SavesEveryKeyInOrderAndListsTheStore) {
     EXPECT_THAT(run.lines, ElementsAreArray(expected)) << run.text();
 }
 
-TEST(StoreConsole, AnEmptyStoreLoadsTheDefaults) {
+// A cleared store forgets its keys: a load then gives the defaults.
+TEST(StoreConsole, AClearedStoreLoadsTheDefaults) {
     ComponentFolder robot(kTwoPins);
-    const auto run = robot.run("store clear\nreadprops\nbUseI2C\nstore\n");
+    const auto run = robot.run("store iThreshL = 5\nstore clear\nreadprops\nbUseI2C\nstore\n");
     std::vector<std::string> expected{
-        "ok", "ok", "read Port0 -1%", "read Bit0 -1%", "read Port1 -1%", "read Bit1 -1%"};
+        "ok", "ok", "ok", "read Port0 -1%", "read Bit0 -1%", "read Port1 -1%", "read Bit1 -1%"};
     for (const auto& l : settings_lines("read", "0%"))
         expected.push_back(l);
     expected.insert(expected.end(), {"ok", "ok 0%", "ok"});
