@@ -1,5 +1,6 @@
 // Robot programs: what the interpreter adds to a macro call over a direct SimMacroCall through
-// the module, and the time to build the C of the largest demonstration.
+// the module, the time to build the C of the largest demonstration, and the time to check a
+// program against its size.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -143,5 +144,39 @@ void WriteCOfLargestExample(benchmark::State& state) {
         benchmark::DoNotOptimize(kflow::write_c_program(p, *code, name));
 }
 BENCHMARK(WriteCOfLargestExample)->Unit(benchmark::kMicrosecond);
+
+// Checking against the program's size (the fitted complexity is printed): N variables each
+// declared and set, and a line of N nested calls, refused at the level one too deep.
+void CheckDeclarations(benchmark::State& state) {
+    Ready r;
+    std::string source;
+    for (std::int64_t i = 0; i < state.range(0); ++i)
+        source += "int v" + std::to_string(i) + " = 1\n";
+    for (std::int64_t i = 0; i < state.range(0); ++i)
+        source += "v" + std::to_string(i) + " = v" + std::to_string(i / 2) + " + 1\n";
+    for (auto _ : state)
+        benchmark::DoNotOptimize(checked(source, r.table));
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(CheckDeclarations)
+    ->RangeMultiplier(4)
+    ->Range(1 << 12, 1 << 18)
+    ->Complexity()
+    ->Unit(benchmark::kMillisecond);
+
+void RefuseNestedCalls(benchmark::State& state) {
+    Ready r;
+    std::string source = "LedOn(";
+    for (std::int64_t i = 0; i < state.range(0); ++i)
+        source += "ReadSwitch(";
+    for (auto _ : state)
+        if (kflow::check_program(source, "bench.kflow", r.table).faults.empty()) std::abort();
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(RefuseNestedCalls)
+    ->RangeMultiplier(4)
+    ->Range(1 << 12, 1 << 18)
+    ->Complexity()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace

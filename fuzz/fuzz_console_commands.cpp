@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "command_line.h"
-#include "console_session.h"
+#include "console.h"
 
 namespace {
 
@@ -34,16 +34,18 @@ int final_lines(const std::string& answer) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static std::ostringstream out;
-    static console::ConsoleSession* session = [] {
-        auto* s = new console::ConsoleSession(out);
+    static console::Console* session = [] {
+        auto* s = new console::Console(out);
         std::string error;
         if (!s->session().load_module(KESTRONE_MODULE, &error)) __builtin_trap();
         s->start();
         return s;
     }();
     std::string_view all(reinterpret_cast<const char*>(data), size);
-    int lines = 0;
-    while (!all.empty() && lines < 64) {
+    // An input runs 64 lines at most. Telling the host's version rebuilds the macro table, a
+    // hundred lookups over the code file, and counts as 32: a second one shows all that more would.
+    int budget = 64;
+    while (!all.empty() && budget > 0) {
         const std::size_t end = all.find('\n');
         const std::string_view line = all.substr(0, end);
         all = end == std::string_view::npos ? std::string_view{} : all.substr(end + 1);
@@ -52,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         session->execute(line);
         const int expected = console::is_skipped_line(line) ? 0 : 1;
         if (final_lines(out.str()) != expected) __builtin_trap();
-        ++lines;
+        budget -= line.find("KestroneVersion") != std::string_view::npos ? 32 : 1;
     }
     return 0;
 }

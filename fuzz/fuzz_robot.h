@@ -5,13 +5,16 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "host/rovanta_object.h"
 #include "kestrone/com.h"
 #include "kestrone/variant.h"
+#include "platform/memory_files.h"
 #include "platform/module_facts.h"
+#include "platform/text_file.h"
 
 namespace fuzzing {
 
@@ -28,8 +31,22 @@ inline kestrone::ComPtr<rovanta::RovantaObject> make_robot(const std::string& fo
     return robot;
 }
 
-// The component's shipped code file, from the build tree.
+// The code file `folder`/`name`.c as the component forms its path, served from memory: the
+// component reads it at every lookup as ever, without a system call.
+inline void serve_code_file(const std::string& folder, const std::string& name, std::string bytes) {
+    platform::serve_from_memory(folder + "/" + name + ".c", std::move(bytes));
+}
+
+// The component's shipped code file, read once from the build tree and served from memory.
 inline kestrone::ComPtr<rovanta::RovantaObject> shipped_robot() {
+    static const bool served = [] {
+        std::string bytes;
+        if (!platform::read_whole_file(KESTRONE_COMPONENT_DIR "/KT5_Rovanta.c", bytes))
+            std::abort();
+        serve_code_file(KESTRONE_COMPONENT_DIR, "KT5_Rovanta", std::move(bytes));
+        return true;
+    }();
+    (void)served;
     return make_robot(KESTRONE_COMPONENT_DIR, "KT5_Rovanta");
 }
 
@@ -61,7 +78,7 @@ inline kestrone::Variant consume_variant(FuzzedDataProvider& in, int depth = 0) 
                                                         : in.ConsumeIntegral<std::int32_t>();
             const std::size_t count = in.ConsumeIntegralInRange<std::size_t>(0, 8);
             // An array's upper bound is a Long like its lower one.
-            const std::size_t room = static_cast<std::size_t>(INT32_MAX - lower) + 1;
+            const auto room = static_cast<std::size_t>(std::int64_t{INT32_MAX} - lower + 1);
             std::vector<Variant> items;
             for (std::size_t k = 0; k < count && k < room; ++k)
                 items.push_back(consume_variant(in, depth + 1));

@@ -47,12 +47,16 @@ int run_console(const Invocation& in) {
     if (::isatty(STDIN_FILENO)) {
         // A person at a terminal: a prompt, editing and history, progress and Ctrl-C.
         console::install_interrupt_handler();
-        console.watch_long_work(std::cerr);
+        console.watch_long_work(&std::cerr);
         LineEditor editor(LineEditor::default_history_file());
         std::string line;
         while (editor.read(line) && console.execute(line)) {
         }
     } else {
+        // Piped: an interrupt stops a long advance or run with a `fail`; between commands it
+        // ends the console.
+        console::install_interrupt_handler(true);
+        console.watch_long_work(nullptr);
         console.run(std::cin);
     }
     return console.expectations_met() ? 0 : 1;

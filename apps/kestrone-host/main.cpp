@@ -89,7 +89,10 @@ int main(int argc, char** argv) {
     }
     words.removeFirst();
     if (words.size() != command->positional) {
-        std::cerr << "kestrone-host: " << command->page.substr(0, command->page.find('\n')) << "\n";
+        std::cerr << "kestrone-host: " << command->name
+                  << (command->positional ? " takes one file" : " takes nothing more")
+                  << (words.isEmpty() ? "" : ", not '" + words.join(' ').toStdString() + "'")
+                  << "; " << command->page.substr(0, command->page.find('\n')) << "\n";
         return 2;
     }
     std::string module;

@@ -56,45 +56,50 @@ std::string cut_to_buffer(std::string_view value, std::size_t buffer_size) {
     if (buffer_size == 0) return {};
     return std::string(value.substr(0, std::min(value.size(), buffer_size - 1)));
 }
+
+// Where the first section named `section` begins: the place just past its header line, or npos.
+// A header is a line whose first non-blank byte is '['; only those bytes are looked at, so that
+// the C text between the sections costs no more than a search for '['.
+std::size_t find_section(std::string_view text, std::string_view section) {
+    for (std::size_t at = text.find('['); at != std::string_view::npos;
+         at = text.find('[', at + 1)) {
+        std::size_t start = at;
+        while (start > 0 && is_blank(text[start - 1]))
+            --start;
+        if (start > 0 && text[start - 1] != '\r' && text[start - 1] != '\n') continue;
+        std::size_t end = text.find_first_of("\r\n", at);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view name = text.substr(at + 1, end - at - 1);
+        name = name.substr(0, name.find(']'));
+        if (same_ignoring_case(trim_blanks(name), section)) return end;
+    }
+    return std::string_view::npos;
+}
 }  // namespace
 
 std::string profile_lookup(std::string_view text, std::string_view section, std::string_view key,
                            std::string_view fallback, std::size_t buffer_size) {
     section = trim_spaces(section);
     key = trim_spaces(key);
-    enum class State { BeforeSection, InSection, Done } state = State::BeforeSection;
-    bool section_seen = false;
     std::string_view found;
     bool have_value = false;
-    for_each_profile_line(text, [&](std::string_view raw) {
-        const std::string_view line = trim_blanks(raw);
-        if (line.empty() || line.front() == ';') return true;
-        if (line.front() == '[') {
-            if (state == State::InSection) {
-                state = State::Done;  // only the first section of that name is searched
-                return false;
-            }
-            std::string_view name = line.substr(1);
-            const std::size_t close = name.find(']');
-            if (close != std::string_view::npos) name = name.substr(0, close);
-            if (!section_seen && same_ignoring_case(trim_blanks(name), section)) {
-                section_seen = true;
-                state = State::InSection;
-            }
-            return true;
-        }
-        if (state != State::InSection) return true;
-        const std::size_t eq = line.find('=');
-        if (eq == std::string_view::npos) return true;
-        if (!same_ignoring_case(trim_blanks(line.substr(0, eq)), key)) return true;
-        std::string_view value = trim_blanks(line.substr(eq + 1));
-        if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
-            value.back() == value.front())
-            value = value.substr(1, value.size() - 2);
-        found = value;
-        have_value = true;
-        return false;  // the first entry wins
-    });
+    const std::size_t body = find_section(text, section);
+    if (body != std::string_view::npos)
+        for_each_profile_line(text.substr(body), [&](std::string_view raw) {
+            const std::string_view line = trim_blanks(raw);
+            if (line.empty() || line.front() == ';') return true;
+            if (line.front() == '[') return false;  // only the first section of that name
+            const std::size_t eq = line.find('=');
+            if (eq == std::string_view::npos) return true;
+            if (!same_ignoring_case(trim_blanks(line.substr(0, eq)), key)) return true;
+            std::string_view value = trim_blanks(line.substr(eq + 1));
+            if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
+                value.back() == value.front())
+                value = value.substr(1, value.size() - 2);
+            found = value;
+            have_value = true;
+            return false;  // the first entry wins
+        });
     if (have_value) return cut_to_buffer(found, buffer_size);
     std::string_view d = fallback;
     while (!d.empty() && d.back() == ' ')
@@ -105,7 +110,8 @@ std::string profile_lookup(std::string_view text, std::string_view section, std:
 std::string get_private_profile_string(std::string_view section, std::string_view key,
                                        std::string_view fallback, std::size_t buffer_size,
                                        const std::string& path) {
-    std::string text;
+    // The file is read anew at every lookup; only its room is kept from one lookup to the next.
+    thread_local std::string text;
     if (!read_whole_file(path, text)) text.clear();
     return profile_lookup(text, section, key, fallback, buffer_size);
 }

@@ -9,10 +9,12 @@
 #include <cstring>
 
 #include "platform/basic_error.h"
+#include "platform/memory_files.h"
 
 namespace platform {
 
 bool file_exists(const std::string& path) {
+    if (served_file(path)) return true;
     struct stat st {};
     return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
@@ -24,6 +26,11 @@ std::atomic<std::uint64_t> reads{0};
 // One open, one size and one read when the size holds: this is the floor of every lookup.
 // Opened without blocking, so that a FIFO in the file's place is refused, not waited on.
 bool read_whole_file(const std::string& path, std::string& out) {
+    if (const std::string* held = served_file(path)) {
+        out.assign(*held);
+        reads.fetch_add(1, std::memory_order_relaxed);
+        return true;
+    }
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (fd < 0) return false;
     struct stat st {};

@@ -13,7 +13,8 @@ namespace platform {
 bool file_exists(const std::string& path);
 
 // False if the path can't be opened and read as a file. The room `out` has is reused: only what
-// lies past its present size is cleared before the read.
+// lies past its present size is cleared before the read. A file served from memory
+// (memory_files.h) is read from there.
 bool read_whole_file(const std::string& path, std::string& out);
 // How many files read_whole_file has read in this module: every lookup and every block read
 // reads the code file anew, so this counts the component's reading (for the benchmarks).

@@ -12,6 +12,7 @@ namespace {
 using kflow::RunOutcome;
 using program_testing::run_program;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 constexpr std::int32_t kDriveForwards = 4, kDriveStop = 6, kSetMotors = 9, kLedOn = 11,
@@ -125,13 +126,19 @@ TEST(Control, StopInsideNestedLoopsEndsTheProgramThere) {
 TEST(Limits, TheStepBudgetEndsALoopWithoutDelaysAtTheLineReached) {
     const auto run = run_program("int i = 0\nforever\n    i = i + 1\nend\n", {1000, 60000});
     EXPECT_EQ(run->outcome.end, RunOutcome::End::OutOfSteps);
-    EXPECT_THAT(run->outcome.message,
-                HasSubstr("test.kflow:3:5: the program was stopped after 1000 steps"));
+    EXPECT_EQ(run->outcome.message,
+              "test.kflow:3:5: the program was stopped at this line: its budget of 1000 steps ran "
+              "out in a loop. Does the loop run on and on? A delay in it lets time pass");
     EXPECT_EQ(run->var("i"), 999);  // after the declaration, one step a turn with the way back
     EXPECT_EQ(run->component.stops, 1);
     // An empty loop has a step of its own to go round by.
     const auto empty = run_program("LedOn(1)\nforever\nend\n", {1000, 60000});
     EXPECT_THAT(empty->outcome.message, HasSubstr("test.kflow:2:1: the program was stopped"));
+    // A line after a loop is not in one: no loop is spoken of.
+    EXPECT_THAT(
+        run_program("repeat 1\n    LedOn(1)\nend\nLedOn(2)\nLedOn(3)\n", {5, 60000})
+            ->outcome.message,
+        EndsWith(":4:1: the program was stopped at this line: its budget of 5 steps ran out"));
     // The budget is the whole run's: delays do not renew it.
     const auto waits = run_program("forever\n    LedOn(1)\n    delay 1\nend\n", {1000, 60000});
     EXPECT_EQ(waits->outcome.end, RunOutcome::End::OutOfSteps);

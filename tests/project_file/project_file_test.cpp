@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -14,9 +15,12 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <random>
 #include <thread>
 
+#include "float_text.h"
 #include "project_file.h"
+#include "support/random_values.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -25,46 +29,53 @@ using host::StoreEntries;
 using kestrone::Variant;
 using kestrone::VarType;
 
-StoreEntries every_kind() {
-    return {
-        {"Port0", Variant::long_(-2147483647 - 1)},
-        {"bReturnInt", Variant::integer(-32768)},
-        {"empty", Variant()},
-        {"single", Variant::single(1263.9409f)},
-        {"double", Variant::double_(0.1)},
-        {"huge", Variant::double_(-1.7976931348623157e308)},
-        {"inf", Variant::double_(INFINITY)},
-        {"-inf", Variant::double_(-INFINITY)},
-        {"flag", Variant::boolean(true)},
-        {"text", Variant::string("line\r\n\"quoted\"\t\x01 é")},
-        {"bytes", Variant::string(std::string("\xff\xfe\x00z", 4))},
-        {std::string("key\x80", 4), Variant::byte(255)},
-        {"levels", Variant::array(VarType::Boolean, 0, {Variant::boolean(true)})},
-        {"mixed", Variant::array(VarType::Variant, -3,
-                                 {Variant::integer(1), Variant::string("a"),
-                                  Variant::array(VarType::Byte, 0, {})})},
-    };
-}
-
-TEST(ProjectFile, KeepsEveryKindAndTheOrder) {
+// Any value comes back bit for bit (a negative zero, a NaN's payload), keys of any bytes, in their
+// order; a typed array's kind is written once, its elements bare.
+TEST(ProjectFile, EveryValueComesBackBitForBit) {
+    const std::uint32_t seed = std::random_device{}();
+    testing_support::RandomValues values(seed, true);
     testing_support::TempDir dir;
     const std::string path = dir.path() + "/robot.kproj";
-    std::string error;
-    ASSERT_TRUE(host::save_project(path, every_kind(), &error)) << error;
-    const auto loaded = host::load_project(path, &error);
-    ASSERT_TRUE(loaded) << error;
-    EXPECT_EQ(*loaded, every_kind());
-    // NaN is not equal to itself; it still comes back as a Single NaN.
-    ASSERT_TRUE(host::save_project(path, {{"nan", Variant::single(NAN)}}, &error));
-    const auto nan = host::load_project(path, &error);
-    ASSERT_TRUE(nan);
-    EXPECT_EQ((*nan)[0].value.type(), VarType::Single);
-    EXPECT_TRUE(std::isnan((*nan)[0].value.as_single()));
+    for (int round = 0; round < 200; ++round) {
+        StoreEntries store;
+        for (int i = 0; i < 10; ++i)
+            store.push_back({std::to_string(i) + (i % 3 ? "" : "\xff"), values.value()});
+        std::string error;
+        std::optional<StoreEntries> back;  // one round in ten through a file on disk
+        if (round % 10)
+            back = host::decode_project(host::encode_project(store), &error);
+        else if (host::save_project(path, store, &error))
+            back = host::load_project(path, &error);
+        ASSERT_TRUE(back) << error << " (seed " << seed << ")";
+        ASSERT_EQ(back->size(), store.size());
+        for (std::size_t i = 0; i < store.size(); ++i)
+            ASSERT_TRUE(testing_support::same_bits((*back)[i].value, store[i].value) &&
+                        (*back)[i].key == store[i].key)
+                << host::encode_project({store[i]}) << " (seed " << seed << ")";
+    }
+    std::vector<Variant> longs(10000, Variant::long_(-2147483647 - 1));
+    const std::string many =
+        host::encode_project({{"a", Variant::array(VarType::Long, 0, std::move(longs))}});
+    EXPECT_LT(many.size(), 10000u * 13 + 200) << "a Long element takes 13 bytes at most";
 }
 
 std::string with_store(const std::string& store, const std::string& version = "1") {
     return R"({"format": "kestrone-project", "version": )" + version + R"(, "store": )" + store +
            "}";
+}
+
+// Files of the first version: every element with its kind, infinities and NaN by name.
+TEST(ProjectFile, ReadsTheFirstVersion) {
+    std::string error;
+    const auto old = host::decode_project(
+        with_store(R"([{"key": "a", "value": {"kind": "Array", "element": "Single", "lower": 1,
+        "items": [{"kind": "Single", "value": "NaN"}, {"kind": "Single", "value": 1.5}]}},
+        {"key": "b", "value": {"kind": "Double", "value": "-Infinity"}}])"),
+        &error);
+    ASSERT_TRUE(old) << error;
+    EXPECT_EQ(console::float_text(old->at(0).value.as_array().items.at(0).as_single()), "nan");
+    EXPECT_EQ(old->at(0).value.as_array().items.at(1), Variant::single(1.5f));
+    EXPECT_EQ(old->at(1).value, Variant::double_(-INFINITY));
 }
 
 // Each damaged file is refused with a message that names what is wrong.
@@ -82,7 +93,8 @@ TEST(ProjectFile, RefusesDamagedContentWithAReason) {
         {"another format", R"({"format": "other", "version": 1, "store": []})",
          "not a Kestrone project file"},
         {"a bare array", "[1, 2]", "not a Kestrone project file"},
-        {"a later version", with_store("[]", "2"), "of version 2"},
+        {"a later version", with_store("[]", "3"), "of version 3"},
+        {"a version between", with_store("[]", "1.5"), "of version 1.5"},
         {"no version", R"({"format": "kestrone-project", "store": []})", "of version (none)"},
         {"no store", R"({"format": "kestrone-project", "version": 1})", "has no store"},
         {"unknown kind", with_store(R"([{"key": "a", "value": {"kind": "Currency", "value": 1}}])"),
@@ -145,9 +157,7 @@ TEST(ProjectFile, RefusesWhatIsNoReadableFile) {
     EXPECT_TRUE(std::filesystem::is_directory(dir.path()));
 }
 
-// A save that cannot be made leaves the old file; one that can keeps its permissions and writes
-// through a link; none leaves a temporary file behind.
-TEST(ProjectFile, AFailedSaveLeavesTheOldFileAndAGoodOneKeepsItsPlace) {
+TEST(ProjectFile, AFailedSaveLeavesTheOldFile) {
     testing_support::TempDir dir;
     std::string error;
     EXPECT_FALSE(host::save_project(dir.path() + "/sub/robot.kproj", {}, &error));
@@ -159,14 +169,36 @@ TEST(ProjectFile, AFailedSaveLeavesTheOldFileAndAGoodOneKeepsItsPlace) {
     ::chmod(file.c_str(), 0444);
     EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
     EXPECT_THAT(error, testing::HasSubstr("it is read-only"));
+    ::chmod(file.c_str(), 0644);
     if (::geteuid() != 0) {
-        ::chmod(file.c_str(), 0644);
         ::chmod(dir.path().c_str(), 0555);  // no new file can be made beside it
         EXPECT_FALSE(host::save_project(file, {{"a", Variant::integer(2)}}, &error));
         ::chmod(dir.path().c_str(), 0755);
     }
     EXPECT_EQ(testing_support::read_file(file), before);
+    // The disk fills while the new file is written: the save fails, the old file stays.
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::alarm(10);  // a save that retries a failing write for ever
+        const rlimit full{4096, 4096};
+        ::setrlimit(RLIMIT_FSIZE, &full);
+        const StoreEntries big{{"a", Variant::string(std::string(10000, 'x'))}};
+        std::string e;
+        std::_Exit(host::save_project(file, big, &e) ? 1 : e.ends_with("File too large") ? 0 : 2);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_EQ(testing_support::read_file(file), before);
+}
 
+TEST(ProjectFile, KeepsThePermissionsAndFollowsALink) {
+    testing_support::TempDir dir;
+    const std::string file = dir.path() + "/robot.kproj";
+    std::string error;
+    ASSERT_TRUE(host::save_project(file, {}, &error));
     ::chmod(file.c_str(), 0640);
     const std::string link = dir.path() + "/link.kproj";
     ASSERT_EQ(::symlink(file.c_str(), link.c_str()), 0);
@@ -177,34 +209,27 @@ TEST(ProjectFile, AFailedSaveLeavesTheOldFileAndAGoodOneKeepsItsPlace) {
     ASSERT_EQ(::stat(file.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0640u);
     EXPECT_EQ(host::load_project(file, &error)->at(0).value, Variant::long_(3));
-    int files = 0;  // the file and the link: no temporary file is left behind
+    int files = 0;  // the file and the link: saves leave no temporary file behind
     for (const auto& e : std::filesystem::directory_iterator(dir.path()))
         files += e.is_regular_file() || e.is_symlink();
     EXPECT_EQ(files, 2);
-}
-
-// A write that fails part way (here at the file size limit) ends the save without retrying for
-// ever; the old file stays.
-TEST(ProjectFile, AWriteThatFailsEndsTheSave) {
-    testing_support::TempDir dir;
-    const std::string file = dir.path() + "/robot.kproj";
-    std::string error;
-    ASSERT_TRUE(host::save_project(file, {}, &error)) << error;
-    const std::string before = testing_support::read_file(file);
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::alarm(10);
-        const rlimit limit{4096, 4096};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        const StoreEntries big{{"big", Variant::string(std::string(100000, 'x'))}};
-        ::_exit(host::save_project(file, big, &error) ? 1 : 0);
+    // A link that leads to no file is refused by a save as by a load, and stays a link.
+    const std::string loop = dir.path() + "/loop.kproj", other = dir.path() + "/other.kproj";
+    const std::string dangling = dir.path() + "/dangling.kproj";
+    ASSERT_EQ(::symlink(other.c_str(), loop.c_str()), 0);
+    ASSERT_EQ(::symlink(loop.c_str(), other.c_str()), 0);
+    ASSERT_EQ(::symlink("missing.kproj", dangling.c_str()), 0);
+    for (const auto& [path, says] :
+         {std::pair<std::string, std::string>{loop, "a symbolic link that leads round in a loop"},
+          {dangling, "a symbolic link to missing.kproj, which does not exist"}}) {
+        EXPECT_FALSE(host::save_project(path, {}, &error));
+        EXPECT_THAT(error, testing::HasSubstr(says));
+        EXPECT_FALSE(host::load_project(path, &error));
+        EXPECT_THAT(error, testing::HasSubstr(says));
+        ASSERT_EQ(::lstat(path.c_str(), &st), 0);
+        EXPECT_TRUE(S_ISLNK(st.st_mode)) << path;
     }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-    EXPECT_EQ(testing_support::read_file(file), before);
+    EXPECT_FALSE(std::filesystem::exists(dir.path() + "/missing.kproj"));
 }
 
 // A writer killed at a random point of a save leaves either the old file or the new one, whole;
@@ -262,6 +287,13 @@ TEST(ProjectFile, AWriterKilledMidSaveLeavesAWholeFileAndTheNextSaveTidies) {
     EXPECT_GT(caught_writing, 0);
     EXPECT_TRUE(std::filesystem::exists(other));
     EXPECT_TRUE(std::filesystem::exists(lookalike));
+    // A save still at work holds its new file locked: that one stays.
+    const std::string busy = dir.write("robot.kproj.saving-Busy12", "x");
+    const int held = ::open(busy.c_str(), O_RDONLY);
+    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+    ASSERT_TRUE(host::save_project(file, old_store, &error)) << error;
+    EXPECT_TRUE(std::filesystem::exists(busy));
+    ::close(held);
 }
 
 // Whatever a save accepts, a load accepts: what it would refuse is refused before writing.
@@ -293,9 +325,16 @@ TEST(ProjectFile, SaveRefusesWhatLoadWouldRefuse) {
     // load's own limit, 64 MB, is the default of a save.)
     const StoreEntries big{{"big", Variant::string(std::string(2000, '\x01'))}};
     EXPECT_FALSE(host::save_project_within(file, big, 10000, &error));
-    EXPECT_THAT(error, testing::HasSubstr("more than the 10000 a project file may hold"));
+    EXPECT_THAT(error, testing::HasSubstr("more than the 10000 it may hold"));
     EXPECT_TRUE(host::save_project_within(file + ".2", big, 20000, &error)) << error;
     EXPECT_EQ(testing_support::read_file(file), before);
+    // An entry is judged with the rest of the store: a new key adds to it, a key set again
+    // replaces its value.
+    const host::StoreEntry small{"big", Variant::integer(1)}, more{"more", big[0].value};
+    EXPECT_EQ(host::why_not_saveable(big, &small, 12200), "");
+    EXPECT_THAT(host::why_not_saveable(big, &more, 24000),
+                testing::HasSubstr("more than the 24000"));
+    EXPECT_EQ(host::why_not_saveable(big, nullptr, 12200), "");
 }
 
 TEST(ProjectFile, AFifoIsRefusedWithoutWaitingForAWriter) {

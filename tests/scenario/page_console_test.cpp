@@ -37,13 +37,14 @@ TEST(PageConsole, RefusesWhatThePageDoesNotHave) {
     const auto run = robot.run(
         "page get Changed\npage open\npage get txtNone.Text\n"
         "page click lblVersion\npage put optInt.Caption = \"x\"\n"
-        "page frobnicate\n");
-    ASSERT_EQ(run.lines.size(), 7u) << run.text();
+        "page frobnicate\npage get .Caption\n");
+    ASSERT_EQ(run.lines.size(), 8u) << run.text();
     EXPECT_THAT(run.lines[1], testing::StartsWith("fail "));
     EXPECT_THAT(run.lines[3], testing::StartsWith("fail "));
     EXPECT_EQ(run.lines[4], "error 438 Object doesn't support this property or method");
     EXPECT_EQ(run.lines[5], "error 438 Object doesn't support this property or method");
     EXPECT_THAT(run.lines[6], testing::StartsWith("fail "));
+    EXPECT_EQ(run.lines[7], "fail not WIDGET.PROPERTY: .Caption");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -102,6 +103,91 @@ TEST(TerminalConsole, CtrlCStopsALongAdvanceAndTheSessionLivesOn) {
     EXPECT_THAT(t.wait_for("> "), HasSubstr("advance MS"));
     t.type("quit\r");
     EXPECT_EQ(t.exit_status(), 0);
+}
+
+}  // namespace
+
+namespace {
+
+// The console with piped input and output, as a script or a host program drives it.
+class Piped {
+  public:
+    Piped() {
+        int in[2], out[2];
+        if (::pipe(in) != 0 || ::pipe(out) != 0) return;
+        pid_ = ::fork();
+        if (pid_ == 0) {
+            ::dup2(in[0], 0);
+            ::dup2(out[1], 1);
+            ::close(in[1]);
+            ::close(out[0]);
+            ::execl(KESTRONE_HOST_BIN, KESTRONE_HOST_BIN, "console", "--module", KESTRONE_MODULE,
+                    static_cast<char*>(nullptr));
+            ::_exit(127);
+        }
+        ::close(in[0]);
+        ::close(out[1]);
+        in_ = in[1];
+        out_ = out[0];
+    }
+    ~Piped() {
+        if (in_ >= 0) ::close(in_);
+        if (out_ >= 0) ::close(out_);
+        if (pid_ > 0) ::kill(pid_, SIGKILL), ::waitpid(pid_, nullptr, 0);
+    }
+    void send(const std::string& lines) {
+        ASSERT_EQ(::write(in_, lines.data(), lines.size()), static_cast<ssize_t>(lines.size()));
+    }
+    // Reads until `count` lines have come (or 20 s).
+    std::string lines(int count) {
+        const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (std::count(seen_.begin(), seen_.end(), '\n') < count &&
+               std::chrono::steady_clock::now() < until) {
+            pollfd p{out_, POLLIN, 0};
+            if (::poll(&p, 1, 100) <= 0) continue;
+            char buf[4096];
+            const ssize_t n = ::read(out_, buf, sizeof buf);
+            if (n <= 0) break;
+            seen_.append(buf, static_cast<std::size_t>(n));
+        }
+        return seen_;
+    }
+    void interrupt() { ::kill(pid_, SIGINT); }
+    // The exit status, or 128 + the signal that ended it.
+    int end() {
+        ::close(in_);
+        in_ = -1;
+        int status = 0;
+        ::waitpid(pid_, &status, 0);
+        pid_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+  private:
+    pid_t pid_ = -1;
+    int in_ = -1, out_ = -1;
+    std::string seen_;
+};
+
+// An interrupt stops a long advance of a piped console with a `fail`, and the lines after it are
+// still answered; between commands it ends the console as it always did.
+TEST(PipedConsole, AnInterruptStopsALongAdvanceAndBetweenCommandsEndsTheConsole) {
+    Piped busy;
+    busy.send("StartSimulation\nput Timer1(0).Interval = 1\nadvance 1000000000000\n");
+    const std::string started = busy.lines(3);
+    EXPECT_EQ(std::count(started.begin(), started.end(), '\n'), 3) << started;
+    ::usleep(300'000);
+    busy.interrupt();
+    busy.send("get Timer1(0).Interval\n");
+    const std::string out = busy.lines(5);
+    EXPECT_THAT(out, HasSubstr("fail interrupted after ")) << out;
+    EXPECT_THAT(out, HasSubstr("\nok 1&\n")) << out;
+    EXPECT_EQ(busy.end(), 0);
+
+    Piped idle;
+    idle.lines(1);
+    idle.interrupt();
+    EXPECT_EQ(idle.end(), 128 + SIGINT);
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ TEST(ProfileReader, FindsKeysAsTheWindowsReaderDoes) {
         {"only the outer pair goes", "[S]\nk=\"\"x\"\"\n", "S", "k", "d", "\"x\""},
         {"empty quotes", "[S]\nk=\"\"\n", "S", "k", "d", ""},
         {"key= is empty, not the default", "[S]\nk=\n", "S", "k", "d", ""},
-        {"the default loses trailing spaces", "", "S", "k", "dflt  ", "dflt"},
+        {"the default loses trailing spaces", "", "S", "k", "dflt   ", "dflt"},
         {"a header without ]", "[S\nk=1\n", "S", "k", "d", "1"},
         {"text after ] is ignored", "[S] trailing\nk=1\n", "S", "k", "d", "1"},
         {"blanks inside the brackets", "[ S \t]\nk=1\n", "S", "k", "d", "1"},

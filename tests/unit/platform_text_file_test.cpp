@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 
 #include "platform/basic_error.h"
+#include "platform/memory_files.h"
+#include "platform/profile_reader.h"
 #include "platform/text_file.h"
 #include "support/temp_dir.h"
 
@@ -84,6 +86,33 @@ TEST(ReadWholeFile, ReadsRegularFilesOnlyAndCountsThem) {
     EXPECT_FALSE(platform::read_whole_file(dir.path(), out));
     EXPECT_FALSE(platform::read_whole_file(dir.path() + "/missing", out));
     EXPECT_EQ(platform::whole_file_reads(), before + 2);
+}
+
+// A file served from memory stands in for the disk at its path alone, for every way of reading,
+// whatever the disk holds there; served again it changes, and stopped, the disk shows again.
+TEST(MemoryFiles, StandInForTheDiskAtTheirPathAlone) {
+    testing_support::TempDir dir;
+    const std::string on_disk = dir.write("a.c", "[S]\nk=disk\n");
+    const std::string missing = dir.path() + "/b.c";
+    platform::serve_from_memory(on_disk, "[S]\r\nk=memory\r\nlast");
+    platform::serve_from_memory(missing, "[S]\nk=1");
+    platform::serve_from_memory(missing, "[S]\nk=2");
+    const std::string other = dir.write("c.c", "[S]\nk=other\n");
+    const std::uint64_t before = platform::whole_file_reads();
+    EXPECT_TRUE(platform::file_exists(missing));
+    EXPECT_EQ(platform::get_private_profile_string("S", "k", "", 255, on_disk), "memory");
+    EXPECT_EQ(platform::get_private_profile_string("S", "k", "", 255, missing), "2");
+    EXPECT_EQ(platform::get_private_profile_string("S", "k", "", 255, other), "other");
+    EXPECT_EQ(platform::whole_file_reads(), before + 3);
+    platform::InputFile f;
+    f.open(on_disk);
+    EXPECT_EQ(f.read_line(), "[S]");
+    EXPECT_EQ(f.read_all(), "k=memory\r\nlast");
+    f.close();
+    platform::stop_serving_from_memory();
+    EXPECT_EQ(platform::served_file(on_disk), nullptr);
+    EXPECT_FALSE(platform::file_exists(missing));
+    EXPECT_EQ(platform::get_private_profile_string("S", "k", "", 255, on_disk), "disk");
 }
 
 }  // namespace

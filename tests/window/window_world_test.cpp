@@ -62,6 +62,12 @@ TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesI
     EXPECT_TRUE(recorded("world load \"" + track + "\""));
     EXPECT_FALSE(recorded("world load \"" + bad));
     EXPECT_TRUE(recorded("world unload"));
+    // A floor of a hundred metres at zoom 3 is no picture to make: the snapshot fails and says so.
+    ASSERT_TRUE(
+        window_->open_arena(dir_.write("huge.world", "size 100000 100000\nrobot 500 500 0\n")));
+    window_->set_zoom(3);
+    EXPECT_FALSE(window_->write_snapshot(dir_.path() + "/huge.png"));
+    EXPECT_NE(told_.back().find("more than 8192 on a side"), std::string::npos) << told_.back();
 }
 
 TEST_F(WindowWorldTest, TheRobotIsPutDownAndTurnedByHandOnlyWhileStopped) {

@@ -17,6 +17,7 @@ light 1800 1400 0.5
 zone goal 1600 1100 400 400
 zone start 0 0 400 400
 zone mark 100 100 1 0.5
+line 0.5 2000 600 300 1500     # as thin as a user likes, to the floor's right and top edges
 )";
 
 // The items' values show in the sensors' and the motion's tests; here what only the reading does.
@@ -30,6 +31,7 @@ TEST(ArenaFile, PutsTheBorderFirstAndKeepsNamesAsWritten) {
     EXPECT_EQ(a.zone("Goal"), nullptr);
     EXPECT_TRUE(a.zone("mark")->contains({101, 100.5}));  // a zone of a millimetre and less
     EXPECT_FALSE(a.zone("mark")->contains({101, 100.6}));
+    EXPECT_EQ(a.lines.at(1).width, 0.5);
     // Headings are brought into one turn; blanks, tabs and CRs are skipped.
     const ArenaReading turned = read_arena("\n\t# nothing\nrobot 500 500 -270\r\nsize 1000 1000\n");
     ASSERT_TRUE(turned.arena) << turned.error.text;
@@ -56,6 +58,9 @@ const BadFile kBadFiles[] = {
     {"size 1000 1000\nrobot 500 500 0\nsize 900 900\n", 3, "size comes twice"},
     {"size 1000 1000\nrobot 500 500 0\nlight 10 10 1.5\n", 3, "intensity must be 0 to 1"},
     {"size 1000 1000\nrobot 500 500 0\ndoor 1 2 3 4\n", 3, "unknown item 'door'"},
+    // A long word is repeated only by its start.
+    {"size 1000 1000\nrobot 500 500 0\ndoorwaydoorwaydoorwaydoorwaydoorwaydoorway 1\n", 3,
+     "unknown item 'doorwaydoorwaydoorwaydoorwaydoorwaydoorw...'"},
     {"size 1000 1000\nrobot 500 500 0\nline 10 5 5 6 6 7\n", 3, "two points or more, not 6"},
     {"size 1000 1000\nrobot 500 500 0\nlight -5 10 1\n", 3, "the light lies outside the floor"},
     {"size 1000 1000\nrobot 500 500 0\nwall 10 10 1200 10\n", 3, "outside the floor"},

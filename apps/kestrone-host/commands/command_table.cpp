@@ -1,6 +1,7 @@
 // The table of commands, the reading of a line against it, and `help`, which lists it.
 #include <array>
 
+#include "debug_commands.h"
 #include "error_text.h"
 #include "object_commands.h"
 #include "panel_commands.h"
@@ -50,6 +51,18 @@ constexpr std::array kTable{
     CommandSpec{"var", "var NAME", "a variable of the last program run", &parse_var},
     CommandSpec{"expect", "expect COMMAND == VALUE",
                 "checks a command's value; a failed check makes the exit status 1", &parse_expect},
+    CommandSpec{"debug", "debug FILE", "a program stopped before its first statement, to debug",
+                &parse_debug},
+    CommandSpec{"break", "break LINE, break clear [LINE]",
+                "a breakpoint on the statement at LINE (or the next), or none", &parse_break},
+    CommandSpec{"step", "step", "the debugged program to the next statement that starts",
+                &parse_step},
+    CommandSpec{"continue", "continue [MS]",
+                "the debugged program on, to a breakpoint, its end, or for MS ms", &parse_continue},
+    CommandSpec{"where", "where", "the line the debugged program stands at", &parse_where},
+    CommandSpec{"vars", "vars", "every variable of the program, as var writes it", &parse_vars},
+    CommandSpec{"undebug", "undebug", "the debugged program stopped, and the simulation",
+                &parse_undebug},
     CommandSpec{"world", "world load|reset|x|y|heading|in|unload", "the arena the robot drives in",
                 &parse_world},
     CommandSpec{"new", "new", "a new object through the class factory", &parse_new},

@@ -127,7 +127,7 @@ Parsed parse_operation(const CommandLine& line) {
     for (const std::string& t : texts) {
         std::string error;
         auto v = console::parse_value(t, &error);
-        if (!v) return refused("cannot read the value " + t + ": " + error);
+        if (!v) return refused(console::unreadable(t, error));
         c.args.push_back(std::move(*v));
     }
     return parsed(std::move(c));

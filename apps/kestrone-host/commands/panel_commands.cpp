@@ -98,7 +98,7 @@ Parsed parse_put(const CommandLine& line) {
     const auto e = parse_element(w[1], true, &property);
     if (!e) return refused("not an element's property: " + w[1]);
     auto value = console::parse_value(w[3], &error);
-    if (!value) return refused("cannot read the value " + w[3] + ": " + error);
+    if (!value) return refused(console::unreadable(w[3], error));
     return parsed(PutProperty{*e, property, std::move(*value)});
 }
 
@@ -165,7 +165,8 @@ Parsed parse_mouse(const CommandLine& line) {
     const auto buttons = whole_number(w[2]);
     const auto x = number_of(w[3]), y = number_of(w[4]);
     if (!buttons) return refused("not a button number: " + w[2]);
-    if (!x || !y) return refused("mouse takes X and Y as numbers");
+    if (!x || !y || !std::isfinite(*x) || !std::isfinite(*y))
+        return refused("mouse takes X and Y as numbers");
     const auto shift = w.size() == 6 ? whole_number(w[5]) : std::optional<std::int32_t>(0);
     if (!shift || *shift < 0 || *shift > 7) return refused("not keys held (0 to 7): " + w[5]);
     return parsed(Mouse{static_cast<kestrone::PointerAction>(verb), *buttons, coordinate(*x),
@@ -201,7 +202,7 @@ Parsed parse_event(const CommandLine& line) {
     for (std::size_t i = 2; i < w.size(); ++i) {
         std::string error;
         auto v = console::parse_value(w[i], &error);
-        if (!v) return refused("cannot read the value " + w[i] + ": " + error);
+        if (!v) return refused(console::unreadable(w[i], error));
         c.args.push_back(std::move(*v));
     }
     return parsed(std::move(c));

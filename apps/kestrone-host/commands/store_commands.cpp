@@ -1,6 +1,7 @@
 #include "store_commands.h"
 
 #include "command_support.h"
+#include "project_file.h"
 #include "value_syntax.h"
 
 namespace commands {
@@ -31,8 +32,14 @@ std::string format(const StoreSet& c) {
     return "store " + console::key_text(c.key) + " = " + console::format_value(c.value);
 }
 
+// Refused at once what a save would refuse: the store must stay one a project file can hold.
 Reply execute(const StoreSet& c, Context& context) {
-    context.stage.session().set_store_entry(c.key, c.value);
+    host::ComponentSession& session = context.stage.session();
+    const host::StoreEntry entry{c.key, c.value};
+    if (const std::string why = host::why_not_saveable(session.store().entries(), &entry);
+        !why.empty())
+        return Reply::fail("cannot store " + console::key_text(c.key) + ": " + why);
+    session.set_store_entry(c.key, c.value);
     return Reply::ok();
 }
 
@@ -68,7 +75,7 @@ Parsed parse_store(const CommandLine& line) {
         if (!key) return refused("not a key: " + w[1]);
         std::string error;
         auto value = console::parse_value(w[3], &error);
-        if (!value) return refused("cannot read the value " + w[3] + ": " + error);
+        if (!value) return refused(console::unreadable(w[3], error));
         return parsed(StoreSet{*key, std::move(*value)});
     }
     if (w.size() == 2 && w[1] == "clear") return parsed(StoreClear{});
@@ -204,7 +211,7 @@ Parsed parse_page(const CommandLine& line) {
     if (!split_widget(w[2], widget, property)) return refused("not WIDGET.PROPERTY: " + w[2]);
     std::string error;
     auto value = console::parse_value(w[4], &error);
-    if (!value) return refused("cannot read the value " + w[4] + ": " + error);
+    if (!value) return refused(console::unreadable(w[4], error));
     return parsed(PagePut{widget, property, std::move(*value)});
 }
 

@@ -1,6 +1,5 @@
 // The written form of values in answers: the shortest text that reads back to the same value.
-#include <charconv>
-
+#include "float_text.h"
 #include "value_syntax.h"
 
 namespace console {
@@ -11,13 +10,6 @@ using kestrone::VarType;
 
 namespace {
 
-template <class T>
-std::string shortest(T x) {
-    char buf[64];
-    const auto res = std::to_chars(buf, buf + sizeof buf, x);
-    return std::string(buf, res.ptr);
-}
-
 std::string bare(const Variant& v) {
     switch (v.type()) {
         case VarType::Empty:
@@ -27,9 +19,9 @@ std::string bare(const Variant& v) {
         case VarType::Long:
             return std::to_string(v.as_long());
         case VarType::Single:
-            return shortest(v.as_single());
+            return float_text(v.as_single());
         case VarType::Double:
-            return shortest(v.as_double());
+            return float_text(v.as_double());
         case VarType::Boolean:
             return v.as_boolean() ? "True" : "False";
         case VarType::String:

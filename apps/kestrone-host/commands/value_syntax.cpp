@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "float_text.h"
 #include "value_limits.h"
 
 namespace console {
@@ -38,7 +39,7 @@ class Parser {
         auto v = value();
         skip_blanks();
         if (v && pos_ != s_.size())
-            return fail("unexpected text after the value: " + std::string(s_.substr(pos_)));
+            return fail("unexpected text after the value: " + excerpt(s_.substr(pos_)));
         return v;
     }
     const std::string& error() const { return error_; }
@@ -87,7 +88,8 @@ class Parser {
                 pos_ += t.name.size();
                 return typed_array(t.type);
             }
-        return fail("not a value: " + std::string(s_.substr(pos_)));
+        if (std::isalpha(static_cast<unsigned char>(c))) return float_word(pos_);
+        return fail("not a value: " + excerpt(s_.substr(pos_)));
     }
 
     std::optional<Variant> string_value() {
@@ -138,6 +140,8 @@ class Parser {
     std::optional<Variant> number() {
         const std::size_t start = pos_;
         if (s_[pos_] == '-' || s_[pos_] == '+') ++pos_;
+        if (pos_ < s_.size() && std::isalpha(static_cast<unsigned char>(s_[pos_])))
+            return float_word(start);
         bool digits = false, fraction = false;
         while (pos_ < s_.size() && std::isdigit(static_cast<unsigned char>(s_[pos_])))
             ++pos_, digits = true;
@@ -147,7 +151,7 @@ class Parser {
             while (pos_ < s_.size() && std::isdigit(static_cast<unsigned char>(s_[pos_])))
                 ++pos_, digits = true;
         }
-        if (!digits) return fail("not a number: " + std::string(s_.substr(start)));
+        if (!digits) return fail("not a number: " + excerpt(s_.substr(start)));
         if (pos_ < s_.size() && (s_[pos_] == 'e' || s_[pos_] == 'E')) {
             fraction = true;
             ++pos_;
@@ -162,30 +166,32 @@ class Parser {
         const char suffix = pos_ < s_.size() ? s_[pos_] : '\0';
         const bool has_suffix = suffix == '%' || suffix == '&' || suffix == '!' || suffix == '#';
         if (has_suffix) ++pos_;
-        if (suffix == '!' || suffix == '#' || (fraction && !has_suffix)) {
+        const VarType as = float_kind(suffix);
+        if (as == VarType::Single) {
+            const float f = std::strtof(text.c_str(), nullptr);
+            if (std::isinf(f)) return fail("out of the range of a 32-bit float: " + excerpt(text));
+            return Variant::single(f);
+        }
+        if (as == VarType::Double || (fraction && !has_suffix)) {
             const double d = std::strtod(text.c_str(), nullptr);
-            if (suffix == '!') {
-                const float f = std::strtof(text.c_str(), nullptr);
-                if (std::isinf(f)) return fail("out of the range of a 32-bit float: " + text);
-                return Variant::single(f);
-            }
-            if (std::isinf(d)) return fail("out of the range of a 64-bit float: " + text);
+            if (std::isinf(d)) return fail("out of the range of a 64-bit float: " + excerpt(text));
             return Variant::double_(d);
         }
         if (fraction)
-            return fail("a whole number is needed before " + std::string(1, suffix) + ": " + text);
+            return fail("a whole number is needed before " + std::string(1, suffix) + ": " +
+                        excerpt(text));
         long long n = 0;
         const auto res = std::from_chars(text.data(), text.data() + text.size(), n);
         const bool fits64 = res.ec == std::errc() && res.ptr == text.data() + text.size();
         if (suffix == '%') {
             if (!fits64 || n < -32768 || n > 32767)
-                return fail("out of the range of a 16-bit integer: " + text);
+                return fail("out of the range of a 16-bit integer: " + excerpt(text));
             return Variant::integer(static_cast<std::int16_t>(n));
         }
         if (suffix == '&') {
             if (!fits64 || n < std::numeric_limits<std::int32_t>::min() ||
                 n > std::numeric_limits<std::int32_t>::max())
-                return fail("out of the range of a 32-bit integer: " + text);
+                return fail("out of the range of a 32-bit integer: " + excerpt(text));
             return Variant::long_(static_cast<std::int32_t>(n));
         }
         if (fits64 && n >= -32768 && n <= 32767)
@@ -194,8 +200,38 @@ class Parser {
             n <= std::numeric_limits<std::int32_t>::max())
             return Variant::long_(static_cast<std::int32_t>(n));
         const double d = std::strtod(text.c_str(), nullptr);
-        if (std::isinf(d)) return fail("out of the range of a 64-bit float: " + text);
+        if (std::isinf(d)) return fail("out of the range of a 64-bit float: " + excerpt(text));
         return Variant::double_(d);
+    }
+
+    // The kind of float a number is read as: its suffix's, else a float array's own, so that an
+    // element keeps every bit (a -0 stays negative, a Single is rounded once).
+    VarType float_kind(char suffix) const {
+        if (suffix == '!') return VarType::Single;
+        if (suffix == '#') return VarType::Double;
+        if (suffix == '%' || suffix == '&') return VarType::Empty;
+        return bare_float_;
+    }
+
+    // inf, nan and their kin, from `start` (at a sign, if any).
+    std::optional<Variant> float_word(std::size_t start) {
+        while (pos_ < s_.size() && std::isalpha(static_cast<unsigned char>(s_[pos_])))
+            ++pos_;
+        if (pos_ < s_.size() && s_[pos_] == '(') {  // a NaN's bits
+            const std::size_t close = s_.find(')', pos_);
+            if (close != std::string_view::npos) pos_ = close + 1;
+        }
+        const std::string_view word = s_.substr(start, pos_ - start);
+        const char suffix = pos_ < s_.size() ? s_[pos_] : '\0';
+        VarType as = float_kind(suffix);
+        if (as == VarType::Empty && suffix != '%' && suffix != '&') as = VarType::Double;
+        if (suffix == '!' || suffix == '#') ++pos_;
+        if (as == VarType::Single) {
+            if (const auto f = single_word(word)) return Variant::single(*f);
+        } else if (as != VarType::Empty) {
+            if (const auto d = double_word(word)) return Variant::double_(*d);
+        }
+        return fail("not a value: " + excerpt(s_.substr(start)));
     }
 
     // Elements of a list up to `close`, each parsed by `element`.
@@ -261,20 +297,20 @@ class Parser {
 
     // An element of a typed array, written bare in that type's syntax.
     std::optional<Variant> element_of(VarType type) {
+        bare_float_ = type == VarType::Single || type == VarType::Double ? type : VarType::Empty;
         auto v = value();
+        bare_float_ = VarType::Empty;
         if (!v) return std::nullopt;
         if (type == VarType::Variant) return v;
         if (v->is_array()) return fail("an array can't be an element of a typed array");
         const VarType got = v->type();
+        if (got == type) return v;  // as read, every bit kept
         const bool whole = got == VarType::Integer || got == VarType::Long;
         const bool numeric = whole || got == VarType::Double || got == VarType::Single;
         auto whole_value = [&]() -> long long {
             return got == VarType::Integer ? v->as_integer() : v->as_long();
         };
         switch (type) {
-            case VarType::Integer:
-                if (got == VarType::Integer) return v;
-                break;
             case VarType::Long:
                 if (whole) return Variant::long_(static_cast<std::int32_t>(whole_value()));
                 break;
@@ -284,10 +320,9 @@ class Parser {
                 break;
             case VarType::Single:
                 if (numeric) {
-                    const double d = got == VarType::Double   ? v->as_double()
-                                     : got == VarType::Single ? v->as_single()
-                                                              : static_cast<double>(whole_value());
-                    if (std::fabs(d) > std::numeric_limits<float>::max()) break;
+                    const double d = got == VarType::Double ? v->as_double()
+                                                            : static_cast<double>(whole_value());
+                    if (std::isfinite(d) && std::fabs(d) > std::numeric_limits<float>::max()) break;
                     return Variant::single(static_cast<float>(d));
                 }
                 break;
@@ -297,10 +332,6 @@ class Parser {
                                             : got == VarType::Single
                                                 ? v->as_single()
                                                 : static_cast<double>(whole_value()));
-                break;
-            case VarType::Boolean:
-            case VarType::String:
-                if (got == type) return v;
                 break;
             default:
                 break;
@@ -335,6 +366,7 @@ class Parser {
     std::string_view s_;
     std::size_t pos_ = 0;
     int depth_ = 0;
+    VarType bare_float_ = VarType::Empty;  // in a float array: the kind of a bare number
     std::string error_;
 };
 
@@ -345,6 +377,19 @@ std::optional<Variant> parse_value(std::string_view text, std::string* error) {
     auto v = p.parse_whole();
     if (!v && error) *error = p.error();
     return v;
+}
+
+std::string excerpt(std::string_view text) {
+    constexpr std::size_t kShown = 40;
+    if (text.size() <= kShown) return std::string(text);
+    std::size_t cut = kShown;
+    while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+        --cut;  // not inside a character of several bytes
+    return std::string(text.substr(0, cut)) + "...";
+}
+
+std::string unreadable(std::string_view text, const std::string& why) {
+    return "cannot read the value " + excerpt(text) + ": " + why;
 }
 
 std::string_view type_name(VarType type) {

@@ -12,7 +12,8 @@ namespace console {
 // Parses one value; nullopt with `error` set when the text is no value.
 std::optional<kestrone::Variant> parse_value(std::string_view text, std::string* error = nullptr);
 
-// Writes a value: 5%, 1281&, 75!, 0.5#, True, "a\"b", Long[0 to 2](0, 1, 2), Empty.
+// Writes a value: 5%, 1281&, 75!, 0.5#, -0#, nan!, -inf#, True, "a\"b", Long[0 to 2](0, 1, 2),
+// Empty. What it writes reads back to the same value, bit for bit.
 std::string format_value(const kestrone::Variant& v);
 
 // A string in double quotes, every byte below 32 and from 127 up escaped.
@@ -24,5 +25,11 @@ std::string escape_text(std::string_view text);
 std::string key_text(std::string_view key);
 
 std::string_view type_name(kestrone::VarType type);
+
+// A piece of the user's text to repeat in a message: the whole when short, else its start and
+// "...".
+std::string excerpt(std::string_view text);
+// "cannot read the value TEXT: WHY", a long TEXT cut short.
+std::string unreadable(std::string_view text, const std::string& why);
 
 }  // namespace console

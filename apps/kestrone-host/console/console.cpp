@@ -45,7 +45,9 @@ bool Console::execute(std::string_view line) {
     const auto words = split_command(line);
     command_word_ = words ? words->words.front() : std::string();
     command_started_ = std::chrono::steady_clock::now();
+    set_busy(true);
     const commands::Reply reply = parsed.command->execute(context_);
+    set_busy(false);
     if (progress_shown_) *progress_ << "\r\033[K" << std::flush;
     progress_shown_ = false;
     // `quit` ends the console without a word.
@@ -62,11 +64,12 @@ std::string progress_text(std::string_view command, std::int64_t done, std::int6
            " ms on the clock (" + std::to_string(percent) + "%), Ctrl-C stops";
 }
 
-void Console::watch_long_work(std::ostream& progress) {
-    progress_ = &progress;
+void Console::watch_long_work(std::ostream* progress) {
+    progress_ = progress;
     stage_.set_progress_check([this](std::int64_t done, std::int64_t total) {
         if (take_interrupt()) return false;
-        if (std::chrono::steady_clock::now() - command_started_ > std::chrono::seconds(1)) {
+        if (progress_ &&
+            std::chrono::steady_clock::now() - command_started_ > std::chrono::seconds(1)) {
             *progress_ << "\r" << progress_text(command_word_, done, total) << std::flush;
             progress_shown_ = true;
         }

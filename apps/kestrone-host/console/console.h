@@ -48,9 +48,9 @@ class Console {
     void run(std::istream& in);
     // False once an `expect` has failed: the console then exits with status 1.
     bool expectations_met() const { return context_.expectations_met; }
-    // For a person at a terminal: long work (advance, run) can be stopped by an interrupt
-    // (console_interrupt.h) and, past a second, shows its progress on `progress`.
-    void watch_long_work(std::ostream& progress);
+    // Long work (advance, run) can be stopped by an interrupt (console_interrupt.h) and, past a
+    // second, shows its progress on `progress` when there is one (a person at a terminal).
+    void watch_long_work(std::ostream* progress);
 
   private:
     void answer(const commands::Reply& reply);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 namespace kflow {
 
@@ -52,222 +53,236 @@ constexpr std::array<HelperText, 6> kHelpers{{
      "    return a >> n;\n}\n"},
 }};
 
-std::string literal(const Expr& e) {
-    const int v = e.value;
-    if (e.character && v >= 0x20 && v < 0x7F && v != '\'' && v != '\\')
-        return std::string("'") + static_cast<char>(v) + "'";
-    if (v == -32768) return "(-32767 - 1)";
-    if (v < 0) return "(" + std::to_string(v) + ")";
-    return std::to_string(v);
+bool constant(const CValue& v) {
+    return v.known && !v.effect;
 }
+
+// A rough measure of a statement's code on the chip: its expressions' operands and operators.
+int weight(const Program& p, ExprId id) {
+    if (id == kNoExpr) return 0;
+    const Expr& e = p.expr(id);
+    int w = 1 + weight(p, e.lhs) + weight(p, e.rhs);
+    for (ExprId a : e.args)
+        w += weight(p, a);
+    return w;
+}
+int weight(const Program& p, std::span<const Stmt> body);
+int weight(const Program& p, const Stmt& s) {
+    int w = 1 + weight(p, s.expr);
+    w += weight(p, std::span<const Stmt>(s.body));
+    for (const Branch& b : s.branches)
+        w += weight(p, b.condition) + weight(p, std::span<const Stmt>(b.body));
+    return w;
+}
+
+int weight(const Program& p, std::span<const Stmt> body) {
+    int w = 0;
+    for (const Stmt& s : body)
+        w += weight(p, s);
+    return w;
+}
+
+// The chip's compiler keeps each function within one page of program memory (2048 words): a
+// flow heavier than this goes into functions of about this weight, which main() calls in turn,
+// and so do the bodies of a statement heavier than it. (Each is a call deeper, and the chip's
+// return stack holds eight: only heavy statements nested in heavy statements go deeper.)
+constexpr int kPartWeight = 150;
 
 class FlowWriter {
   public:
-    explicit FlowWriter(const Program& p) : p_(p) {}
+    explicit FlowWriter(const Program& p) : p_(p), x_(p) {}
 
-    void block(const std::vector<Stmt>& body, int depth, int repeats);
+    // Whether the flow can get past the block's end: statements after one that never ends (a
+    // stop, an endless loop) never run, and are left out, since the compiler calls them
+    // unreachable.
+    bool block(std::span<const Stmt> body, int depth, int repeats);
+    // Runs `body` in a function of its own when it is heavy: the call is written in its place.
+    bool part(std::span<const Stmt> body, int depth, int repeats, bool heavy);
     std::string out;
-    std::set<Helper> helpers;
-    int temporaries = 0;
+    std::string functions;  // the parts, each before the one that calls it
     int counters = 0;
+    const CExprWriter& expressions() const { return x_; }
+    int parts = 0;
 
   private:
-    void line(int depth, const std::string& text, int source_line) {
-        out += std::string(static_cast<std::size_t>(depth) * 4, ' ') + text + "  /* line " +
-               std::to_string(source_line) + " */\n";
+    std::string pad(int depth) const {
+        return std::string(static_cast<std::size_t>(depth) * 4, ' ');
     }
-    void close(int depth) { out += std::string(static_cast<std::size_t>(depth) * 4, ' ') + "}\n"; }
-    void statement(const Stmt& s, int depth, int repeats);
-
-    std::string expr(ExprId id);
-    std::string operand(ExprId id);
-    std::string binary(const Expr& e);
-    std::string call(const Expr& e);
-    bool has_effect(ExprId id) const;
-    std::string temporary() { return "kft" + std::to_string(temporaries_now_++); }
+    void line(int depth, const std::string& text, int source_line) {
+        out += pad(depth) + text + "  /* line " + std::to_string(source_line) + " */\n";
+    }
+    void close(int depth) { out += pad(depth) + "}\n"; }
+    bool statement(const Stmt& s, int depth, int repeats);
+    // A body of a heavy statement goes into a function of its own unless it is light.
+    bool body(const Stmt& s, std::span<const Stmt> b, int depth, int repeats) {
+        return part(b, depth, repeats,
+                    weight(p_, s) > kPartWeight && weight(p_, b) > kPartWeight / 4);
+    }
+    void set(const Stmt& s, int depth);
+    bool if_statement(const Stmt& s, int depth, int repeats);
+    bool loop(const Stmt& s, int depth, int repeats);
 
     const Program& p_;
-    int temporaries_now_ = 0;  // temporaries taken by the statement being written
+    CExprWriter x_;
 };
 
-bool FlowWriter::has_effect(ExprId id) const {
-    const Expr& e = p_.expr(id);
-    switch (e.kind) {
-        case ExprKind::Call:
-            return true;
-        case ExprKind::Unary:
-            return has_effect(e.lhs);
-        case ExprKind::Binary: {
-            // A division may stop the program, unless its divisor is a number other than 0.
-            const Expr& divisor = p_.expr(e.rhs);
-            const bool may_stop = (e.op == Op::Divide || e.op == Op::Remainder) &&
-                                  !(divisor.kind == ExprKind::Literal && divisor.value != 0);
-            return may_stop || has_effect(e.lhs) || has_effect(e.rhs);
-        }
-        default:
-            return false;
-    }
-}
-
-std::string FlowWriter::expr(ExprId id) {
-    const Expr& e = p_.expr(id);
-    switch (e.kind) {
-        case ExprKind::Literal:
-            return literal(e);
-        case ExprKind::Variable:
-            return kVariablePrefix + p_.variables[static_cast<std::size_t>(e.ref)].name;
-        case ExprKind::Call:
-            return call(e);
-        case ExprKind::Unary:
-            return op_text(e.op) + operand(e.lhs);
-        case ExprKind::Binary:
-            return binary(e);
-    }
-    return "0";
-}
-
-// An operand of an operator: every operation in brackets, so that C's precedence and its
-// warnings about it never come into play, and "- -x" never reads as "--x".
-std::string FlowWriter::operand(ExprId id) {
-    const ExprKind k = p_.expr(id).kind;
-    if (k == ExprKind::Binary || k == ExprKind::Unary) return "(" + expr(id) + ")";
-    return expr(id);
-}
-
-struct Routine {
-    Op op;
-    Helper helper;
-    const char* name;
-};
-constexpr std::array<Routine, 4> kRoutines{{{Op::Divide, Helper::Divide, "kf_div"},
-                                            {Op::Remainder, Helper::Remainder, "kf_mod"},
-                                            {Op::ShiftLeft, Helper::ShiftLeft, "kf_shl"},
-                                            {Op::ShiftRight, Helper::ShiftRight, "kf_shr"}}};
-
-std::string FlowWriter::binary(const Expr& e) {
-    const bool ordered =
-        e.op != Op::And && e.op != Op::Or && has_effect(e.lhs) && has_effect(e.rhs);
-    std::string left = operand(e.lhs), right = operand(e.rhs), prefix;
-    if (ordered) {
-        const std::string a = temporary(), b = temporary();
-        prefix = a + " = " + left + ", " + b + " = " + right + ", ";
-        left = a;
-        right = b;
-    }
-    std::string text;
-    const auto routine = std::find_if(kRoutines.begin(), kRoutines.end(),
-                                      [&](const Routine& r) { return r.op == e.op; });
-    if (routine != kRoutines.end()) {
-        helpers.insert(routine->helper);
-        if (routine->helper == Helper::Divide || routine->helper == Helper::Remainder)
-            helpers.insert(Helper::Stop);
-        text = std::string(routine->name) + "(" + left + ", " + right + ")";
-    } else {
-        text = left + " " + op_text(e.op) + " " + right;
-    }
-    return ordered ? "(" + prefix + text + ")" : text;
-}
-
-std::string FlowWriter::call(const Expr& e) {
-    const MacroInfo& m = p_.macros.at(e.ref);
-    std::size_t effects = 0;
-    for (ExprId a : e.args)
-        effects += has_effect(a) ? 1 : 0;
-    std::string prefix, args;
-    for (ExprId a : e.args) {
-        std::string value = expr(a);
-        if (effects > 1) {
-            const std::string t = temporary();
-            prefix += t + " = " + value + ", ";
-            value = t;
-        }
-        args += (args.empty() ? "" : ", ") + value;
-    }
-    std::string text = m.name + "(" + args + ")";
-    // char and int results need no cast: both reach int as the interpreter reads them.
-    if (m.is_function && m.returns != "char" && m.returns != "int") text = "((int)" + text + ")";
-    return prefix.empty() ? text : "(" + prefix + text + ")";
-}
-
-void FlowWriter::block(const std::vector<Stmt>& body, int depth, int repeats) {
+bool FlowWriter::block(std::span<const Stmt> body, int depth, int repeats) {
     for (const Stmt& s : body) {
-        temporaries_now_ = 0;
-        statement(s, depth, repeats);
-        temporaries = std::max(temporaries, temporaries_now_);
+        x_.new_statement();
+        if (!statement(s, depth, repeats)) return false;
     }
+    return true;
 }
 
-void FlowWriter::statement(const Stmt& s, int depth, int repeats) {
+bool FlowWriter::part(std::span<const Stmt> body, int depth, int repeats, bool heavy) {
+    if (!heavy) return block(body, depth, repeats);
+    std::string caller;
+    std::swap(caller, out);
+    const bool through = block(body, 1, repeats);
+    const std::string name = "kf_part" + std::to_string(++parts);
+    // Not static: the compiler would put a static function called once back into its caller.
+    functions += "void " + name + "(void)\n{\n" + out + "}\n\n";
+    out = std::move(caller) + pad(depth) + name + "();\n";
+    return through;
+}
+
+void FlowWriter::set(const Stmt& s, int depth) {
+    const CValue v = x_.value(s.expr);
+    std::string text = v.text;
+    // A byte keeps the low 8 bits, said in so many words: the compiler warns of a constant
+    // that does not fit.
+    if (p_.variables[static_cast<std::size_t>(s.ref)].is_byte)
+        text = constant(v) ? std::to_string(*v.known & 0xFF)
+                           : "(unsigned char)" + CExprWriter::operand(v);
+    line(depth, kVariablePrefix + s.name + " = " + text + ";", s.at.line);
+}
+
+bool FlowWriter::statement(const Stmt& s, int depth, int repeats) {
     switch (s.kind) {
         case StmtKind::Declare:
-            if (s.expr != kNoExpr)
-                line(depth, kVariablePrefix + s.name + " = " + expr(s.expr) + ";", s.at.line);
-            return;
+            if (s.expr != kNoExpr) set(s, depth);
+            return true;
         case StmtKind::Assign:
-            line(depth, kVariablePrefix + s.name + " = " + expr(s.expr) + ";", s.at.line);
-            return;
+            set(s, depth);
+            return true;
         case StmtKind::Call:
-            line(depth, expr(s.expr) + ";", s.at.line);
-            return;
+            line(depth, x_.value(s.expr).text + ";", s.at.line);
+            return true;
         case StmtKind::Delay:
-            helpers.insert(Helper::Delay);
-            line(depth, "kf_delay_ms((unsigned int)" + operand(s.expr) + ");", s.at.line);
-            return;
-        case StmtKind::Stop:
-            helpers.insert(Helper::Stop);
-            line(depth, "kf_stop();", s.at.line);
-            return;
-        case StmtKind::Repeat: {
-            const std::string n = "kfr" + std::to_string(repeats);
-            counters = std::max(counters, repeats + 1);
+            x_.helpers.insert(Helper::Delay);
             line(depth,
-                 "for (" + n + " = (unsigned int)" + operand(s.expr) + "; " + n + " != 0; " + n +
-                     "--) {",
+                 "kf_delay_ms((unsigned int)" + CExprWriter::operand(x_.value(s.expr)) + ");",
                  s.at.line);
-            block(s.body, depth + 1, repeats + 1);
-            return close(depth);
-        }
+            return true;
+        case StmtKind::Stop:
+            x_.helpers.insert(Helper::Stop);
+            line(depth, "kf_stop();", s.at.line);
+            return false;
+        case StmtKind::Repeat:
         case StmtKind::While:
-            line(depth, "while (" + expr(s.expr) + ") {", s.at.line);
-            block(s.body, depth + 1, repeats);
-            return close(depth);
         case StmtKind::Forever:
-            line(depth, "for (;;) {", s.at.line);
-            block(s.body, depth + 1, repeats);
-            return close(depth);
+            return loop(s, depth, repeats);
         case StmtKind::If:
-            for (const Branch& b : s.branches) {
-                const bool first = &b == &s.branches.front();
-                const std::string head = b.condition == kNoExpr ? "} else {"
-                                         : first                ? "if (" + expr(b.condition) + ") {"
-                                                 : "} else if (" + expr(b.condition) + ") {";
-                line(depth, head, b.at.line);
-                block(b.body, depth + 1, repeats);
-            }
-            return close(depth);
+            return if_statement(s, depth, repeats);
     }
+    return true;
+}
+
+// A loop whose body never ends runs that body at most once: it is written as an if (or a plain
+// block), since the compiler would call the way back unreachable.
+bool FlowWriter::loop(const Stmt& s, int depth, int repeats) {
+    std::string head, once;
+    bool ends = true;  // whatever its body does, the loop may end
+    int inner = repeats;
+    if (s.kind == StmtKind::Repeat) {
+        const CValue n = x_.value(s.expr);
+        if (constant(n) && *n.known == 0) return true;
+        const std::string c = "kfr" + std::to_string(repeats);
+        counters = std::max(counters, ++inner);
+        head = "for (" + c + " = (unsigned int)" + CExprWriter::operand(n) + "; " + c + " != 0; " +
+               c + "--) {";
+        once = constant(n) ? "{" : "if (" + n.text + ") {";
+        ends = !constant(n);
+    } else if (s.kind == StmtKind::While) {
+        const CValue c = x_.value(s.expr);
+        if (constant(c) && *c.known == 0) return true;
+        ends = !constant(c);
+        head = ends ? "while (" + c.text + ") {" : "for (;;) {";
+        once = ends ? "if (" + c.text + ") {" : "{";
+    } else {
+        head = "for (;;) {";
+        once = "{";
+        ends = false;
+    }
+    const std::size_t at = out.size();
+    const bool through = body(s, s.body, depth + 1, inner);
+    out.insert(at, pad(depth) + (through ? head : once) + "  /* line " + std::to_string(s.at.line) +
+                       " */\n");
+    close(depth);
+    // A repeat of a known count ends when its body does; an endless loop never ends.
+    return ends || (s.kind == StmtKind::Repeat && through);
+}
+
+// Arms whose condition is a constant are left out, or, when it holds, end the chain as its
+// else: the compiler warns of a constant condition.
+bool FlowWriter::if_statement(const Stmt& s, int depth, int repeats) {
+    bool opened = false, through = false, decided = false;
+    for (const Branch& b : s.branches) {
+        std::string condition;
+        if (b.condition != kNoExpr) {
+            const CValue c = x_.value(b.condition);
+            if (constant(c) && *c.known == 0) continue;
+            if (!constant(c)) condition = c.text;
+        }
+        if (condition.empty()) {
+            // This arm runs whenever the earlier ones do not.
+            if (!opened) return body(s, b.body, depth, repeats);
+            line(depth, "} else {", b.at.line);
+            through |= body(s, b.body, depth + 1, repeats);
+            decided = true;
+            break;
+        }
+        line(depth, (opened ? "} else if (" : "if (") + condition + ") {", b.at.line);
+        opened = true;
+        through |= body(s, b.body, depth + 1, repeats);
+    }
+    if (opened) close(depth);
+    return through || !decided;
 }
 
 }  // namespace
 
 CFlow write_flow(const Program& program, unsigned long clock_hz) {
     FlowWriter w(program);
-    w.block(program.tree.statements, 1, 0);
     CFlow out;
-    // The program's variables are global, so that a debugger or a simulator finds them by name.
+    const std::vector<Stmt>& top = program.tree.statements;
+    const bool split = weight(program, std::span(top)) > kPartWeight;
+    for (std::size_t from = 0; from < top.size() && !out.ends;) {
+        std::size_t to = from + 1;
+        for (int load = weight(program, top[from]);
+             to < top.size() && (!split || load + weight(program, top[to]) <= kPartWeight); ++to)
+            load += weight(program, top[to]);
+        out.ends = !w.part(std::span(top).subspan(from, to - from), 1, 0, split);
+        from = to;
+    }
+    out.parts = w.functions;
+    const CExprWriter& x = w.expressions();
+    // The program's variables are global, so that a debugger or a simulator finds them by name,
+    // and volatile, so that the compiler carries no value of theirs from one statement to the
+    // next: it has misread them there, and warns of what it then finds constant.
     for (const Variable& v : program.variables)
-        out.declarations +=
-            std::string(v.is_byte ? "unsigned char " : "int ") + kVariablePrefix + v.name + ";\n";
+        out.declarations += std::string(v.is_byte ? "volatile unsigned char " : "volatile int ") +
+                            kVariablePrefix + v.name + ";\n";
     for (int i = 0; i < w.counters; ++i)
         out.declarations +=
             "static unsigned int kfr" + std::to_string(i) + ";  /* repeat count */\n";
-    for (int i = 0; i < w.temporaries; ++i)
+    for (int i = 0; i < x.temporaries; ++i)
         out.declarations +=
             "static int kft" + std::to_string(i) + ";  /* a value held in order */\n";
-    if (w.helpers.count(Helper::Delay))
+    if (x.helpers.count(Helper::Delay))
         out.helpers += "#define KF_CLOCK_HZ " + std::to_string(clock_hz) + "UL\n";
     for (const HelperText& h : kHelpers)
-        if (w.helpers.count(h.helper)) out.helpers += std::string(h.text) + "\n";
+        if (x.helpers.count(h.helper)) out.helpers += std::string(h.text) + "\n";
     // Every variable starts at 0, whatever the chip's start-up leaves in its memory.
     for (const Variable& v : program.variables)
         out.body += "    " + std::string(kVariablePrefix) + v.name + " = 0;\n";

@@ -84,14 +84,18 @@ std::string write_c_program(const Program& program, const ComponentCode& code,
     for (const auto& [id, body] : code.macro_bodies)
         c += signature(program.macros.at(id)) + "\n{\n" + with_line_end(body) + "}\n\n";
     c += "void isr(void) __interrupt 0\n{\n" + with_line_end(code.interrupts) + "}\n\n";
+    // The compiler's optimizer says where it finds a condition constant or code after it
+    // unreachable (an arm left empty) and where constants it brings together pass 16 bits
+    // (c * (x * d) as (c * d) * x): notes on its own work, not on the C, which does what the
+    // program says either way, wrapping as the program's arithmetic does.
+    c += "#ifdef __SDCC\n#pragma disable_warning 110\n#pragma disable_warning 126\n"
+         "#pragma disable_warning 165\n#endif\n" +
+         flow.parts;
     c += "void main(void)\n{\n" + with_line_end(code.initialisation);
     c += "    /* " + comment_safe(label) + " */\n" + flow.body;
-    // After a last statement that never ends (forever, stop) the resting loop could not be
-    // reached, and the compiler would warn of it.
-    const auto& top = program.tree.statements;
-    const bool ends =
-        !top.empty() && (top.back().kind == StmtKind::Forever || top.back().kind == StmtKind::Stop);
-    if (!ends)
+    // After a flow that never ends (forever, stop) the resting loop could not be reached, and
+    // the compiler would warn of it.
+    if (!flow.ends)
         c += "    /* The end of the program: the chip stays here. */\n    for (;;) {\n    }\n";
     c += "}\n";
     return c;

@@ -87,8 +87,7 @@ class Checker {
                     std::to_string(p_.variables[static_cast<std::size_t>(known)].declared_at.line));
             return;
         }
-        s.ref = static_cast<int>(p_.variables.size());
-        p_.variables.push_back({s.name, s.is_byte, s.name_at});
+        s.ref = p_.declare({s.name, s.is_byte, s.name_at});
     }
 
     // The slot of a variable used by name; -1 after a fault.
@@ -184,9 +183,15 @@ void Checker::call(ExprId id, bool as_value) {
 }  // namespace
 
 int Program::slot_of(std::string_view name) const {
-    for (std::size_t i = 0; i < variables.size(); ++i)
-        if (variables[i].name == name) return static_cast<int>(i);
-    return -1;
+    const auto found = slots_.find(name);
+    return found == slots_.end() ? -1 : found->second;
+}
+
+int Program::declare(Variable v) {
+    const int slot = static_cast<int>(variables.size());
+    slots_.emplace(v.name, slot);
+    variables.push_back(std::move(v));
+    return slot;
 }
 
 CheckedProgram check_program(std::string_view source, const std::string& file,

@@ -6,7 +6,7 @@ namespace kflow {
 
 std::string format_diagnostic(const std::string& file, const Diagnostic& d) {
     return file + ":" + std::to_string(d.at.line) + ":" + std::to_string(d.at.column) + ": " +
-           d.text;
+           (d.severity == Diagnostic::Severity::Warning ? "warning: " : "") + d.text;
 }
 
 std::vector<Diagnostic> Diagnostics::sorted() const {

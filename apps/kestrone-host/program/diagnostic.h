@@ -12,11 +12,16 @@ struct Place {
 };
 
 struct Diagnostic {
+    enum class Severity : unsigned char { Error, Warning };
     Place at;
     std::string text;
+    // An error stops the program from running; a warning marks a line that runs, but not as it
+    // reads.
+    Severity severity = Severity::Error;
 };
 
-// FILE:LINE:COLUMN: TEXT, the form compilers use, so that editors can jump to the place.
+// FILE:LINE:COLUMN: TEXT, or FILE:LINE:COLUMN: warning: TEXT, the form compilers use, so that
+// editors can jump to the place.
 std::string format_diagnostic(const std::string& file, const Diagnostic& d);
 
 // Collects the faults of every stage; they are listed in the order of their places.

@@ -59,7 +59,7 @@ const char* op_text(Op op) {
 }
 
 ExprId ExpressionParser::add(Expr e) {
-    int height = 0;
+    int height = -1;  // a value alone is no operation: 0 after the count below
     const auto below = [&](ExprId id) {
         if (id != kNoExpr)
             height = std::max(height, heights_[static_cast<std::size_t>(id) - first_]);
@@ -96,7 +96,7 @@ bool ExpressionParser::enter(Place at) {
 }
 
 ExprId ExpressionParser::parse() {
-    return nested(peek() ? peek()->at : end_place());
+    return binary(1);  // the line itself is no level of nesting
 }
 
 ExprId ExpressionParser::nested(Place opener) {

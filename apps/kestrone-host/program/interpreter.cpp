@@ -23,6 +23,7 @@ Interpreter::Interpreter(const Program& program, kestrone::IKestroneComponentV5&
         c.args = Variant::array(kestrone::VarType::Variant, 0, std::move(items));
     }
     stack_.resize(static_cast<std::size_t>(std::max(1, code_.exprs.depth)));
+    lines_ = kflow::statement_lines(code_);
 }
 
 kestrone::HRESULT Interpreter::start() {
@@ -87,6 +88,42 @@ Place Interpreter::place() const {
     return code_.steps[last_].at;
 }
 
+int Interpreter::next_line() const {
+    if (state_ != RunState::Running) return 0;
+    // In a delay the program stands in its statement; else before the next step's.
+    const Step& s = pause_.why == Pause::Why::Delay ? code_.steps[last_] : code_.steps[pc_];
+    return s.op == StepOp::End ? 0 : s.at.line;
+}
+
+Pause Interpreter::resume_debug(std::uint64_t max_steps,
+                                const std::function<bool(int line)>& stop_at, bool leave_first) {
+    if (state_ != RunState::Running || in_step_) return resume(0);
+    Pause p{Pause::Why::Slice, 0};
+    bool first = leave_first;
+    for (std::uint64_t n = 0; n < max_steps;) {
+        const Step& s = code_.steps[pc_];
+        if (!first && s.starts && stop_at(s.at.line)) return pause_ = {Pause::Why::Break, 0};
+        first = false;
+        if (s.op == StepOp::Mark) {  // its line passed, one statement at a time
+            last_ = pc_;
+            pc_ = static_cast<std::size_t>(s.next);
+            continue;
+        }
+        p = resume(1);
+        ++n;
+        if (p.why != Pause::Why::Slice) return p;
+    }
+    return p;
+}
+
+bool Interpreter::in_loop() const {
+    for (std::size_t j = last_; j < code_.steps.size(); ++j) {
+        const int back = code_.steps[j].next;
+        if (back >= 0 && static_cast<std::size_t>(back) <= last_) return true;
+    }
+    return false;
+}
+
 std::optional<std::int16_t> Interpreter::variable(std::string_view name) const {
     const int slot = program_.slot_of(name);
     if (slot < 0 || static_cast<std::size_t>(slot) >= values_.size()) return std::nullopt;
@@ -105,10 +142,13 @@ void Interpreter::fail(const Fault& f) {
 }
 
 inline bool Interpreter::step() {
+again:
     const Step& s = code_.steps[pc_];
     last_ = pc_;
     pc_ = static_cast<std::size_t>(s.next);
     switch (s.op) {
+        case StepOp::Mark:
+            goto again;  // no work, and no step of the count
         case StepOp::Set:
             values_[static_cast<std::size_t>(s.slot)] = narrow_to(s.stored, eval(s.code));
             return true;
@@ -197,45 +237,10 @@ std::int16_t* Interpreter::run(int at) {
 }
 
 std::int16_t Interpreter::binary(const Instr& i, std::int16_t a, std::int16_t b) const {
-    switch (i.op) {
-        case Op::Multiply:
-            return pic::mul(a, b);
-        case Op::Divide:
-        case Op::Remainder:
-            if (b == 0)
-                throw Fault{program_.expr(i.source).at, i.op == Op::Divide
-                                                            ? "division by 0"
-                                                            : "remainder of a division by 0 ('%')"};
-            return i.op == Op::Divide ? pic::div(a, b) : pic::rem(a, b);
-        case Op::Add:
-            return pic::add(a, b);
-        case Op::Subtract:
-            return pic::sub(a, b);
-        case Op::ShiftLeft:
-            return pic::shl(a, b);
-        case Op::ShiftRight:
-            return pic::shr(a, b);
-        case Op::Less:
-            return a < b;
-        case Op::LessEqual:
-            return a <= b;
-        case Op::Greater:
-            return a > b;
-        case Op::GreaterEqual:
-            return a >= b;
-        case Op::Equal:
-            return a == b;
-        case Op::NotEqual:
-            return a != b;
-        case Op::BitAnd:
-            return static_cast<std::int16_t>(a & b);
-        case Op::BitXor:
-            return static_cast<std::int16_t>(a ^ b);
-        case Op::BitOr:
-            return static_cast<std::int16_t>(a | b);
-        default:
-            return 0;
-    }
+    if (b == 0 && (i.op == Op::Divide || i.op == Op::Remainder))
+        throw Fault{program_.expr(i.source).at,
+                    i.op == Op::Divide ? "division by 0" : "remainder of a division by 0 ('%')"};
+    return pic::apply(i.op, a, b);
 }
 
 inline std::int16_t Interpreter::call(std::int32_t macro, const std::int16_t* args, ExprId source) {

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,7 +33,8 @@ enum class RunState : std::uint8_t {
 };
 
 struct Pause {
-    enum class Why : std::uint8_t { Slice, Delay, Finished, Halted, Failed };
+    // Break: a debugger's stop, before a statement's first step.
+    enum class Why : std::uint8_t { Slice, Delay, Finished, Halted, Failed, Break };
     Why why = Why::Slice;
     std::uint16_t delay_ms = 0;  // for Why::Delay: the driver waits this long, then resumes
 };
@@ -46,6 +48,16 @@ class Interpreter {
     kestrone::HRESULT start();
     // Runs at most `max_steps` steps. Only in the state Running; otherwise it reports the state.
     Pause resume(std::uint64_t max_steps);
+    // As resume(), for a debugger: before a step that starts a statement on a line for which
+    // `stop_at` says true it stops with Break, that statement not yet run. With `leave_first`
+    // the first step is never stopped at, so that a program standing where it was stopped moves
+    // on.
+    Pause resume_debug(std::uint64_t max_steps, const std::function<bool(int line)>& stop_at,
+                       bool leave_first);
+    // The line of the statement the program stands before (or in, during a delay); 0 at its end.
+    int next_line() const;
+    // Where a breakpoint can stand: the lines of the statements, ascending.
+    const std::vector<int>& statement_lines() const { return lines_; }
     // Halts a started program, with StopSimulation; `why` becomes the message. Nothing happens
     // when the program is not running.
     void stop(std::string why = {});
@@ -59,6 +71,8 @@ class Interpreter {
     // The place of the step that runs, or ran last: the line the program is at.
     Place place() const;
     std::uint64_t steps() const { return steps_; }
+    // Whether the step that ran last lies in a loop: a later step goes back to it or before it.
+    bool in_loop() const;
     // FILE:LINE:COLUMN: TEXT of a fault, or the reason given to stop().
     const std::string& message() const { return message_; }
 
@@ -101,6 +115,7 @@ class Interpreter {
     std::vector<std::int16_t> stack_;  // of the expression that runs
     kestrone::Variant affected_;       // the pins a call changed: empty between calls
     std::vector<std::uint16_t> counters_;
+    std::vector<int> lines_;
     std::size_t pc_ = 0;
     std::size_t last_ = 0;  // the step that ran last
     std::uint64_t steps_ = 0;

@@ -1,5 +1,6 @@
 #include "parser.h"
 
+#include <algorithm>
 #include <array>
 
 #include "expression_parser.h"
@@ -51,11 +52,25 @@ class Parser {
     Diagnostics& faults_;
     // True, with a fault, when a block opened at `at` would be nested too deep.
     bool too_deep(Place at);
+    void skip_block();
+    bool told_too_deep_ = false;
 
     std::size_t next_ = 0;
     int depth_ = 0;  // blocks open
     SyntaxTree tree_;
 };
+
+struct LoopWord {
+    std::string_view word;
+    StmtKind kind;
+    const char* missing;  // nullptr: takes no value
+};
+constexpr std::array<LoopWord, 4> kBlockWords{{
+    {"repeat", StmtKind::Repeat, "'repeat' needs a count: how many times?"},
+    {"while", StmtKind::While, "'while' needs a condition"},
+    {"forever", StmtKind::Forever, nullptr},
+    {"delay", StmtKind::Delay, "'delay' needs a time in milliseconds"},
+}};
 
 Stmt make_stmt(StmtKind kind, Place at) {
     Stmt s;
@@ -70,8 +85,27 @@ bool is_word(const Token& t, std::string_view word) {
 
 bool Parser::too_deep(Place at) {
     if (depth_ <= kMaxBlockNesting) return false;  // the outermost level is no block
-    faults_.add(at, "blocks are nested more than " + std::to_string(kMaxBlockNesting) + " deep");
+    if (!told_too_deep_)
+        faults_.add(at,
+                    "blocks are nested more than " + std::to_string(kMaxBlockNesting) + " deep");
+    told_too_deep_ = true;
+    skip_block();
     return true;
+}
+
+// The lines of a block refused as too deep, to its `end`: once said, the depth is not said again
+// for each block inside, nor each `end` called one too many.
+void Parser::skip_block() {
+    for (int open = 1; open > 0 && next_ < lines_.size(); ++next_) {
+        const Token& first = lines_[next_].tokens.front();
+        if (is_word(first, "end"))
+            --open;
+        else if (is_word(first, "if") ||
+                 std::any_of(kBlockWords.begin(), kBlockWords.end(), [&](const LoopWord& w) {
+                     return w.kind != StmtKind::Delay && is_word(first, w.word);
+                 }))
+            ++open;
+    }
 }
 
 std::vector<Stmt> Parser::block(const OpenBlock* open) {
@@ -147,18 +181,6 @@ bool Parser::nothing_after(const SourceLine& line, std::size_t from) {
         faults_.add(t.at, describe(t) + " is one word too many on this line");
     return false;
 }
-
-struct LoopWord {
-    std::string_view word;
-    StmtKind kind;
-    const char* missing;  // nullptr: takes no value
-};
-constexpr std::array<LoopWord, 4> kBlockWords{{
-    {"repeat", StmtKind::Repeat, "'repeat' needs a count: how many times?"},
-    {"while", StmtKind::While, "'while' needs a condition"},
-    {"forever", StmtKind::Forever, nullptr},
-    {"delay", StmtKind::Delay, "'delay' needs a time in milliseconds"},
-}};
 
 void Parser::statement(const SourceLine& line, std::vector<Stmt>& body, const OpenBlock* open) {
     const Token& first = line.tokens.front();

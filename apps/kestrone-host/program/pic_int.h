@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "syntax.h"
+
 namespace kflow::pic {
 
 using Int = std::int16_t;
@@ -58,6 +60,47 @@ constexpr Int shl(Int a, Int n) {
 constexpr Int shr(Int a, Int n) {
     const std::uint16_t count = as_unsigned(n);
     return wrap(std::int32_t{a} >> (count > 15 ? 15 : count));
+}
+
+// A binary operator other than && and || on two values: 1 or 0 for a comparison. The caller has
+// made sure that a divisor is not 0.
+constexpr Int apply(Op op, Int a, Int b) {
+    switch (op) {
+        case Op::Multiply:
+            return mul(a, b);
+        case Op::Divide:
+            return div(a, b);
+        case Op::Remainder:
+            return rem(a, b);
+        case Op::Add:
+            return add(a, b);
+        case Op::Subtract:
+            return sub(a, b);
+        case Op::ShiftLeft:
+            return shl(a, b);
+        case Op::ShiftRight:
+            return shr(a, b);
+        case Op::Less:
+            return a < b;
+        case Op::LessEqual:
+            return a <= b;
+        case Op::Greater:
+            return a > b;
+        case Op::GreaterEqual:
+            return a >= b;
+        case Op::Equal:
+            return a == b;
+        case Op::NotEqual:
+            return a != b;
+        case Op::BitAnd:
+            return static_cast<Int>(a & b);
+        case Op::BitXor:
+            return static_cast<Int>(a ^ b);
+        case Op::BitOr:
+            return static_cast<Int>(a | b);
+        default:
+            return 0;
+    }
 }
 
 }  // namespace kflow::pic

@@ -2,6 +2,7 @@
 // and the component's macro table it was checked against. Only such a program runs or becomes C.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,11 +31,18 @@ struct Program {
     const Expr& expr(ExprId id) const { return tree.exprs[static_cast<std::size_t>(id)]; }
     // The slot of a variable, or -1.
     int slot_of(std::string_view name) const;
+    // A new variable in the next slot, which it returns.
+    int declare(Variable v);
+
+  private:
+    // Every name's slot, so that a program of many variables is checked in time near its size.
+    std::map<std::string, int, std::less<>> slots_;
 };
 
 struct CheckedProgram {
-    std::optional<Program> program;  // set when there is no fault
-    std::vector<Diagnostic> faults;  // in the order of their places
+    std::optional<Program> program;    // set when there is no fault
+    std::vector<Diagnostic> faults;    // the errors, in the order of their places
+    std::vector<Diagnostic> warnings;  // in the order of their places; they stop nothing
 };
 
 // Reads, parses and checks `source` against the component's macros. `file` names the program in

@@ -8,6 +8,14 @@ namespace {
 std::string at_line(const Interpreter& program, const std::string& text) {
     return format_diagnostic(program.program().file, {program.place(), text});
 }
+// A delay is the cure only for a loop that never waits; a long program without one just ran out.
+std::string out_of_steps(const Interpreter& program, std::uint64_t budget) {
+    std::string text = "the program was stopped at this line: its budget of " +
+                       std::to_string(budget) + " steps ran out";
+    if (program.in_loop())
+        return text + " in a loop. Does the loop run on and on? A delay in it lets time pass";
+    return text;
+}
 }  // namespace
 
 std::string out_of_time_text(const Interpreter& program, std::int64_t clock_ms) {
@@ -15,9 +23,8 @@ std::string out_of_time_text(const Interpreter& program, std::int64_t clock_ms) 
                                 " ms at this line: does it run forever?");
 }
 
-std::string out_of_steps_text(const Interpreter& program) {
-    return at_line(program, "the program was stopped after " + std::to_string(program.steps()) +
-                                " steps at this line: does a loop run on and on?");
+std::string out_of_steps_text(const Interpreter& program, std::uint64_t budget) {
+    return at_line(program, out_of_steps(program, budget));
 }
 
 RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limits) {
@@ -43,13 +50,14 @@ RunOutcome run_to_end(Interpreter& program, Clock& clock, const RunLimits& limit
                 out.elapsed_ms += p.delay_ms;
                 continue;
             case Pause::Why::Slice:
-                program.stop(out_of_steps_text(program));
+                program.stop(out_of_steps_text(program, limits.steps));
                 out.end = RunOutcome::End::OutOfSteps;
                 break;
             case Pause::Why::Finished:
                 out.end = RunOutcome::End::Finished;
                 break;
             case Pause::Why::Halted:
+            case Pause::Why::Break:  // no debugger here: nothing breaks a run
                 out.end = RunOutcome::End::Halted;
                 break;
             case Pause::Why::Failed:

@@ -34,7 +34,7 @@ struct RunLimits {
 
 // Why a run was halted at a limit, naming the line it had reached: FILE:LINE:COLUMN: TEXT.
 std::string out_of_time_text(const Interpreter& program, std::int64_t clock_ms);
-std::string out_of_steps_text(const Interpreter& program);
+std::string out_of_steps_text(const Interpreter& program, std::uint64_t budget);
 
 // Starts the program and runs it to its end, waiting on `clock`. A program that reaches a limit
 // is halted with a message that names the line it had reached.

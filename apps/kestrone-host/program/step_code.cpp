@@ -1,5 +1,7 @@
 #include "step_code.h"
 
+#include <algorithm>
+
 namespace kflow {
 
 namespace {
@@ -23,7 +25,7 @@ class Layout {
   private:
     int here() const { return static_cast<int>(code_.steps.size()); }
     int emit(StepOp op, Place at, ExprId expr = kNoExpr, int slot = -1) {
-        Step s{op, CType::Int, at, slot, -1, kNoExpr, -1, -1, here() + 1};
+        Step s{op, CType::Int, at, slot, -1, kNoExpr, -1, -1, here() + 1, false};
         if (expr != kNoExpr) s.code = lay_out_expr(program_, expr, code_.exprs);
         code_.steps.push_back(s);
         return here() - 1;
@@ -39,6 +41,7 @@ class Layout {
     }
 
     void statement(const Stmt& s, int repeats);
+    void statement_steps(const Stmt& s, int repeats);
     void set(const Stmt& s);
     void call(const Stmt& s);
     void if_statement(const Stmt& s, int repeats);
@@ -73,10 +76,20 @@ void Layout::call(const Stmt& s) {
 }
 
 void Layout::statement(const Stmt& s, int repeats) {
+    const int first = here();
+    statement_steps(s, repeats);
+    if (first < here()) at(first).starts = true;
+}
+
+void Layout::statement_steps(const Stmt& s, int repeats) {
     switch (s.kind) {
         case StmtKind::Declare:
-            // Without a value there is nothing to do: every variable starts at 0.
-            if (s.expr != kNoExpr) set(s);
+            // Every variable starts at 0; a declaration without a value still has its line, for
+            // a debugger to stop at.
+            if (s.expr != kNoExpr)
+                set(s);
+            else
+                emit(StepOp::Mark, s.at);
             return;
         case StmtKind::Assign:
             return set(s);
@@ -105,6 +118,8 @@ void Layout::statement(const Stmt& s, int repeats) {
             return;
         }
         case StmtKind::Forever: {
+            // Its line runs once, on entry; the way back goes to the body's first statement.
+            emit(StepOp::Mark, s.at);
             const int top = here();
             block(s.body, repeats);
             loop_back(s.body, s.at, top);
@@ -119,6 +134,7 @@ void Layout::if_statement(const Stmt& s, int repeats) {
     std::vector<int> to_end;
     for (const Branch& b : s.branches) {
         const int test = b.condition == kNoExpr ? -1 : emit(StepOp::JumpUnless, b.at, b.condition);
+        if (test >= 0) at(test).starts = true;  // an else if's test, as the if's own
         block(b.body, repeats);
         // After the last arm the jump to the end would go to the next step anyway.
         if (&b != &s.branches.back()) to_end.push_back(emit(StepOp::Jump, b.at));
@@ -133,8 +149,17 @@ void Layout::if_statement(const Stmt& s, int repeats) {
 StepCode lay_out(const Program& program) {
     StepCode code;
     Layout(program, code).block(program.tree.statements, 0);
-    code.steps.push_back({StepOp::End, CType::Int, {}, -1, -1, kNoExpr, -1, -1, -1});
+    code.steps.push_back({StepOp::End, CType::Int, {}, -1, -1, kNoExpr, -1, -1, -1, false});
     return code;
+}
+
+std::vector<int> statement_lines(const StepCode& code) {
+    std::vector<int> lines;
+    for (const Step& s : code.steps)
+        if (s.starts) lines.push_back(s.at.line);
+    std::sort(lines.begin(), lines.end());
+    lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
+    return lines;
 }
 
 }  // namespace kflow

@@ -23,6 +23,7 @@ enum class StepOp : std::uint8_t {
     RepeatNext,   // to `target` when counter `slot` is 0, else count it down
     Stop,         // the program's `stop`
     End,          // the program's last line has run
+    Mark,         // a statement's line with no work of its own: free, for a debugger to stop at
 };
 
 struct Step {
@@ -35,6 +36,10 @@ struct Step {
     std::int32_t macro = -1;  // and the id of its macro
     int target = -1;
     int next = -1;  // the step that follows unless a condition goes to `target`
+    // The first step of a statement's work, where a debugger stops: a declaration, assignment,
+    // call, delay or stop; a repeat's count, on entry; a while's or an if's test, each time; a
+    // forever, on entry.
+    bool starts = false;
 };
 
 struct StepCode {
@@ -44,5 +49,8 @@ struct StepCode {
 };
 
 StepCode lay_out(const Program& program);
+
+// The lines of the statements, ascending, each once: where a breakpoint can stand.
+std::vector<int> statement_lines(const StepCode& code);
 
 }  // namespace kflow

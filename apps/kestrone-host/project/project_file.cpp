@@ -11,6 +11,7 @@
 #include <limits>
 #include <unordered_set>
 
+#include "float_text.h"
 #include "user_file.h"
 #include "value_limits.h"
 
@@ -44,70 +45,6 @@ std::optional<VarType> kind_of(const QString& name) {
     return std::nullopt;
 }
 
-// Text that is valid UTF-8 is kept as JSON text; other bytes as base64, so nothing is lost.
-bool is_utf8(const std::string& s) {
-    const QByteArray bytes(s.data(), static_cast<qsizetype>(s.size()));
-    return QString::fromUtf8(bytes).toUtf8() == bytes;
-}
-void put_text(QJsonObject& o, const char* field, const std::string& s) {
-    if (is_utf8(s)) {
-        o[QLatin1String(field)] = QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
-    } else {
-        const QByteArray bytes(s.data(), static_cast<qsizetype>(s.size()));
-        o[QLatin1String(field) + QLatin1String("Base64")] = QString::fromLatin1(bytes.toBase64());
-    }
-}
-
-// JSON has no infinities or NaN: those are written as text.
-QJsonValue put_float(double d) {
-    if (std::isnan(d)) return QStringLiteral("NaN");
-    if (std::isinf(d)) return d > 0 ? QStringLiteral("Infinity") : QStringLiteral("-Infinity");
-    return d;
-}
-
-QJsonObject encode_value(const Variant& v) {
-    QJsonObject o;
-    if (v.is_array()) {
-        const kestrone::SafeArray& a = v.as_array();
-        o[QStringLiteral("kind")] = QStringLiteral("Array");
-        o[QStringLiteral("element")] = kind_name(a.element);
-        o[QStringLiteral("lower")] = a.lower;
-        QJsonArray items;
-        for (const Variant& item : a.items)
-            items.append(encode_value(item));
-        o[QStringLiteral("items")] = items;
-        return o;
-    }
-    o[QStringLiteral("kind")] = kind_name(v.type());
-    const QString value = QStringLiteral("value");
-    switch (v.type()) {
-        case VarType::Integer:
-            o[value] = v.as_integer();
-            break;
-        case VarType::Long:
-            o[value] = static_cast<qint64>(v.as_long());
-            break;
-        case VarType::Byte:
-            o[value] = v.as_byte();
-            break;
-        case VarType::Single:
-            o[value] = put_float(static_cast<double>(v.as_single()));
-            break;
-        case VarType::Double:
-            o[value] = put_float(v.as_double());
-            break;
-        case VarType::Boolean:
-            o[value] = v.as_boolean();
-            break;
-        case VarType::String:
-            put_text(o, "value", v.as_string());
-            break;
-        default:
-            break;
-    }
-    return o;
-}
-
 // Reading: every fault is thrown as its message and caught once, at the top.
 struct Fault {
     std::string message;
@@ -129,13 +66,27 @@ std::string get_text(const QJsonObject& o, const char* field, const std::string&
     fault(where + " has no " + field);
 }
 
-double get_float(const QJsonValue& v, const std::string& where) {
-    if (v.isDouble()) return v.toDouble();
+// A float as a number, or as the text of one that JSON has no number for ("-0", "nan(0x1)",
+// "-inf"; "NaN" and "Infinity" in files of the first version).
+Variant get_float(const QJsonValue& v, VarType type, const std::string& where) {
+    if (v.isDouble()) {
+        const double d = v.toDouble();
+        if (type == VarType::Double) return Variant::double_(d);
+        const float f = static_cast<float>(d);
+        if (static_cast<double>(f) != d)
+            fault(where + ": " + QByteArray::number(d, 'g', 17).toStdString() +
+                  " is not a 32-bit float");
+        return Variant::single(f);
+    }
     if (v.isString()) {
-        const QString s = v.toString();
-        if (s == QLatin1String("NaN")) return std::numeric_limits<double>::quiet_NaN();
-        if (s == QLatin1String("Infinity")) return std::numeric_limits<double>::infinity();
-        if (s == QLatin1String("-Infinity")) return -std::numeric_limits<double>::infinity();
+        const std::string s = v.toString().toStdString();
+        if (s == "-0")
+            return type == VarType::Double ? Variant::double_(-0.0) : Variant::single(-0.0f);
+        if (type == VarType::Double) {
+            if (const auto d = console::double_word(s)) return Variant::double_(*d);
+        } else if (const auto f = console::single_word(s)) {
+            return Variant::single(*f);
+        }
     }
     fault(where + ": the value is not a number");
 }
@@ -148,6 +99,8 @@ std::int64_t get_whole(const QJsonValue& v, std::int64_t low, std::int64_t high,
         fault(where + ": " + QByteArray::number(d, 'g', 17).toStdString() + " is not a " + kind);
     return static_cast<std::int64_t>(d);
 }
+
+Variant decode_scalar(VarType type, const QJsonValue& value, const std::string& where);
 
 // `depth` counts the arrays around this value.
 Variant decode_value(const QJsonValue& json, const std::string& where, int depth) {
@@ -168,14 +121,22 @@ Variant decode_value(const QJsonValue& json, const std::string& where, int depth
         const std::int64_t lower =
             get_whole(o.value(QStringLiteral("lower")), std::numeric_limits<std::int32_t>::min(),
                       std::numeric_limits<std::int32_t>::max(), "32-bit lower bound", where);
-        if (!o.value(QStringLiteral("items")).isArray()) fault(where + ": an array without items");
-        const QJsonArray items = o.value(QStringLiteral("items")).toArray();
+        // Elements bare in the array's kind ("values"), or each with its own ("items").
+        const bool bare = o.value(QStringLiteral("values")).isArray();
+        if (bare && *element == VarType::Variant)
+            fault(where + ": an array of Variant needs the kind of each element");
+        if (!bare && !o.value(QStringLiteral("items")).isArray())
+            fault(where + ": an array without items");
+        const QJsonArray items =
+            o.value(bare ? QStringLiteral("values") : QStringLiteral("items")).toArray();
         if (lower + items.size() - 1 > std::numeric_limits<std::int32_t>::max())
             fault(where + ": the array's bounds are out of range");
         std::vector<Variant> out;
+        out.reserve(static_cast<std::size_t>(items.size()));
         for (qsizetype i = 0; i < items.size(); ++i) {
             const std::string at = where + ", element " + std::to_string(i);
-            Variant item = decode_value(items.at(i), at, depth + 1);
+            Variant item = bare ? decode_scalar(*element, items.at(i), at)
+                                : decode_value(items.at(i), at, depth + 1);
             if (*element != VarType::Variant && (item.is_array() || item.type() != *element))
                 fault(at + ": not of the array's kind " + kind_name(*element).toStdString());
             out.push_back(std::move(item));
@@ -185,7 +146,13 @@ Variant decode_value(const QJsonValue& json, const std::string& where, int depth
     const auto type = kind_of(kind);
     if (!type || *type == VarType::Variant)
         fault(where + " has a value of unknown kind \"" + kind.toStdString() + "\"");
-    switch (*type) {
+    if (*type == VarType::String) return Variant::string(get_text(o, "value", where));
+    return decode_scalar(*type, value, where);
+}
+
+// A value of the kind `type` from its JSON value alone.
+Variant decode_scalar(VarType type, const QJsonValue& value, const std::string& where) {
+    switch (type) {
         case VarType::Empty:
             return Variant();
         case VarType::Integer:
@@ -198,42 +165,21 @@ Variant decode_value(const QJsonValue& json, const std::string& where, int depth
         case VarType::Byte:
             return Variant::byte(
                 static_cast<std::uint8_t>(get_whole(value, 0, 255, "byte", where)));
-        case VarType::Single: {
-            const double d = get_float(value, where);
-            const float f = static_cast<float>(d);
-            if (std::isfinite(d) && static_cast<double>(f) != d)
-                fault(where + ": " + QByteArray::number(d, 'g', 17).toStdString() +
-                      " is not a 32-bit float");
-            return Variant::single(f);
-        }
+        case VarType::Single:
         case VarType::Double:
-            return Variant::double_(get_float(value, where));
+            return get_float(value, type, where);
         case VarType::Boolean:
             if (!value.isBool()) fault(where + ": the value is not true or false");
             return Variant::boolean(value.toBool());
         case VarType::String:
-            return Variant::string(get_text(o, "value", where));
+            if (!value.isString()) fault(where + ": the value is not text");
+            return Variant::string(value.toString().toStdString());
         default:
             fault(where + " has a value of unknown kind");
     }
 }
 
 }  // namespace
-
-std::string encode_project(const StoreEntries& entries) {
-    QJsonArray store;
-    for (const auto& e : entries) {
-        QJsonObject entry;
-        put_text(entry, "key", e.key);
-        entry[QStringLiteral("value")] = encode_value(e.value);
-        store.append(entry);
-    }
-    QJsonObject root;
-    root[QStringLiteral("format")] = QLatin1String(kFormat);
-    root[QStringLiteral("version")] = kProjectFileVersion;
-    root[QStringLiteral("store")] = store;
-    return QJsonDocument(root).toJson(QJsonDocument::Indented).toStdString();
-}
 
 std::optional<StoreEntries> decode_project(const std::string& bytes, std::string* error) {
     try {
@@ -248,11 +194,12 @@ std::optional<StoreEntries> decode_project(const std::string& bytes, std::string
             fault("it is not a Kestrone project file");
         const QJsonObject root = doc.object();
         const QJsonValue version = root.value(QStringLiteral("version"));
-        if (!version.isDouble() || version.toDouble() != kProjectFileVersion)
+        const double v = version.toDouble();
+        if (!version.isDouble() || v < 1 || v > kProjectFileVersion || v != std::floor(v))
             fault("it is of version " +
                   (version.isDouble() ? QByteArray::number(version.toDouble()).toStdString()
                                       : std::string("(none)")) +
-                  ", and this host reads version " + std::to_string(kProjectFileVersion));
+                  ", and this host reads versions 1 to " + std::to_string(kProjectFileVersion));
         if (!root.value(QStringLiteral("store")).isArray()) fault("it has no store");
         const QJsonArray store = root.value(QStringLiteral("store")).toArray();
         StoreEntries entries;

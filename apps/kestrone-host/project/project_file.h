@@ -10,16 +10,25 @@
 
 namespace host {
 
-using StoreEntries = std::vector<kestrone::MemoryStore::Entry>;
+using StoreEntry = kestrone::MemoryStore::Entry;
+using StoreEntries = std::vector<StoreEntry>;
 
-// The version of the file's layout that this host writes and reads.
-inline constexpr int kProjectFileVersion = 1;
+// The version of the file's layout that this host writes; it reads this one and the one before
+// (version 2 added typed arrays with their kind once and their elements bare, and floats that
+// JSON has no number for written as text: "-0", "nan", "-inf"...).
+inline constexpr int kProjectFileVersion = 2;
 // A project holds a few dozen keys; a file larger than this is not one of ours. A save that would
 // write more is refused, so that every file saved can be opened again.
 inline constexpr long long kMaxProjectFileBytes = 64LL * 1024 * 1024;
 
 // The whole file as text, and back. decode gives nullopt with `error` saying what is wrong.
 std::string encode_project(const StoreEntries& entries);
+
+// Why a store could not be saved (a load would refuse the file: arrays nested too deep, more than
+// `max_bytes`), or empty when it can. With `extra`, the store as it would be with that entry set:
+// what the console asks before it takes `store KEY = VALUE`.
+std::string why_not_saveable(const StoreEntries& entries, const StoreEntry* extra = nullptr,
+                             long long max_bytes = kMaxProjectFileBytes);
 std::optional<StoreEntries> decode_project(const std::string& bytes, std::string* error);
 
 // Reads the file at `path`. On any failure (no such file, a folder, unreadable, damaged,
@@ -34,7 +43,7 @@ std::optional<StoreEntries> load_project(const std::string& path, std::string* e
 // The unfinished new files of earlier saves of `path` that were killed are removed.
 bool save_project(const std::string& path, const StoreEntries& entries, std::string* error);
 // The same with another limit of size than a load's (for tests: a file that large is costly).
-bool save_project_within(const std::string& path, const StoreEntries& entries,
-                         long long max_bytes, std::string* error);
+bool save_project_within(const std::string& path, const StoreEntries& entries, long long max_bytes,
+                         std::string* error);
 
 }  // namespace host

@@ -12,7 +12,7 @@
 #include <string_view>
 
 #include "project_file.h"
-#include "value_limits.h"
+#include "user_file.h"
 
 namespace host {
 
@@ -54,17 +54,6 @@ std::string resolve_link(const std::string& path) {
     return out;
 }
 
-int array_nesting(const kestrone::Variant& v) {
-    if (!v.is_array()) return 0;
-    int deepest = 0;
-    for (const kestrone::Variant& item : v.as_array().items) {
-        const int d = array_nesting(item);
-        if (d > deepest) deepest = d;
-        if (deepest > console::kMaxArrayNesting) break;  // deep enough to refuse
-    }
-    return deepest + 1;
-}
-
 // Every writer holds a lock on its new file until it is renamed or removed; one that can be
 // locked by anybody else belongs to a save that was killed.
 void remove_stale_saves(const std::string& target) {
@@ -85,23 +74,6 @@ void remove_stale_saves(const std::string& target) {
         ::close(fd);
     }
     ::closedir(dir);
-}
-
-// What a load would refuse, said before anything is written; empty when the store can be saved.
-std::string unloadable(const StoreEntries& entries, const std::string& bytes,
-                       long long max_bytes) {
-    for (const auto& e : entries)
-        if (array_nesting(e.value) > console::kMaxArrayNesting)
-            return "the value of \"" + e.key + "\" has arrays nested more than " +
-                   std::to_string(console::kMaxArrayNesting) +
-                   " deep, which a project file cannot hold";
-    if (static_cast<long long>(bytes.size()) > max_bytes)
-        return "it would be " + std::to_string(bytes.size()) + " bytes, more than the " +
-               std::to_string(max_bytes) + " a project file may hold";
-    // The last word is the reader's own.
-    std::string why;
-    if (!decode_project(bytes, &why)) return "it could not be opened again: " + why;
-    return {};
 }
 
 bool read_only(const std::string& target, const struct stat& st) {
@@ -134,12 +106,13 @@ bool save_project(const std::string& path, const StoreEntries& entries, std::str
     return save_project_within(path, entries, kMaxProjectFileBytes, error);
 }
 
-bool save_project_within(const std::string& path, const StoreEntries& entries,
-                         long long max_bytes, std::string* error) {
+bool save_project_within(const std::string& path, const StoreEntries& entries, long long max_bytes,
+                         std::string* error) {
     auto fail = [&](const std::string& why) {
         if (error) *error = "cannot save the project file " + path + ": " + why;
         return false;
     };
+    if (const std::string link = broken_link(path); !link.empty()) return fail(link);
     const std::string target = resolve_link(path);
     struct stat st {};
     const bool exists = ::stat(target.c_str(), &st) == 0;
@@ -148,9 +121,13 @@ bool save_project_within(const std::string& path, const StoreEntries& entries,
     if (exists && read_only(target, st))
         return fail("it is read-only; make it writable or save under another name");
 
+    // What a load would refuse is said before anything is written; the last word is the
+    // reader's own.
+    if (std::string why = why_not_saveable(entries, nullptr, max_bytes); !why.empty())
+        return fail(why);
     const std::string bytes = encode_project(entries);
-    const std::string refused = unloadable(entries, bytes, max_bytes);
-    if (!refused.empty()) return fail(refused);
+    if (std::string why; !decode_project(bytes, &why))
+        return fail("it could not be opened again: " + why);
     remove_stale_saves(target);
     // The new file takes the old one's permissions, or those a new file would get.
     mode_t mode = 0;

@@ -44,7 +44,11 @@ bool read_user_file(const std::string& path, std::int64_t limit, const std::stri
                     std::string* bytes, std::string* why) {
     // Without blocking: a FIFO or a device must not hold the host until something writes to it.
     const Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (fd.get() < 0) return fail(why, std::strerror(errno));
+    if (fd.get() < 0) {
+        const std::string reason = std::strerror(errno);
+        const std::string link = broken_link(path);
+        return fail(why, link.empty() ? reason : link);
+    }
     struct stat st {};
     if (::fstat(fd.get(), &st) != 0) return fail(why, std::strerror(errno));
     if (S_ISDIR(st.st_mode)) return fail(why, "it is a folder");
@@ -64,6 +68,20 @@ bool read_user_file(const std::string& path, std::int64_t limit, const std::stri
     }
     if (bytes) *bytes = std::move(text);
     return true;
+}
+
+std::string broken_link(const std::string& path) {
+    struct stat st {};
+    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode) || ::stat(path.c_str(), &st) == 0)
+        return {};
+    const int err = errno;
+    if (err == ELOOP) return "it is a symbolic link that leads round in a loop, to no file";
+    char target[4096];
+    const ssize_t n = ::readlink(path.c_str(), target, sizeof target);
+    if (err == ENOENT && n > 0)
+        return "it is a symbolic link to " + std::string(target, static_cast<std::size_t>(n)) +
+               ", which does not exist";
+    return "it is a symbolic link that leads to no file (" + std::string(std::strerror(err)) + ")";
 }
 
 }  // namespace host

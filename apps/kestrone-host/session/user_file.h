@@ -17,4 +17,9 @@ inline constexpr std::int64_t kLargestTextFile = 16LL * 1024 * 1024;
 bool read_user_file(const std::string& path, std::int64_t limit, const std::string& kind,
                     std::string* bytes, std::string* why);
 
+// Why a symbolic link at `path` leads to no file ("it is a symbolic link to X, which does not
+// exist", or one that leads round in a loop); empty for anything else. Reading and saving refuse
+// such a link alike: a save never puts a file in its place.
+std::string broken_link(const std::string& path);
+
 }  // namespace host

@@ -1,5 +1,7 @@
 #include "program_run.h"
 
+#include <algorithm>
+
 #include "run_driver.h"
 #include "session_busy.h"
 #include "user_file.h"
@@ -47,6 +49,8 @@ bool ProgramRun::load(host::ComponentSession& session, const std::string& path,
                                     ? path + ": the program does not pass its checks"
                                     : kflow::format_diagnostic(path, checked.faults.front()));
     retire();
+    // Breakpoints belong to the lines of the program they were set in.
+    breakpoints_.clear();
     session_ = &session;
     path_ = path;
     program_ = std::make_unique<kflow::Program>(std::move(*checked.program));
@@ -77,11 +81,12 @@ HRESULT ProgramRun::start(std::int64_t now) {
     interpreter_->stop();
     any_run_ = true;
     wake_at_ = now;
+    debugging_ = paused_ = false;
     return interpreter_->start();
 }
 
 std::optional<std::int64_t> ProgramRun::wakes_at() const {
-    if (!running()) return std::nullopt;
+    if (!running() || paused_) return std::nullopt;
     return wake_at_;
 }
 
@@ -91,13 +96,93 @@ Pause ProgramRun::run_slice(std::int64_t now, std::uint64_t max_steps) {
     if (session_->in_call()) return {Pause::Why::Slice};
     if (now < wake_at_ && running())
         return {Pause::Why::Delay, static_cast<std::uint16_t>(wake_at_ - now)};
+    if (paused_) return {Pause::Why::Break};
     Pause p;
     {
         host::ComponentSession::Busy b(*session_);
-        p = interpreter_->resume(max_steps);
+        if (!debugging_) {
+            p = interpreter_->resume(max_steps);
+        } else {
+            const auto stop_at = [this](int line) {
+                return goal_ == Goal::Step || breakpoints_.count(line) > 0 ||
+                       (goal_ == Goal::RunTo && line == goal_line_);
+            };
+            p = interpreter_->resume_debug(max_steps, stop_at, at_stop_);
+            at_stop_ = false;
+        }
     }
     if (p.why == Pause::Why::Delay) wake_at_ = now + p.delay_ms;
+    if (p.why == Pause::Why::Break) paused_ = at_stop_ = true;
     return p;
+}
+
+HRESULT ProgramRun::debug(std::int64_t now) {
+    const HRESULT hr = start(now);
+    if (kestrone::failed(hr)) return hr;
+    debugging_ = true;
+    goal_ = Goal::Step;
+    // Nothing has run yet: the first statement is where it stops.
+    at_stop_ = false;
+    run_slice(now, 1);
+    return hr;
+}
+
+void ProgramRun::resume_towards(Goal goal, std::int64_t now) {
+    if (!debugging()) return;
+    goal_ = goal;
+    if (!paused_) return;
+    paused_ = false;
+    // A delay it was stopped in goes on for what was left of it.
+    wake_at_ = now + left_of_delay_;
+    left_of_delay_ = 0;
+}
+
+void ProgramRun::step(std::int64_t now) {
+    resume_towards(Goal::Step, now);
+}
+
+void ProgramRun::go_on(std::int64_t now) {
+    resume_towards(Goal::GoOn, now);
+}
+
+void ProgramRun::run_to(int line, std::int64_t now) {
+    goal_line_ = line;
+    resume_towards(Goal::RunTo, now);
+}
+
+void ProgramRun::pause(std::int64_t now) {
+    if (!running() || paused_) return;
+    debugging_ = true;
+    if (wake_at_ > now) {
+        paused_ = true;
+        at_stop_ = false;
+        left_of_delay_ = wake_at_ - now;
+    } else {
+        goal_ = Goal::Step;
+    }
+}
+
+int ProgramRun::where() const {
+    return interpreter_ && running() ? interpreter_->next_line() : 0;
+}
+
+std::optional<int> ProgramRun::set_breakpoint(int line) {
+    if (!interpreter_) return std::nullopt;
+    const std::vector<int>& lines = interpreter_->statement_lines();
+    const auto it = std::lower_bound(lines.begin(), lines.end(), line);
+    if (it == lines.end()) return std::nullopt;
+    breakpoints_.insert(*it);
+    return *it;
+}
+
+std::vector<std::pair<std::string, std::int16_t>> ProgramRun::variables() const {
+    std::vector<std::pair<std::string, std::int16_t>> out;
+    if (interpreter_ && interpreter_->state() != RunState::Ready) {
+        for (const kflow::Variable& v : program_->variables)
+            out.emplace_back(v.name, interpreter_->variable(v.name).value_or(0));
+        return out;
+    }
+    return last_values_;
 }
 
 void ProgramRun::stop(std::string why) {
@@ -110,8 +195,8 @@ void ProgramRun::stop_out_of_time(std::int64_t clock_ms) {
     if (running()) stop(kflow::out_of_time_text(*interpreter_, clock_ms));
 }
 
-void ProgramRun::stop_out_of_steps() {
-    if (running()) stop(kflow::out_of_steps_text(*interpreter_));
+void ProgramRun::stop_out_of_steps(std::uint64_t budget) {
+    if (running()) stop(kflow::out_of_steps_text(*interpreter_, budget));
 }
 
 RunState ProgramRun::state() const {

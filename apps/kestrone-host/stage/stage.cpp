@@ -48,7 +48,19 @@ bool Stage::load_program(const std::string& path, std::string* error) {
 
 HRESULT Stage::start_program() {
     yielded_ = false;
+    program_started_ = now();
     return program_.start(now());
+}
+
+HRESULT Stage::debug_program() {
+    yielded_ = false;
+    program_started_ = now();
+    return program_.debug(now());
+}
+
+kflow::RunOutcome Stage::drive_debugged(const kflow::RunLimits& limits,
+                                        std::optional<std::int64_t> until) {
+    return drive(limits, program_started_, until);
 }
 
 kflow::RunOutcome Stage::run_program(const kflow::RunLimits& limits) {
@@ -56,17 +68,26 @@ kflow::RunOutcome Stage::run_program(const kflow::RunLimits& limits) {
     if (session().in_call()) return {End::Failed, 0, "a call in progress holds the session"};
     if (!program_.loaded()) return {End::Failed, 0, "no program is loaded"};
     if (!session().panel()) return {End::Failed, 0, "the component offers no panel to keep time"};
-    const std::int64_t started = now();
     if (kestrone::failed(start_program())) return {End::Failed, 0, program_.message()};
+    return drive(limits, program_started_, std::nullopt);
+}
+
+kflow::RunOutcome Stage::drive(const kflow::RunLimits& limits, std::int64_t started,
+                               std::optional<std::int64_t> until) {
+    using End = kflow::RunOutcome::End;
     // A run is asked between its delays, of its whole limit; each delay goes in one piece.
     const ProgressCheck check = std::exchange(progress_, nullptr);
     const std::uint64_t slice = slice_steps_;
     End end = End::Finished;
-    while (program_.running()) {
+    while (program_.running() && !program_.paused()) {
         slice_steps_ = limits.steps - std::min(limits.steps, program_.steps());
         const std::int64_t wake = program_.wakes_at().value_or(now());
         if (slice_steps_ == 0) {
             end = End::OutOfSteps;
+        } else if (until && wake > *until) {
+            bring_to(*until);
+            program_.pause(now());
+            break;
         } else if (wake - started > limits.clock_ms) {
             bring_to(started + limits.clock_ms);
             program_.stop_out_of_time(limits.clock_ms);
@@ -83,7 +104,7 @@ kflow::RunOutcome Stage::run_program(const kflow::RunLimits& limits) {
             }
             end = End::OutOfSteps;
         }
-        program_.stop_out_of_steps();
+        program_.stop_out_of_steps(limits.steps);
         break;
     }
     progress_ = check;

@@ -52,6 +52,13 @@ class Stage {
     // Starts it and runs it to its end, each delay bringing the clock on (the console's way). A
     // program that reaches a limit is halted at the line it had reached.
     kflow::RunOutcome run_program(const kflow::RunLimits& limits = {});
+    // Starts it under the debugger, stopped before its first statement.
+    kestrone::HRESULT debug_program();
+    // Brings the clock on while a debugged program runs: until the debugger stops it, it ends, it
+    // reaches the limits of a run (counted from its debug), or `until` (where it is then stopped).
+    // Finished also when it was stopped; the outcome's message says why it ended otherwise.
+    kflow::RunOutcome drive_debugged(const kflow::RunLimits& limits,
+                                     std::optional<std::int64_t> until = std::nullopt);
     // Steps of a program run between two looks at a face's event loop (a loop without delays
     // still yields); the console's run takes its whole budget in one.
     void set_slice_steps(std::uint64_t steps) { slice_steps_ = steps; }
@@ -91,6 +98,8 @@ class Stage {
     kestrone::HRESULT bring_clock_to(std::int64_t when, std::int64_t* raised);
     kestrone::HRESULT bring_in_slices(std::int64_t when, std::int64_t* raised);
     void run_program_slice(std::int64_t at);
+    kflow::RunOutcome drive(const kflow::RunLimits& limits, std::int64_t started,
+                            std::optional<std::int64_t> until);
     void notify(const ClockEvent& event);
 
     world::World world_;
@@ -101,6 +110,7 @@ class Stage {
     ProgressCheck progress_;
     std::uint64_t slice_steps_ = 2000;
     std::int64_t stepped_to_ = 0;  // the world has taken every step up to here
+    std::int64_t program_started_ = 0;
     bool yielded_ = false;
     bool program_rests_ = false;
 };

@@ -1,6 +1,7 @@
 #include "world_view.h"
 
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QWheelEvent>
@@ -54,17 +55,31 @@ void WorldView::refresh() {
     if (driver_.world().revision() != painted_revision_) update();
 }
 
-QImage WorldView::render_image() const {
-    QImage image(sizeHint(), QImage::Format_ARGB32);
+QImage WorldView::render_image(std::string* why) const {
+    const QSize size = sizeHint();
+    if (size.width() > kLargestImageSide || size.height() > kLargestImageSide) {
+        if (why)
+            *why = "the arena at this zoom would be a picture of " + std::to_string(size.width()) +
+                   " x " + std::to_string(size.height()) + " pixels, more than " +
+                   std::to_string(kLargestImageSide) + " on a side";
+        return {};
+    }
+    QImage image(size, QImage::Format_ARGB32);
+    if (image.isNull()) {
+        if (why) *why = "there is no memory for a picture of the arena";
+        return image;
+    }
     image.fill(kRim);
     QPainter p(&image);
     paint(p);
     return image;
 }
 
-void WorldView::paintEvent(QPaintEvent*) {
+void WorldView::paintEvent(QPaintEvent* event) {
     QPainter p(this);
-    p.fillRect(rect(), kRim);
+    // Only what is exposed: a floor of kilometres is far larger than its scroll area.
+    p.setClipRect(event->rect());
+    p.fillRect(event->rect(), kRim);
     paint(p);
     painted_revision_ = driver_.world().revision();
 }

@@ -7,6 +7,7 @@
 #include <QPointF>
 #include <QWidget>
 #include <cstdint>
+#include <string>
 
 #include "world_driver.h"
 
@@ -32,8 +33,10 @@ class WorldView : public QWidget {
 
     // Repaints when the world has changed since the last painting.
     void refresh();
-    // The whole drawing as an image, at the present zoom.
-    QImage render_image() const;
+    // The whole drawing as an image, at the present zoom; a null image when it would be larger
+    // than kLargestImageSide on a side (a floor of kilometres), with `why` saying so.
+    QImage render_image(std::string* why = nullptr) const;
+    static constexpr int kLargestImageSide = 8192;
 
     // Floor millimetres to widget pixels and back.
     QPointF to_pixels(Vec floor) const;

@@ -247,7 +247,7 @@ void MainWindow::update_title() {
 void MainWindow::tell(const std::string& text) {
     // Unattended (a script played to its end and quit): nobody would close a box.
     if (options_.quit_after_play) {
-        std::cerr << "kestrone-host: " << text << std::endl;
+        std::cerr << "kestrone-host: " << console::escape_text(text) << std::endl;
         return;
     }
     services_.ShowMessage(text);

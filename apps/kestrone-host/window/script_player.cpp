@@ -76,6 +76,14 @@ void ScriptPlayer::step() {
             parsed.command
                 ? dynamic_cast<const commands::CommandOf<commands::Advance>*>(parsed.command.get())
                 : nullptr;
+        // A played advance waits in real time: one longer than a run may take is refused, so
+        // that an unattended window always comes to its script's end.
+        if (advance && advance->data().ms > kflow::RunLimits{}.clock_ms) {
+            failures_.push_back(name_ + ":" + std::to_string(index + 1) + ": " + lines_[index] +
+                                ": fail a played script waits at most " +
+                                std::to_string(kflow::RunLimits{}.clock_ms) + " ms at a line");
+            continue;
+        }
         if (advance) {
             clock_.set_ceiling(stage.now() + advance->data().ms);
             continue;

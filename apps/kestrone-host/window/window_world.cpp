@@ -81,7 +81,9 @@ void MainWindow::robot_put_down() {
 std::string MainWindow::write_stage(kestrone::IKestronePanel& panel, const std::string& path) {
     const QImage left = panelqt::render_panel(panel, options_.zoom);
     if (left.isNull()) return "the panel could not be painted";
-    const QImage right = world_view_->render_image();
+    std::string why;
+    const QImage right = world_view_->render_image(&why);
+    if (right.isNull()) return why;
     QImage stage(left.width() + kStageGap + right.width(), std::max(left.height(), right.height()),
                  QImage::Format_RGB32);
     stage.fill(kStageBackground);

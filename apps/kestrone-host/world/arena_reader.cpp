@@ -42,13 +42,23 @@ std::vector<std::string_view> words_of(std::string_view line) {
     return words;
 }
 
+// A word of the file as a message repeats it: a long one only by its start.
+std::string shown(std::string_view word) {
+    constexpr std::size_t kShown = 40;
+    if (word.size() <= kShown) return std::string(word);
+    std::size_t cut = kShown;
+    while (cut > 0 && (static_cast<unsigned char>(word[cut]) & 0xC0) == 0x80)
+        --cut;  // not inside a character of several bytes
+    return std::string(word.substr(0, cut)) + "...";
+}
+
 double number(std::string_view word, std::string_view what) {
     double value = 0;
     const char* first = word.data();
     if (!word.empty() && word.front() == '+') ++first;
     const auto [end, ec] = std::from_chars(first, word.data() + word.size(), value);
     if (ec != std::errc() || end != word.data() + word.size() || !std::isfinite(value))
-        throw Fault("'" + std::string(word) + "' is not a number (" + std::string(what) + ")");
+        throw Fault("'" + shown(word) + "' is not a number (" + std::string(what) + ")");
     return value;
 }
 
@@ -93,7 +103,7 @@ const std::map<std::string_view, Reader::Handler>& Reader::items() {
 void Reader::item(const std::vector<std::string_view>& w, int at) {
     line_ = at;
     const auto it = items().find(w.front());
-    if (it == items().end()) throw Fault("unknown item '" + std::string(w.front()) + "'");
+    if (it == items().end()) throw Fault("unknown item '" + shown(w.front()) + "'");
     const bool heading_item = w.front() == "size" || w.front() == "robot";
     if (!heading_item && (!size_line_ || !robot_line_))
         throw Fault(std::string(size_line_ ? "robot" : "size") + " must come before " +
@@ -174,8 +184,8 @@ void Reader::zone(const std::vector<std::string_view>& w) {
                     std::to_string(w.size() - 1) + " words");
     const std::string name(w[1]);
     if (const auto seen = zone_lines_.find(name); seen != zone_lines_.end())
-        throw Fault("zone " + name + " comes twice (first on line " + std::to_string(seen->second) +
-                    ")");
+        throw Fault("zone " + shown(name) + " comes twice (first on line " +
+                    std::to_string(seen->second) + ")");
     Zone z{name, point(w[2], w[3], "the zone's corner"), number(w[4], "width"),
            number(w[5], "height")};
     if (z.width <= 0 || z.height <= 0) throw Fault("a zone's width and height must be above 0");
