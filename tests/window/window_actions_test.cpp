@@ -157,6 +157,7 @@ TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
     // 1500, 1260, 1560 and 330 twips inside its frame.
     EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(200, 168, 208, 44));
     EXPECT_EQ(dialog->widget("txtiThreshR")->parentWidget(), dialog->widget("Frame1"));
+    EXPECT_EQ(dialog->widget("lblBiasLeft")->parentWidget(), dialog->widget("Frame3"));
     EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(32, 400, 738, 194));
     for (QWidget* w : dialog->findChildren<QWidget*>()) {
         if (qobject_cast<QLabel*>(w) || qobject_cast<QAbstractButton*>(w)) {
@@ -189,6 +190,7 @@ TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
     EXPECT_FALSE(byte->isChecked());
     EXPECT_EQ(walk()[3], "optInt");
     auto* right = qobject_cast<QLineEdit*>(dialog->widget("txtiThreshR"));
+    EXPECT_EQ(right->text().toInt(), setting("iThreshR"));
     right->selectAll();
     right->insert(QString("0").repeated(40000) + "7");  // as a paste puts it
     ASSERT_TRUE(dialog->apply());
