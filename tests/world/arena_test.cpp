@@ -92,6 +92,11 @@ TEST(ArenaFile, EachBadFileNamesItsLineAndFaultAndLeavesTheWorldAsItWas) {
         EXPECT_FALSE(w.load_text(bad.text, "bad.world", &error));
         EXPECT_EQ(error.rfind("bad.world:" + std::to_string(bad.line) + ": ", 0), 0u) << error;
     }
+    // A long word of nothing but a character's trailing bytes is cut to no byte at all.
+    const ArenaReading trailing =
+        read_arena("size 1000 1000\nrobot 500 500 0\n" + std::string(41, '\x80'));
+    EXPECT_NE(trailing.error.text.find("unknown item '...'"), std::string::npos)
+        << trailing.error.text;
     EXPECT_EQ(w.pose().centre, before.centre);
     EXPECT_EQ(w.revision(), revision);
     EXPECT_EQ(w.arena().walls.size(), 5u);
