@@ -22,14 +22,14 @@ void WindowServices::PlayTone(std::int32_t hertz, std::int32_t ms) noexcept {
 host::ProjectCodec MemoryFiles::codec() {
     host::ProjectCodec c;
     c.load = [this](const std::string& path,
-                    std::string* error) -> std::optional<host::StoreEntries> {
+                    std::string* error) -> std::optional<host::ProjectContents> {
         const auto it = files.find(path);
         if (it != files.end()) return it->second;
         *error = "cannot open the project " + path;
         return std::nullopt;
     };
-    c.save = [this](const std::string& path, const host::StoreEntries& entries, std::string*) {
-        files[path] = entries;
+    c.save = [this](const std::string& path, const host::ProjectContents& contents, std::string*) {
+        files[path] = contents;
         return true;
     };
     return c;

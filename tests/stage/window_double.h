@@ -32,7 +32,7 @@ class WindowServices : public kestrone::IHostServices {
 class MemoryFiles {
   public:
     host::ProjectCodec codec();
-    std::map<std::string, host::StoreEntries> files;
+    std::map<std::string, host::ProjectContents> files;
 };
 
 class WindowDouble {

@@ -50,9 +50,9 @@ TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesI
     ASSERT_TRUE(window_->open_arena(track));
     EXPECT_TRUE(world_shown());
     // 1600 by 1000 mm at a fifth of a pixel a millimetre, inside its rim; twice that at zoom 2.
-    EXPECT_EQ(window_->world_view()->size(), QSize(336, 216));
+    EXPECT_EQ(window_->world_view()->sizeHint(), QSize(336, 216));
     window_->set_zoom(2);
-    EXPECT_EQ(window_->world_view()->size(), QSize(656, 416));
+    EXPECT_EQ(window_->world_view()->sizeHint(), QSize(656, 416));
     const std::string bad = dir_.write("bad.world", "size 900 900\nrobot 450 450 0\nwall 1 2 3\n");
     EXPECT_FALSE(window_->open_arena(bad));
     ASSERT_EQ(told_.size(), 1u);
