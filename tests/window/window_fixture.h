@@ -11,6 +11,7 @@
 
 #include "main_window.h"
 #include "support/session_reads.h"
+#include "support/temp_dir.h"
 
 namespace window_testing {
 
@@ -33,6 +34,8 @@ class WindowTest : public ::testing::Test {
         return testing_support::session_element(window_->session(), name, index);
     }
 
+    // The window's own settings, so that no test leans on another's or on the user's.
+    testing_support::TempDir settings_dir_;
     std::int64_t now_ = 1'000'000;
     std::unique_ptr<window::MainWindow> window_;
     std::vector<std::string> told_;  // the text of every box shown, closed at once
