@@ -95,6 +95,9 @@ void MainWindow::set_zoom(int zoom) {
 }
 
 bool MainWindow::write_shot(const std::string& path) {
+    // The layouts asked for (the docks, the scroll bars) are settled first.
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
     if (grab().save(QString::fromStdString(path), "png")) return true;
     tell("Cannot write the picture " + path);
     return false;
