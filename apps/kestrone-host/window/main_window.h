@@ -132,6 +132,7 @@ class MainWindow : public QMainWindow {
     ProblemsView* problems() const { return problems_; }
     VariablesView* variables() const { return variables_; }
     ProgramChecker& checker() { return checker_; }
+    HexBuilder& hex() { return hex_; }
     panelqt::PanelView* view() const { return view_; }
     QScrollArea* panel_area() const { return panel_area_; }
     world::WorldView* world_view() const { return world_view_; }
