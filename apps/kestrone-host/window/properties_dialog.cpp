@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -10,7 +11,9 @@
 #include <QSlider>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <limits>
 
+#include "dialogue_font.h"
 #include "error_text.h"
 #include "store_commands.h"
 #include "value_syntax.h"
@@ -70,11 +73,17 @@ void show_values(QWidget* w, const WidgetInfo& info) {
 }  // namespace
 
 PropertiesDialog::PropertiesDialog(ActionRunner& runner,
-                                   std::function<void(const std::string&)> report, QWidget* parent)
+                                   std::function<void(const std::string&)> report, QWidget* parent,
+                                   int zoom)
     : QDialog(parent),
       runner_(runner),
       session_(runner.context().stage.session()),
-      report_(std::move(report)) {
+      report_(std::move(report)),
+      zoom_(std::clamp(zoom, 1, 3)) {
+    // The page's boxes are sized for the panel's font: in another, captions are cut.
+    QFont font = panelqt::dialogue_font();
+    font.setPixelSize(font.pixelSize() * zoom_);
+    setFont(font);
     build();
 }
 
@@ -91,7 +100,7 @@ void PropertiesDialog::build() {
     }
     setWindowTitle(text_of(caption));
     auto* area = new QWidget(this);
-    area->setFixedSize(static_cast<int>(width), static_cast<int>(height));
+    area->setFixedSize(static_cast<int>(width) * zoom_, static_cast<int>(height) * zoom_);
     std::vector<std::pair<std::int16_t, QWidget*>> order;
     for (std::int32_t i = 0; i < count; ++i) {
         WidgetInfo info;
@@ -101,6 +110,7 @@ void PropertiesDialog::build() {
             make(info, inside ? widgets_[static_cast<std::size_t>(info.container)] : area);
         widgets_.push_back(made);
         by_name_[info.name] = made;
+        index_of_[made] = i;
         if (made->focusPolicy() != Qt::NoFocus) order.emplace_back(info.tab_index, made);
         connect_edits(info, made);
     }
@@ -118,8 +128,11 @@ void PropertiesDialog::build() {
     // Last, once every widget is made: a widget made later would take its own place in the walk.
     std::stable_sort(order.begin(), order.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
-    for (std::size_t i = 1; i < order.size(); ++i)
-        QWidget::setTabOrder(order[i - 1].second, order[i].second);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        tab_order_.push_back(order[i].second);
+        if (i > 0) QWidget::setTabOrder(order[i - 1].second, order[i].second);
+    }
+    settle_option_stops();
 
     apply_->setEnabled(session_.page_changed());
 }
@@ -138,11 +151,14 @@ QWidget* PropertiesDialog::make(const WidgetInfo& info, QWidget* parent) {
         }
         case WidgetKind::TextBox:
             w = new QLineEdit(parent);
+            // The page sets no limit; a line edit's own is 32,767.
+            static_cast<QLineEdit*>(w)->setMaxLength(std::numeric_limits<int>::max());
             break;
         case WidgetKind::OptionButton:
             // Each option button is its own: the page decides which one is on.
             w = new QRadioButton(parent);
             static_cast<QRadioButton*>(w)->setAutoExclusive(false);
+            w->installEventFilter(this);
             break;
         case WidgetKind::CheckBox:
             w = new QCheckBox(parent);
@@ -157,8 +173,8 @@ QWidget* PropertiesDialog::make(const WidgetInfo& info, QWidget* parent) {
         }
     }
     w->setObjectName(text_of(info.name));
-    w->setGeometry(static_cast<int>(info.left), static_cast<int>(info.top),
-                   static_cast<int>(info.width), static_cast<int>(info.height));
+    w->setGeometry(static_cast<int>(info.left) * zoom_, static_cast<int>(info.top) * zoom_,
+                   static_cast<int>(info.width) * zoom_, static_cast<int>(info.height) * zoom_);
     show_values(w, info);
     return w;
 }
@@ -185,6 +201,57 @@ void PropertiesDialog::edit(const std::string& name, const std::string& property
 void PropertiesDialog::click(const std::string& name) {
     runner_.perform(commands::PageClick{name});
     sync();
+    // A click the page ignores (an option already on) must not change the button on screen.
+    show_page_widget(name);
+}
+
+void PropertiesDialog::show_page_widget(const std::string& name) {
+    kestrone::IKestronePropertyPage* page = session_.page();
+    const auto it = by_name_.find(name);
+    if (!page || it == by_name_.end()) return;
+    WidgetInfo info;
+    if (page->GetWidget(index_of_.at(it->second), &info) == kestrone::S_OK)
+        show_values(it->second, info);
+    settle_option_stops();
+}
+
+// The options of one frame are one Tab stop, the one that is on (or the first, with none on).
+void PropertiesDialog::settle_option_stops() {
+    for (QWidget* w : tab_order_) {
+        const std::vector<QWidget*> group = options_beside(w);
+        if (group.empty() || group.front() != w) continue;
+        const auto on = std::find_if(group.begin(), group.end(), [](QWidget* b) {
+            return static_cast<QRadioButton*>(b)->isChecked();
+        });
+        for (QWidget* b : group)
+            b->setFocusPolicy(b == (on == group.end() ? group.front() : *on) ? Qt::StrongFocus
+                                                                             : Qt::ClickFocus);
+    }
+}
+
+std::vector<QWidget*> PropertiesDialog::options_beside(QWidget* button) const {
+    std::vector<QWidget*> out;
+    if (!qobject_cast<QRadioButton*>(button)) return out;
+    for (QWidget* w : tab_order_)
+        if (qobject_cast<QRadioButton*>(w) && w->parentWidget() == button->parentWidget())
+            out.push_back(w);
+    return out;
+}
+
+bool PropertiesDialog::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const int by = key == Qt::Key_Down || key == Qt::Key_Right ? 1
+                   : key == Qt::Key_Up || key == Qt::Key_Left  ? -1
+                                                               : 0;
+    const std::vector<QWidget*> group = options_beside(static_cast<QWidget*>(watched));
+    const auto at = std::find(group.begin(), group.end(), watched);
+    if (by == 0 || at == group.end()) return QDialog::eventFilter(watched, event);
+    const auto n = static_cast<std::ptrdiff_t>(group.size());
+    QWidget* next = group[static_cast<std::size_t>(((at - group.begin()) + by + n) % n)];
+    next->setFocus(Qt::TabFocusReason);
+    static_cast<QRadioButton*>(next)->click();
+    return true;
 }
 
 void PropertiesDialog::sync() {
@@ -200,6 +267,7 @@ void PropertiesDialog::sync() {
                 show_values(widgets_[static_cast<std::size_t>(i)], info);
         }
         revision_ = now;
+        settle_option_stops();
     }
     if (apply_) apply_->setEnabled(session_.page_changed());
 }
