@@ -128,5 +128,31 @@ TEST_F(WindowProgramTest, TheHexIsBuiltAsideWhileTheWindowGoesOn) {
     EXPECT_EQ(testing_support::read_file(hex).substr(0, 1), ":");
 }
 
+// Recent files against a model (newest first, no repeats, the newest eight), kept with the zoom for
+// the next start.
+TEST_F(WindowProgramTest, TheRecentFilesAndTheZoomAreKeptForTheNextStart) {
+    std::vector<std::string> files, model;
+    for (int i = 0; i < 11; ++i)
+        files.push_back(dir_.write("p" + std::to_string(i) + ".kflow", "LedOn(1)\n"));
+    std::mt19937 rng(11);
+    for (int open = 0; open < 30; ++open) {
+        const std::string& f = files[rng() % files.size()];
+        ASSERT_TRUE(window_->open_program(f));
+        std::erase(model, f);
+        model.insert(model.begin(), f);
+        if (model.size() > window::WindowSettings::kMostRecent) model.pop_back();
+    }
+    window_->set_zoom(3);
+    ASSERT_TRUE(window_->close());
+    window::WindowOptions options;
+    options.settings = settings_dir_.path() + "/window.conf";
+    window::MainWindow next(options, [] { return std::int64_t{0}; });
+    EXPECT_EQ(next.zoom(), 3);
+    std::vector<std::string> kept;
+    for (const QString& f : next.settings().recent())
+        kept.push_back(f.toStdString());
+    EXPECT_EQ(kept, model);
+}
+
 }  // namespace
 }  // namespace window_testing
