@@ -159,65 +159,52 @@ TEST(WindowStartTest, AMissingModuleIsToldAndLeavesNoObject) {
     EXPECT_FALSE(window.session().has_object());
 }
 
+// At zoom 2, as at 1: every widget at twice its place, its caption whole in the dialogue font,
+// the option buttons one Tab stop that the arrows move through, and no limit on the text.
 TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
+    window_->set_zoom(2);
     auto dialog = window_->make_properties();
     ASSERT_NE(dialog, nullptr);
     // 1500, 1260, 1560 and 330 twips inside its frame.
-    EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(100, 84, 104, 22));
+    EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(200, 168, 208, 44));
     EXPECT_EQ(dialog->widget("txtiThreshR")->parentWidget(), dialog->widget("Frame1"));
-    EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(16, 200, 369, 97));
-    // The two options are one stop: the one that is on.
-    const std::string on =
-        static_cast<QRadioButton*>(dialog->widget("optInt"))->isChecked() ? "optInt" : "optByte";
-    std::vector<std::string> order;
-    QWidget* w = dialog->widget("txtiThreshF");
-    for (int n = 0; n < 6; ++n) {
-        order.push_back(w->objectName().toStdString());
-        do
-            w = w->nextInFocusChain();
-        while (!(w->focusPolicy() & Qt::TabFocus));
-    }
-    const std::vector<std::string> expected{"txtiThreshF",      "txtiThreshL", "txtiThreshR", on,
-                                            "chkWaitForButton", "sldMotorBias"};
-    EXPECT_EQ(order, expected);
-}
-
-// Drawn in the panel's font at the panel's zoom, no caption cut, the options one group that the
-// arrow keys choose in and a click on the one on leaves, and text boxes without a limit.
-TEST_F(WindowActionsTest, TheDialogIsDrawnAsThePanelDrawsItAndItsOptionsAreOneGroup) {
-    auto small = window_->make_properties();
-    ASSERT_NE(small, nullptr);
-    window_->set_zoom(2);
-    auto large = window_->make_properties();
-    for (QWidget* w : small->findChildren<QWidget*>()) {
-        if (w->objectName().isEmpty()) continue;
-        const std::string name = w->objectName().toStdString();
-        ASSERT_NE(large->widget(name), nullptr) << name;
-        EXPECT_EQ(large->widget(name)->geometry(), QRect(w->pos() * 2, w->size() * 2)) << name;
-        EXPECT_EQ(large->widget(name)->font().pixelSize(), w->font().pixelSize() * 2) << name;
-        if (auto* label = qobject_cast<QLabel*>(w)) {
-            EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width())
-                << name;
+    EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(32, 400, 738, 194));
+    for (QWidget* w : dialog->findChildren<QWidget*>()) {
+        if (qobject_cast<QLabel*>(w) || qobject_cast<QAbstractButton*>(w)) {
+            EXPECT_LE(w->sizeHint().width(), w->width()) << w->objectName().toStdString();
         }
     }
-    large.reset();
-    auto* first = static_cast<QRadioButton*>(small->widget("optInt"));
-    auto* second = static_cast<QRadioButton*>(small->widget("optByte"));
-    QRadioButton* on = first->isChecked() ? first : second;
-    QRadioButton* off = on == first ? second : first;
-    on->click();
-    EXPECT_TRUE(on->isChecked());
-    QTest::keyClick(on, Qt::Key_Down);
-    EXPECT_TRUE(off->isChecked());
-    EXPECT_FALSE(on->isChecked());
-    EXPECT_TRUE(off->focusPolicy() & Qt::TabFocus);
-    EXPECT_FALSE(on->focusPolicy() & Qt::TabFocus);
-    QTest::keyClick(off, Qt::Key_Left);
-    EXPECT_TRUE(on->isChecked());
-    auto* box = qobject_cast<QLineEdit*>(small->widget("txtiThreshF"));
-    box->selectAll();
-    box->insert(QString(40000, '7'));
-    EXPECT_EQ(box->text().size(), 40000);
+    const auto walk = [&] {
+        std::vector<std::string> order;
+        QWidget* w = dialog->widget("txtiThreshF");
+        for (int n = 0; n < 6; ++n) {
+            order.push_back(w->objectName().toStdString());
+            do
+                w = w->nextInFocusChain();
+            while (!(w->focusPolicy() & Qt::TabFocus));
+        }
+        return order;
+    };
+    const std::vector<std::string> expected{"txtiThreshF", "txtiThreshL",      "txtiThreshR",
+                                            "optByte",     "chkWaitForButton", "sldMotorBias"};
+    EXPECT_EQ(walk(), expected);
+    // A click on the option that is on leaves it on; an arrow puts the other on, as Apply writes.
+    auto* byte = qobject_cast<QRadioButton*>(dialog->widget("optByte"));
+    byte->click();
+    EXPECT_TRUE(byte->isChecked());
+    dialog->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+    byte->setFocus();
+    QTest::keyClick(byte, Qt::Key_Down);
+    EXPECT_TRUE(qobject_cast<QRadioButton*>(dialog->widget("optInt"))->isChecked());
+    EXPECT_FALSE(byte->isChecked());
+    EXPECT_EQ(walk()[3], "optInt");
+    auto* right = qobject_cast<QLineEdit*>(dialog->widget("txtiThreshR"));
+    right->selectAll();
+    right->insert(QString("0").repeated(40000) + "7");  // as a paste puts it
+    ASSERT_TRUE(dialog->apply());
+    EXPECT_EQ(setting("bReturnInt"), 1);
+    EXPECT_EQ(setting("iThreshR"), 7);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QGroupBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -53,7 +52,16 @@ void show_values(QWidget* w, const WidgetInfo& info) {
     }
     if (auto* option = qobject_cast<QRadioButton*>(w)) {
         option->setText(text_of(info.caption));
-        option->setChecked(info.value != 0);
+        // One group: the button put on takes its neighbour off and becomes the group's one Tab
+        // stop. Only the page can have them all off (before its selection), so that is said
+        // outside the group's rule.
+        if (info.value != 0) {
+            option->setChecked(true);
+        } else if (option->isChecked()) {
+            option->setAutoExclusive(false);
+            option->setChecked(false);
+            option->setAutoExclusive(true);
+        }
     }
     if (auto* check = qobject_cast<QCheckBox*>(w)) {
         check->setText(text_of(info.caption));
@@ -70,17 +78,33 @@ void show_values(QWidget* w, const WidgetInfo& info) {
     }
 }
 
+// One Tab stop for each frame's option buttons: the one that is on, or the first while none is.
+// Qt moves the stop itself only when an arrow moves through them.
+void one_tab_stop_a_group(const std::vector<QWidget*>& widgets) {
+    std::map<QWidget*, QRadioButton*> stop;
+    for (QWidget* w : widgets)
+        if (auto* option = qobject_cast<QRadioButton*>(w)) {
+            QRadioButton*& held = stop[option->parentWidget()];
+            if (!held || (option->isChecked() && !held->isChecked())) held = option;
+        }
+    for (QWidget* w : widgets)
+        if (auto* option = qobject_cast<QRadioButton*>(w))
+            option->setFocusPolicy(static_cast<Qt::FocusPolicy>(
+                stop[option->parentWidget()] == option ? option->focusPolicy() | Qt::TabFocus
+                                                       : option->focusPolicy() & ~Qt::TabFocus));
+}
+
 }  // namespace
 
 PropertiesDialog::PropertiesDialog(ActionRunner& runner,
-                                   std::function<void(const std::string&)> report, QWidget* parent,
-                                   int zoom)
+                                   std::function<void(const std::string&)> report, int zoom,
+                                   QWidget* parent)
     : QDialog(parent),
       runner_(runner),
       session_(runner.context().stage.session()),
       report_(std::move(report)),
-      zoom_(std::clamp(zoom, 1, 3)) {
-    // The page's boxes are sized for the panel's font: in another, captions are cut.
+      zoom_(std::max(zoom, 1)) {
+    // The page's boxes are measured for the small dialogue font the panel draws with.
     QFont font = panelqt::dialogue_font();
     font.setPixelSize(font.pixelSize() * zoom_);
     setFont(font);
@@ -102,18 +126,23 @@ void PropertiesDialog::build() {
     auto* area = new QWidget(this);
     area->setFixedSize(static_cast<int>(width) * zoom_, static_cast<int>(height) * zoom_);
     std::vector<std::pair<std::int16_t, QWidget*>> order;
+    std::vector<WidgetInfo> shown;
     for (std::int32_t i = 0; i < count; ++i) {
         WidgetInfo info;
         if (page->GetWidget(i, &info) != kestrone::S_OK) continue;
+        shown.push_back(info);
         const bool inside = info.container >= 0 && info.container < i;
         QWidget* made =
             make(info, inside ? widgets_[static_cast<std::size_t>(info.container)] : area);
         widgets_.push_back(made);
         by_name_[info.name] = made;
-        index_of_[made] = i;
         if (made->focusPolicy() != Qt::NoFocus) order.emplace_back(info.tab_index, made);
         connect_edits(info, made);
     }
+    // Values once every widget stands: an option button put on takes its neighbour off.
+    for (std::size_t i = 0; i < widgets_.size(); ++i)
+        show_values(widgets_[i], shown[i]);
+    one_tab_stop_a_group(widgets_);
     auto* buttons = new QDialogButtonBox(
         QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Apply, this);
     apply_ = buttons->button(QDialogButtonBox::Apply);
@@ -128,11 +157,8 @@ void PropertiesDialog::build() {
     // Last, once every widget is made: a widget made later would take its own place in the walk.
     std::stable_sort(order.begin(), order.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        tab_order_.push_back(order[i].second);
-        if (i > 0) QWidget::setTabOrder(order[i - 1].second, order[i].second);
-    }
-    settle_option_stops();
+    for (std::size_t i = 1; i < order.size(); ++i)
+        QWidget::setTabOrder(order[i - 1].second, order[i].second);
 
     apply_->setEnabled(session_.page_changed());
 }
@@ -149,16 +175,17 @@ QWidget* PropertiesDialog::make(const WidgetInfo& info, QWidget* parent) {
             w = label;
             break;
         }
-        case WidgetKind::TextBox:
-            w = new QLineEdit(parent);
-            // The page sets no limit; a line edit's own is 32,767.
-            static_cast<QLineEdit*>(w)->setMaxLength(std::numeric_limits<int>::max());
+        case WidgetKind::TextBox: {
+            // The page's text boxes take text of any length.
+            auto* line = new QLineEdit(parent);
+            line->setMaxLength(std::numeric_limits<int>::max());
+            w = line;
             break;
+        }
         case WidgetKind::OptionButton:
-            // Each option button is its own: the page decides which one is on.
+            // The option buttons of one frame are one group: arrows choose, a click on the one
+            // that is on leaves it on.
             w = new QRadioButton(parent);
-            static_cast<QRadioButton*>(w)->setAutoExclusive(false);
-            w->installEventFilter(this);
             break;
         case WidgetKind::CheckBox:
             w = new QCheckBox(parent);
@@ -175,7 +202,6 @@ QWidget* PropertiesDialog::make(const WidgetInfo& info, QWidget* parent) {
     w->setObjectName(text_of(info.name));
     w->setGeometry(static_cast<int>(info.left) * zoom_, static_cast<int>(info.top) * zoom_,
                    static_cast<int>(info.width) * zoom_, static_cast<int>(info.height) * zoom_);
-    show_values(w, info);
     return w;
 }
 
@@ -201,57 +227,6 @@ void PropertiesDialog::edit(const std::string& name, const std::string& property
 void PropertiesDialog::click(const std::string& name) {
     runner_.perform(commands::PageClick{name});
     sync();
-    // A click the page ignores (an option already on) must not change the button on screen.
-    show_page_widget(name);
-}
-
-void PropertiesDialog::show_page_widget(const std::string& name) {
-    kestrone::IKestronePropertyPage* page = session_.page();
-    const auto it = by_name_.find(name);
-    if (!page || it == by_name_.end()) return;
-    WidgetInfo info;
-    if (page->GetWidget(index_of_.at(it->second), &info) == kestrone::S_OK)
-        show_values(it->second, info);
-    settle_option_stops();
-}
-
-// The options of one frame are one Tab stop, the one that is on (or the first, with none on).
-void PropertiesDialog::settle_option_stops() {
-    for (QWidget* w : tab_order_) {
-        const std::vector<QWidget*> group = options_beside(w);
-        if (group.empty() || group.front() != w) continue;
-        const auto on = std::find_if(group.begin(), group.end(), [](QWidget* b) {
-            return static_cast<QRadioButton*>(b)->isChecked();
-        });
-        for (QWidget* b : group)
-            b->setFocusPolicy(b == (on == group.end() ? group.front() : *on) ? Qt::StrongFocus
-                                                                             : Qt::ClickFocus);
-    }
-}
-
-std::vector<QWidget*> PropertiesDialog::options_beside(QWidget* button) const {
-    std::vector<QWidget*> out;
-    if (!qobject_cast<QRadioButton*>(button)) return out;
-    for (QWidget* w : tab_order_)
-        if (qobject_cast<QRadioButton*>(w) && w->parentWidget() == button->parentWidget())
-            out.push_back(w);
-    return out;
-}
-
-bool PropertiesDialog::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    const int by = key == Qt::Key_Down || key == Qt::Key_Right ? 1
-                   : key == Qt::Key_Up || key == Qt::Key_Left  ? -1
-                                                               : 0;
-    const std::vector<QWidget*> group = options_beside(static_cast<QWidget*>(watched));
-    const auto at = std::find(group.begin(), group.end(), watched);
-    if (by == 0 || at == group.end()) return QDialog::eventFilter(watched, event);
-    const auto n = static_cast<std::ptrdiff_t>(group.size());
-    QWidget* next = group[static_cast<std::size_t>(((at - group.begin()) + by + n) % n)];
-    next->setFocus(Qt::TabFocusReason);
-    static_cast<QRadioButton*>(next)->click();
-    return true;
 }
 
 void PropertiesDialog::sync() {
@@ -267,7 +242,7 @@ void PropertiesDialog::sync() {
                 show_values(widgets_[static_cast<std::size_t>(i)], info);
         }
         revision_ = now;
-        settle_option_stops();
+        one_tab_stop_a_group(widgets_);
     }
     if (apply_) apply_->setEnabled(session_.page_changed());
 }

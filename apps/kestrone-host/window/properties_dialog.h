@@ -1,7 +1,6 @@
 // The property frame around the component's page: the page's widgets at their places and in their
 // tab order, with OK, Cancel and Apply. The page's logic stays in the component; every edit is the
-// `page` command it amounts to, run and recorded by the action runner. The page is drawn in the
-// panel's small dialogue font, at the panel's zoom.
+// `page` command it amounts to, run and recorded by the action runner.
 #pragma once
 
 #include <QDialog>
@@ -20,9 +19,10 @@ namespace window {
 class PropertiesDialog : public QDialog {
     Q_OBJECT
   public:
-    // The page must be open in the stage's session. `report` shows a failed apply to the user.
+    // The page must be open in the stage's session. `report` shows a failed apply to the user;
+    // `zoom` is the panel's, which the dialog takes with it.
     PropertiesDialog(ActionRunner& runner, std::function<void(const std::string&)> report,
-                     QWidget* parent = nullptr, int zoom = 1);
+                     int zoom = 1, QWidget* parent = nullptr);
 
     // The buttons, as the user presses them. apply() false when the page's write failed.
     bool apply();
@@ -38,8 +38,6 @@ class PropertiesDialog : public QDialog {
 
   protected:
     void reject() override;
-    // The arrow keys on an option button choose among the options of its frame.
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void build();
@@ -49,23 +47,16 @@ class PropertiesDialog : public QDialog {
     void click(const std::string& name);
     // Shows what the page holds now, for the widgets that changed.
     void sync();
-    // Shows what the page holds for one widget, changed or not.
-    void show_page_widget(const std::string& name);
-    void settle_option_stops();
-    // The option buttons of `button`'s frame, in the Tab walk's order.
-    std::vector<QWidget*> options_beside(QWidget* button) const;
 
     ActionRunner& runner_;
     host::ComponentSession& session_;
     std::function<void(const std::string&)> report_;
     std::vector<QWidget*> widgets_;  // by the page's widget index
     std::map<std::string, QWidget*> by_name_;
-    std::map<QWidget*, std::int32_t> index_of_;
-    std::vector<QWidget*> tab_order_;
-    int zoom_ = 1;
     std::uint64_t revision_ = 0;
     QPushButton* apply_ = nullptr;
     bool closed_ = false;
+    int zoom_ = 1;
 };
 
 }  // namespace window
