@@ -51,6 +51,13 @@ TEST_F(WindowProgramTest, StepsAndBreakpointsStopWhereTheModelSaysWithTheValuesI
     window_->editor()->setText(QString::fromStdString(text + "end\n"));
     window_->editor()->toggle_breakpoint(first + 1);
     press(Qt::Key_F9);
+    // Paused, the stage stands still while real time passes, and the panel still takes a click.
+    const std::int64_t held = window_->stage().now();
+    elapse(400);
+    EXPECT_EQ(window_->stage().now(), held);
+    const std::int32_t unclicked = property("chkSwitchLeft", -1, "Value");
+    window_->input().click(element("chkSwitchLeft"));
+    EXPECT_NE(property("chkSwitchLeft", -1, "Value"), unclicked);
     std::map<std::string, int> model{{"n", 3}, {"m", 5}};
     int at = first + 1;
     std::mt19937 rng(7);
