@@ -2,6 +2,7 @@
 // unknown variables, typed key by key; each fault must be underlined where it was put and listed.
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolTip>
 #include <algorithm>
 #include <numeric>
 #include <random>
@@ -87,6 +88,12 @@ TEST_F(ProgramEditorTest, FaultsTypedAreMarkedAndListedAtTheirPlacesUntilMended)
         EXPECT_EQ(marks(), t.faults);
         EXPECT_EQ(listed(), t.faults);
         EXPECT_EQ(window_->problems()->program_problem_count(), 3);
+        // The pointer resting on the last letter of an underline tells its problem.
+        const auto [hover_line, hover_column] = t.faults[1];
+        QToolTip::hideText();
+        emit window_->editor()->SCN_DWELLSTART(
+            window_->editor()->positionFromLineIndex(hover_line - 1, hover_column + 1), 1, 1);
+        EXPECT_TRUE(QToolTip::text().contains("zq")) << QToolTip::text().toStdString();
         // A click on the last problem takes the caret to its line.
         QTreeWidgetItem* last = window_->problems()->topLevelItem(2);
         ASSERT_NE(last, nullptr);

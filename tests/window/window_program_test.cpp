@@ -101,6 +101,10 @@ TEST_F(WindowProgramTest, AFileChangedOnDiskComesInUnlessTheUserKeepsTheirEdits)
     rewrite("LedOn(4)\n");
     QTest::qWait(300);
     EXPECT_EQ(window_->editor()->text(), "LedOn(2)\nLedOn(3)\n");
+    // Saved elsewhere, the file holds the editor's text as it stands.
+    const std::string other = dir_.path() + "/q.kflow";
+    ASSERT_TRUE(window_->save_program_as(other));
+    EXPECT_EQ(testing_support::read_file(other), window_->editor()->text().toStdString());
 }
 
 TEST_F(WindowProgramTest, AProjectReopensToItsProgramAndArenaWrittenRelativeToIt) {
@@ -149,7 +153,8 @@ TEST_F(WindowProgramTest, TheRecentFilesAndTheZoomAreKeptForTheNextStart) {
         model.insert(model.begin(), f);
         if (model.size() > window::WindowSettings::kMostRecent) model.pop_back();
     }
-    window_->set_zoom(3);
+    window_->set_zoom(7);
+    EXPECT_EQ(window_->zoom(), 3);
     ASSERT_TRUE(window_->close());
     window::WindowOptions options;
     options.settings = settings_dir_.path() + "/window.conf";

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
+#include <random>
 
 #include "support/temp_dir.h"
 #include "window_fixture.h"
@@ -70,6 +71,29 @@ TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesI
     window_->set_zoom(3);
     EXPECT_FALSE(window_->write_snapshot(dir_.path() + "/huge.png"));
     EXPECT_NE(told_.back().find("more than 8192 on a side"), std::string::npos) << told_.back();
+}
+
+// Fitting its dock, the arena keeps its shape, stands centred, and fills the room inside its rim
+// along one side; a point drawn reads back as the same point of the floor.
+TEST_F(WindowWorldTest, TheArenaFillsItsDockKeepingItsShape) {
+    ASSERT_TRUE(window_->open_arena(example("line_track.world")));
+    world::WorldView& v = *window_->world_view();
+    const double aw = world().arena().width, ah = world().arena().height;
+    // The rim, from the drawing at zoom 1 (a fifth of a pixel a millimetre).
+    const double rim = (v.sizeHint().width() - aw / 5) / 2;
+    std::mt19937 rng(5);
+    for (int n = 0; n < 20; ++n) {
+        const int w = 100 + static_cast<int>(rng() % 900), h = 100 + static_cast<int>(rng() % 700);
+        v.resize(w, h);
+        const QPointF a = v.to_pixels({0, ah}), b = v.to_pixels({aw, 0});
+        EXPECT_NEAR((b.x() - a.x()) / (b.y() - a.y()), aw / ah, 1e-9) << w << "x" << h;
+        EXPECT_NEAR(a.x(), w - b.x(), 1e-9) << w << "x" << h;
+        EXPECT_NEAR(a.y(), h - b.y(), 1e-9) << w << "x" << h;
+        EXPECT_NEAR(std::min(a.x(), a.y()), rim, 1e-9) << w << "x" << h;
+        const world::Vec p = v.to_floor(v.to_pixels({aw * 0.3, ah * 0.7}));
+        EXPECT_NEAR(p.x, aw * 0.3, 1e-6);
+        EXPECT_NEAR(p.y, ah * 0.7, 1e-6);
+    }
 }
 
 TEST_F(WindowWorldTest, TheRobotIsPutDownAndTurnedByHandOnlyWhileStopped) {
