@@ -6,7 +6,6 @@
 #include <QWheelEvent>
 #include <random>
 
-#include "support/temp_dir.h"
 #include "window_fixture.h"
 
 namespace window_testing {
@@ -42,7 +41,6 @@ class WindowWorldTest : public WindowTest {
             if (l.rfind(start, 0) == 0) return true;
         return false;
     }
-    testing_support::TempDir dir_;
 };
 
 TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesIt) {
