@@ -25,7 +25,7 @@ namespace {
 
 // A console over one stage. Its status is 1 when an `expect` failed.
 int run_console(const Invocation& in) {
-    console::Console console(std::cout, {&load_project, &save_project});
+    console::Console console(std::cout, {&load_project_file, &save_project_file});
     panelqt::PanelSnapshots snapshots;
     console.set_snapshot([&snapshots](kestrone::IKestronePanel& panel, const std::string& path) {
         return snapshots.write(panel, path);
@@ -145,12 +145,13 @@ int run_window(const Invocation& in) {
     options.play = o.value("play").toStdString();
     options.project = o.value("project").toStdString();
     options.snapshot = o.value("snapshot").toStdString();
+    options.shot = o.value("shot").toStdString();
     options.world = o.value("world").toStdString();
     options.run = o.value("run").toStdString();
     options.quit_after_play = o.isSet("quit-after-play");
     bool zoom_ok = true;
-    options.zoom = o.isSet("zoom") ? o.value("zoom").toInt(&zoom_ok) : 1;
-    if (!zoom_ok || options.zoom < 1 || options.zoom > 3) {
+    options.zoom = o.isSet("zoom") ? o.value("zoom").toInt(&zoom_ok) : 0;
+    if (!zoom_ok || (o.isSet("zoom") && (options.zoom < 1 || options.zoom > 3))) {
         std::cerr << "kestrone-host: --zoom takes 1, 2 or 3\n";
         return 2;
     }
@@ -161,16 +162,20 @@ constexpr std::array kCommands{
     HostCommand{"window", "the panel in a window (the default where a display exists)",
                 "kestrone-host window [--module PATH | --component NAME] [--project FILE]\n"
                 "                     [--world FILE] [--run FILE] [--zoom N]\n"
-                "                     [--play FILE [--snapshot PNG] [--quit-after-play]]\n\n"
-                "The panel in a window, with Start and Stop, the property page, projects and "
-                "programs.\n\n"
+                "                     [--play FILE [--snapshot PNG] [--shot PNG] "
+                "[--quit-after-play]]\n\n"
+                "A workbench for robot programs beside the panel: an editor that checks as you "
+                "type, the\nprogram run and debugged on the panel, the arena, the variables, "
+                "projects and the C.\n\n"
                 "  --project FILE     a project file whose settings the robot takes\n"
                 "  --world FILE       an arena beside the panel, for the robot to drive in\n"
                 "  --run FILE         a robot program, opened and run at once\n"
-                "  --zoom N           the panel's zoom, 1, 2 or 3\n"
+                "  --zoom N           the panel's and the text's zoom, 1, 2 or 3 (default: as "
+                "last left)\n"
                 "  --play FILE        a console script played in real time\n"
                 "  --snapshot PNG     the panel (and world) as a picture once the script has "
                 "played\n"
+                "  --shot PNG         the whole window as a picture then\n"
                 "  --quit-after-play  close once the script has played\n",
                 true, 0, &run_window},
     HostCommand{"console", "drive the component line by line (commands on standard input)",
@@ -260,13 +265,14 @@ void add_host_options(QCommandLineParser& parser) {
          "FILE"},
         {"hex", "code: also compile the C with the PIC compiler; the .hex goes beside the C."},
         {"play", "window: play a console script in real time.", "FILE"},
-        {"zoom", "window: the panel's zoom, 1, 2 or 3.", "N"},
+        {"zoom", "window: the panel's and the text's zoom, 1, 2 or 3.", "N"},
         {"world", "window: open an arena for the robot to drive in.", "FILE"},
         {"run", "window: open a robot program and run it at once.", "FILE"},
         {"snapshot",
          "window: write the panel (with the world beside it) as a PNG once the script "
          "has played.",
          "PNG"},
+        {"shot", "window: write the whole window as a PNG once the script has played.", "PNG"},
         {"quit-after-play", "window: close once the script has played."},
     });
 }

@@ -22,6 +22,7 @@ std::int32_t number_of(const Variant& v) {
 WindowTest::WindowTest() {
     window::WindowOptions options;
     options.module = KESTRONE_MODULE;
+    options.settings = settings_dir_.path() + "/window.conf";
     window_ = std::make_unique<window::MainWindow>(options, [this] { return now_; });
     window_->services().set_box_handler([this](QWidget* box) {
         told_.push_back(static_cast<QMessageBox*>(box)->text().toStdString());

@@ -38,6 +38,8 @@ class WindowTest : public ::testing::Test {
     static void type_into(window::PropertiesDialog& dialog, const std::string& name,
                           const char* text);
 
+    // The window's own settings, so that no test leans on another's or on the user's.
+    testing_support::TempDir settings_dir_;
     std::int64_t now_ = 1'000'000;
     std::unique_ptr<window::MainWindow> window_;
     std::vector<std::string> told_;  // the text of every box shown, closed at once

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
+#include <random>
 
 #include "window_fixture.h"
 
@@ -48,9 +49,9 @@ TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesI
     ASSERT_TRUE(window_->open_arena(track));
     EXPECT_TRUE(world_shown());
     // 1600 by 1000 mm at a fifth of a pixel a millimetre, inside its rim; twice that at zoom 2.
-    EXPECT_EQ(window_->world_view()->size(), QSize(336, 216));
+    EXPECT_EQ(window_->world_view()->sizeHint(), QSize(336, 216));
     window_->set_zoom(2);
-    EXPECT_EQ(window_->world_view()->size(), QSize(656, 416));
+    EXPECT_EQ(window_->world_view()->sizeHint(), QSize(656, 416));
     const std::string bad = dir_.write("bad.world", "size 900 900\nrobot 450 450 0\nwall 1 2 3\n");
     EXPECT_FALSE(window_->open_arena(bad));
     ASSERT_EQ(told_.size(), 1u);
@@ -68,6 +69,29 @@ TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesI
     window_->set_zoom(3);
     EXPECT_FALSE(window_->write_snapshot(dir_.path() + "/huge.png"));
     EXPECT_NE(told_.back().find("more than 8192 on a side"), std::string::npos) << told_.back();
+}
+
+// Fitting its dock, the arena keeps its shape, stands centred, and fills the room inside its rim
+// along one side; a point drawn reads back as the same point of the floor.
+TEST_F(WindowWorldTest, TheArenaFillsItsDockKeepingItsShape) {
+    ASSERT_TRUE(window_->open_arena(example("line_track.world")));
+    world::WorldView& v = *window_->world_view();
+    const double aw = world().arena().width, ah = world().arena().height;
+    // The rim, from the drawing at zoom 1 (a fifth of a pixel a millimetre).
+    const double rim = (v.sizeHint().width() - aw / 5) / 2;
+    std::mt19937 rng(5);
+    for (int n = 0; n < 20; ++n) {
+        const int w = 100 + static_cast<int>(rng() % 900), h = 100 + static_cast<int>(rng() % 700);
+        v.resize(w, h);
+        const QPointF a = v.to_pixels({0, ah}), b = v.to_pixels({aw, 0});
+        EXPECT_NEAR((b.x() - a.x()) / (b.y() - a.y()), aw / ah, 1e-9) << w << "x" << h;
+        EXPECT_NEAR(a.x(), w - b.x(), 1e-9) << w << "x" << h;
+        EXPECT_NEAR(a.y(), h - b.y(), 1e-9) << w << "x" << h;
+        EXPECT_NEAR(std::min(a.x(), a.y()), rim, 1e-9) << w << "x" << h;
+        const world::Vec p = v.to_floor(v.to_pixels({aw * 0.3, ah * 0.7}));
+        EXPECT_NEAR(p.x, aw * 0.3, 1e-6);
+        EXPECT_NEAR(p.y, ah * 0.7, 1e-6);
+    }
 }
 
 TEST_F(WindowWorldTest, TheRobotIsPutDownAndTurnedByHandOnlyWhileStopped) {

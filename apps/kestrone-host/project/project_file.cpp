@@ -1,6 +1,8 @@
 #include "project_file.h"
 
 #include <QByteArray>
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -179,9 +181,39 @@ Variant decode_scalar(VarType type, const QJsonValue& value, const std::string& 
     }
 }
 
+// The host's part, when the file has one: each path text (or base64 of bytes that are not UTF-8).
+ProjectLinks decode_links(const QJsonObject& root) {
+    ProjectLinks links;
+    const QJsonValue part = root.value(QStringLiteral("host"));
+    if (part.isUndefined()) return links;
+    if (!part.isObject()) fault("its host part is not an object");
+    const QJsonObject o = part.toObject();
+    for (const auto& [field, path] :
+         {std::pair{"program", &links.program}, {"arena", &links.arena}}) {
+        const QString name = QLatin1String(field);
+        if (o.contains(name) || o.contains(name + QLatin1String("Base64")))
+            *path = get_text(o, field, std::string("its host part's ") + field);
+    }
+    return links;
+}
+
+// `path` made whole against `folder`; an empty one stays empty.
+std::string whole_path(const QString& folder, const std::string& path) {
+    if (path.empty()) return path;
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(QString::fromStdString(path)))
+        .toStdString();
+}
+
 }  // namespace
 
 std::optional<StoreEntries> decode_project(const std::string& bytes, std::string* error) {
+    auto contents = decode_project_contents(bytes, error);
+    if (!contents) return std::nullopt;
+    return std::move(contents->store);
+}
+
+std::optional<ProjectContents> decode_project_contents(const std::string& bytes,
+                                                       std::string* error) {
     try {
         QJsonParseError parse{};
         const QJsonDocument doc = QJsonDocument::fromJson(
@@ -215,7 +247,7 @@ std::optional<StoreEntries> decode_project(const std::string& bytes, std::string
             Variant value = decode_value(entry.value(QStringLiteral("value")), named, 0);
             entries.push_back({std::move(key), std::move(value)});
         }
-        return entries;
+        return ProjectContents{std::move(entries), decode_links(root)};
     } catch (const Fault& f) {
         if (error) *error = f.message;
         return std::nullopt;
@@ -223,12 +255,24 @@ std::optional<StoreEntries> decode_project(const std::string& bytes, std::string
 }
 
 std::optional<StoreEntries> load_project(const std::string& path, std::string* error) {
+    auto contents = load_project_file(path, error);
+    if (!contents) return std::nullopt;
+    return std::move(contents->store);
+}
+
+std::optional<ProjectContents> load_project_file(const std::string& path, std::string* error) {
     std::string bytes, why;
-    std::optional<StoreEntries> entries;
+    std::optional<ProjectContents> contents;
     if (read_user_file(path, kMaxProjectFileBytes, "a project file", &bytes, &why))
-        entries = decode_project(bytes, &why);
-    if (!entries && error) *error = "cannot load the project file " + path + ": " + why;
-    return entries;
+        contents = decode_project_contents(bytes, &why);
+    if (!contents) {
+        if (error) *error = "cannot load the project file " + path + ": " + why;
+        return contents;
+    }
+    const QString folder = QFileInfo(QString::fromStdString(path)).absolutePath();
+    contents->links.program = whole_path(folder, contents->links.program);
+    contents->links.arena = whole_path(folder, contents->links.arena);
+    return contents;
 }
 
 }  // namespace host

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "component_session.h"
 #include "kestrone/memory_store.h"
 
 namespace host {
@@ -21,8 +22,10 @@ inline constexpr int kProjectFileVersion = 2;
 // write more is refused, so that every file saved can be opened again.
 inline constexpr long long kMaxProjectFileBytes = 64LL * 1024 * 1024;
 
-// The whole file as text, and back. decode gives nullopt with `error` saying what is wrong.
-std::string encode_project(const StoreEntries& entries);
+// The whole file as text, and back. decode gives nullopt with `error` saying what is wrong. The
+// host's part (`links`) is written as it is given, beside the store; a file without it (as every
+// file before it) reads with none.
+std::string encode_project(const StoreEntries& entries, const ProjectLinks& links = {});
 
 // Why a store could not be saved (a load would refuse the file: arrays nested too deep, more than
 // `max_bytes`), or empty when it can. With `extra`, the store as it would be with that entry set:
@@ -30,11 +33,15 @@ std::string encode_project(const StoreEntries& entries);
 std::string why_not_saveable(const StoreEntries& entries, const StoreEntry* extra = nullptr,
                              long long max_bytes = kMaxProjectFileBytes);
 std::optional<StoreEntries> decode_project(const std::string& bytes, std::string* error);
+std::optional<ProjectContents> decode_project_contents(const std::string& bytes,
+                                                       std::string* error);
 
 // Reads the file at `path`. On any failure (no such file, a folder, unreadable, damaged,
 // truncated, of another version, a value of an unknown kind) it gives nullopt and a message
 // that names the file and the fault.
 std::optional<StoreEntries> load_project(const std::string& path, std::string* error);
+// The same with the host's part, its paths made whole against the file's folder.
+std::optional<ProjectContents> load_project_file(const std::string& path, std::string* error);
 
 // Writes to a new file beside `path`, flushes it to disk and renames it over `path`, so that a
 // crash at any moment leaves either the old file or the new one. False with a message on failure;
@@ -42,8 +49,11 @@ std::optional<StoreEntries> load_project(const std::string& path, std::string* e
 // editor refuses it), and a store that load_project would refuse (too large, nested too deep).
 // The unfinished new files of earlier saves of `path` that were killed are removed.
 bool save_project(const std::string& path, const StoreEntries& entries, std::string* error);
+// The same with the host's part, its paths written relative to the file's folder.
+bool save_project_file(const std::string& path, const ProjectContents& contents,
+                       std::string* error);
 // The same with another limit of size than a load's (for tests: a file that large is costly).
 bool save_project_within(const std::string& path, const StoreEntries& entries, long long max_bytes,
-                         std::string* error);
+                         std::string* error, const ProjectLinks& links = {});
 
 }  // namespace host

@@ -11,6 +11,9 @@
 #include <cstring>
 #include <string_view>
 
+#include <QDir>
+#include <QFileInfo>
+
 #include "project_file.h"
 #include "user_file.h"
 
@@ -106,8 +109,19 @@ bool save_project(const std::string& path, const StoreEntries& entries, std::str
     return save_project_within(path, entries, kMaxProjectFileBytes, error);
 }
 
+bool save_project_file(const std::string& path, const ProjectContents& contents,
+                       std::string* error) {
+    const QDir folder = QFileInfo(QString::fromStdString(path)).absoluteDir();
+    const auto relative = [&folder](const std::string& link) {
+        return link.empty() ? link
+                            : folder.relativeFilePath(QString::fromStdString(link)).toStdString();
+    };
+    return save_project_within(path, contents.store, kMaxProjectFileBytes, error,
+                               {relative(contents.links.program), relative(contents.links.arena)});
+}
+
 bool save_project_within(const std::string& path, const StoreEntries& entries, long long max_bytes,
-                         std::string* error) {
+                         std::string* error, const ProjectLinks& links) {
     auto fail = [&](const std::string& why) {
         if (error) *error = "cannot save the project file " + path + ": " + why;
         return false;
@@ -125,7 +139,7 @@ bool save_project_within(const std::string& path, const StoreEntries& entries, l
     // reader's own.
     if (std::string why = why_not_saveable(entries, nullptr, max_bytes); !why.empty())
         return fail(why);
-    const std::string bytes = encode_project(entries);
+    const std::string bytes = encode_project(entries, links);
     if (std::string why; !decode_project(bytes, &why))
         return fail("it could not be opened again: " + why);
     remove_stale_saves(target);

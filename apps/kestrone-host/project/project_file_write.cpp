@@ -18,7 +18,9 @@ namespace {
 
 constexpr std::string_view kHead = "{\n    \"format\": \"kestrone-project\",\n    \"version\": ";
 constexpr std::string_view kStore = ",\n    \"store\": [";
-constexpr std::string_view kEnd = "\n    ]\n}\n";
+constexpr std::string_view kEnd = "\n    ]";
+constexpr std::string_view kHost = ",\n    \"host\": {";
+constexpr std::string_view kClose = "\n}\n";
 
 struct KindName {
     VarType type;
@@ -89,6 +91,19 @@ class Writer {
             buf, static_cast<std::size_t>(std::to_chars(buf, buf + sizeof buf, n).ptr - buf));
     }
 
+    // "FIELD": text, or "FIELDBase64": its bytes when they are not UTF-8.
+    void text(std::string_view field, const std::string& s) {
+        out_ += "\"";
+        out_ += field;
+        if (is_utf8(s)) {
+            out_ += "\": ";
+            return quoted(s);
+        }
+        out_ += "Base64\": \"";
+        base64(s);
+        out_ += "\"";
+    }
+
   private:
     // A typed array keeps its kind once and its elements bare; a Variant array, or strings that
     // are not all UTF-8, keep each element's own object.
@@ -145,19 +160,6 @@ class Writer {
     template <class F>
     static bool is_negative_zero(F x) {
         return x == 0 && std::signbit(x);
-    }
-
-    // "FIELD": text, or "FIELDBase64": its bytes when they are not UTF-8.
-    void text(std::string_view field, const std::string& s) {
-        out_ += "\"";
-        out_ += field;
-        if (is_utf8(s)) {
-            out_ += "\": ";
-            return quoted(s);
-        }
-        out_ += "Base64\": \"";
-        base64(s);
-        out_ += "\"";
     }
 
     void quoted(std::string_view s) {
@@ -221,8 +223,25 @@ int array_nesting(const Variant& v) {
     return deepest + 1;
 }
 
+// The host's part, only when it has something: a file without it reads the same.
 template <class Out>
-void write_project(Out& out, const StoreEntries& entries, const StoreEntry* extra) {
+void write_links(Out& out, const ProjectLinks& links) {
+    if (links.program.empty() && links.arena.empty()) return;
+    out += kHost;
+    bool first = true;
+    for (const auto& [field, path] :
+         {std::pair{"program", &links.program}, {"arena", &links.arena}}) {
+        if (path->empty()) continue;
+        if (!first) out += ", ";
+        first = false;
+        Writer<Out>(out).text(field, *path);
+    }
+    out += "}";
+}
+
+template <class Out>
+void write_project(Out& out, const StoreEntries& entries, const StoreEntry* extra,
+                   const ProjectLinks& links = {}) {
     out += kHead;
     Writer<Out>(out).number(kProjectFileVersion);
     out += kStore;
@@ -236,13 +255,15 @@ void write_project(Out& out, const StoreEntries& entries, const StoreEntry* extr
         if (!extra || e.key != extra->key) one(e.key, e.value);
     if (extra) one(extra->key, extra->value);
     out += kEnd;
+    write_links(out, links);
+    out += kClose;
 }
 
 }  // namespace
 
-std::string encode_project(const StoreEntries& entries) {
+std::string encode_project(const StoreEntries& entries, const ProjectLinks& links) {
     std::string out;
-    write_project(out, entries, nullptr);
+    write_project(out, entries, nullptr, links);
     return out;
 }
 

@@ -37,12 +37,26 @@ inline constexpr kestrone::HRESULT kSessionBusy = static_cast<kestrone::HRESULT>
 // No object, or the object lacks the interface the operation needs.
 inline constexpr kestrone::HRESULT kNoObject = kestrone::E_NOINTERFACE;
 
+// The host's own part of a project, beside the component's store: the program and the arena it
+// was saved with, as paths the host opens (the file holds them relative to itself). Empty: none.
+struct ProjectLinks {
+    std::string program;
+    std::string arena;
+    bool operator==(const ProjectLinks&) const = default;
+};
+
+struct ProjectContents {
+    StoreEntries store;
+    ProjectLinks links;
+};
+
 // How the project file is read and written; the session knows no file format of its own.
 struct ProjectCodec {
-    // The whole store of the file, or nullopt with `error` naming the file and the fault.
-    std::function<std::optional<StoreEntries>(const std::string& path, std::string* error)> load;
+    // The whole file, or nullopt with `error` naming the file and the fault.
+    std::function<std::optional<ProjectContents>(const std::string& path, std::string* error)> load;
     // Writes the file whole; false with `error` on failure, the old file then untouched.
-    std::function<bool(const std::string& path, const StoreEntries& entries, std::string* error)>
+    std::function<bool(const std::string& path, const ProjectContents& contents,
+                       std::string* error)>
         save;
 };
 
@@ -191,6 +205,10 @@ class ComponentSession {
     bool save_project(std::string* error);
     bool save_project_as(const std::string& path, std::string* error);
     const std::string& project_path() const { return project_path_; }
+    // The host's part: what the file opened had, and what the next save writes. A console's load
+    // and save carry it over; a new project has none.
+    const ProjectLinks& project_links() const { return links_; }
+    void set_project_links(ProjectLinks links) { links_ = std::move(links); }
     // Unsaved changes: a change of the store or an apply of the page makes the project dirty, an
     // open or a save makes it clean.
     bool dirty() const { return dirty_; }
@@ -244,6 +262,7 @@ class ComponentSession {
 
     kestrone::MemoryStore store_;
     std::string project_path_;
+    ProjectLinks links_;
     bool dirty_ = false;
 };
 

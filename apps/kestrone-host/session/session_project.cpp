@@ -20,6 +20,7 @@ void ComponentSession::clear_store() {
 void ComponentSession::new_project() {
     store_.clear();
     project_path_.clear();
+    links_ = {};
     dirty_ = false;
 }
 
@@ -57,12 +58,13 @@ bool ComponentSession::open_project(const std::string& path, std::string* error)
         return false;
     }
     std::string why;
-    auto entries = codec_.load(path, &why);
-    if (!entries) {
+    auto contents = codec_.load(path, &why);
+    if (!contents) {
         if (error) *error = why;
         return false;
     }
-    store_.assign(std::move(*entries));
+    store_.assign(std::move(contents->store));
+    links_ = std::move(contents->links);
     project_path_ = path;
     dirty_ = false;
     return true;
@@ -82,7 +84,7 @@ bool ComponentSession::save_project_as(const std::string& path, std::string* err
         return false;
     }
     std::string why;
-    if (!codec_.save(path, store_.entries(), &why)) {
+    if (!codec_.save(path, {store_.entries(), links_}, &why)) {
         if (error) *error = why;
         return false;
     }

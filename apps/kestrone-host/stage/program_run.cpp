@@ -26,23 +26,45 @@ bool component_ready(host::ComponentSession& session) {
 }
 }  // namespace
 
+std::optional<kflow::MacroTable> ProgramRun::macros_of(host::ComponentSession& session,
+                                                       std::string* error, bool ready_it) {
+    kestrone::IKestroneComponentV5* component = session.component();
+    if (!component) {
+        fail_with(error, "the component offers no host interface");
+        return std::nullopt;
+    }
+    if (!component_ready(session)) {
+        if (!ready_it) {
+            fail_with(error, "the component has not been told the host's version yet");
+            return std::nullopt;
+        }
+        const HRESULT hr = session.make_ready();
+        if (kestrone::failed(hr)) {
+            fail_with(error, "the component could not take the host's version (" +
+                                 kflow::status_words(hr) + ")");
+            return std::nullopt;
+        }
+    }
+    return kflow::MacroTable::read(*component, error);
+}
+
 bool ProgramRun::load(host::ComponentSession& session, const std::string& path,
                       std::string* error) {
     if (session.in_call()) return fail_with(error, "a call in progress holds the session");
-    kestrone::IKestroneComponentV5* component = session.component();
-    if (!component) return fail_with(error, "the component offers no host interface");
+    if (!session.component()) return fail_with(error, "the component offers no host interface");
     std::string source, unread;
     if (!host::read_user_file(path, host::kLargestTextFile, "a robot program", &source, &unread))
         return fail_with(error, "cannot read the program " + path + ": " + unread);
-    if (!component_ready(session)) {
-        const HRESULT hr = session.make_ready();
-        if (kestrone::failed(hr))
-            return fail_with(error, "the component could not take the host's version (" +
-                                        kflow::status_words(hr) + ")");
-    }
-    std::string why;
-    auto macros = kflow::MacroTable::read(*component, &why);
-    if (!macros) return fail_with(error, why);
+    return load_text(session, source, path, error);
+}
+
+bool ProgramRun::load_text(host::ComponentSession& session, std::string_view source,
+                           const std::string& path, std::string* error) {
+    if (session.in_call()) return fail_with(error, "a call in progress holds the session");
+    kestrone::IKestroneComponentV5* component = session.component();
+    if (!component) return fail_with(error, "the component offers no host interface");
+    const auto macros = macros_of(session, error);
+    if (!macros) return false;
     kflow::CheckedProgram checked = kflow::check_program(source, path, *macros);
     if (!checked.program)
         return fail_with(error, checked.faults.empty()
@@ -166,13 +188,18 @@ int ProgramRun::where() const {
     return interpreter_ && running() ? interpreter_->next_line() : 0;
 }
 
-std::optional<int> ProgramRun::set_breakpoint(int line) {
+std::optional<int> ProgramRun::statement_at(int line) const {
     if (!interpreter_) return std::nullopt;
     const std::vector<int>& lines = interpreter_->statement_lines();
     const auto it = std::lower_bound(lines.begin(), lines.end(), line);
     if (it == lines.end()) return std::nullopt;
-    breakpoints_.insert(*it);
     return *it;
+}
+
+std::optional<int> ProgramRun::set_breakpoint(int line) {
+    const std::optional<int> at = statement_at(line);
+    if (at) breakpoints_.insert(*at);
+    return at;
 }
 
 std::vector<std::pair<std::string, std::int16_t>> ProgramRun::variables() const {

@@ -25,6 +25,14 @@ class ProgramRun {
     // the program's first fault as FILE:LINE:COLUMN: TEXT; the program loaded before stays. A
     // program that was running is stopped and replaced.
     bool load(host::ComponentSession& session, const std::string& path, std::string* error);
+    // The same from text a face holds (an editor's, saved or not), named `name` in messages.
+    bool load_text(host::ComponentSession& session, std::string_view source,
+                   const std::string& name, std::string* error);
+    // The component's macro table, as programs are checked against it; nullopt with `error` when
+    // it cannot be read. A component that has not been told the host's version is told it first
+    // (`ready_it`), or is left alone and has none yet.
+    static std::optional<kflow::MacroTable> macros_of(host::ComponentSession& session,
+                                                      std::string* error, bool ready_it = true);
     bool loaded() const { return interpreter_ != nullptr; }
     // The checked program, while one is loaded.
     const kflow::Program* program() const { return program_.get(); }
@@ -63,6 +71,8 @@ class ProgramRun {
     // A breakpoint on the statement at `line` or the first after it: that statement's line;
     // nullopt after the last statement or without a program.
     std::optional<int> set_breakpoint(int line);
+    // The line of the statement at `line` or the first after it; nullopt after the last.
+    std::optional<int> statement_at(int line) const;
     void clear_breakpoint(int line) { breakpoints_.erase(line); }
     void clear_breakpoints() { breakpoints_.clear(); }
     const std::set<int>& breakpoints() const { return breakpoints_; }

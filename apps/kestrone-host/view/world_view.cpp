@@ -32,23 +32,51 @@ void WorldView::set_zoom(int zoom) {
     update();
 }
 
+void WorldView::set_fit(bool fit) {
+    fit_ = fit;
+    updateGeometry();
+    update();
+}
+
 QSize WorldView::sizeHint() const {
     const World& w = driver_.world();
     if (!w.loaded()) return {2 * kMargin + 200, 2 * kMargin + 150};
-    return {2 * kMargin + static_cast<int>(std::lround(w.arena().width * scale())),
-            2 * kMargin + static_cast<int>(std::lround(w.arena().height * scale()))};
+    const Frame f = zoom_frame();
+    return {2 * kMargin + static_cast<int>(std::lround(w.arena().width * f.scale)),
+            2 * kMargin + static_cast<int>(std::lround(w.arena().height * f.scale))};
+}
+
+QSize WorldView::minimumSizeHint() const {
+    return fit_ ? QSize(4 * kMargin, 4 * kMargin) : sizeHint();
+}
+
+QPointF WorldView::Frame::px(Vec f, double height) const {
+    return {origin.x() + f.x * scale, origin.y() + (height - f.y) * scale};
+}
+
+WorldView::Frame WorldView::zoom_frame() const {
+    return {kPixelsPerMm * zoom_, QPointF(kMargin, kMargin)};
+}
+
+// Fitting: the whole floor inside the rim, centred; too small a widget draws at the zoom's scale.
+WorldView::Frame WorldView::screen_frame() const {
+    const World& w = driver_.world();
+    const double room_x = width() - 2.0 * kMargin, room_y = height() - 2.0 * kMargin;
+    if (!fit_ || !w.loaded() || room_x < 1 || room_y < 1) return zoom_frame();
+    const double s = std::min(room_x / w.arena().width, room_y / w.arena().height);
+    return {s, QPointF((width() - w.arena().width * s) / 2, (height() - w.arena().height * s) / 2)};
 }
 
 QPointF WorldView::to_pixels(Vec f) const {
     const World& w = driver_.world();
-    const double height = w.loaded() ? w.arena().height : 0;
-    return {kMargin + f.x * scale(), kMargin + (height - f.y) * scale()};
+    return screen_frame().px(f, w.loaded() ? w.arena().height : 0);
 }
 
 Vec WorldView::to_floor(QPointF px) const {
     const World& w = driver_.world();
     const double height = w.loaded() ? w.arena().height : 0;
-    return {(px.x() - kMargin) / scale(), height - (px.y() - kMargin) / scale()};
+    const Frame f = screen_frame();
+    return {(px.x() - f.origin.x()) / f.scale, height - (px.y() - f.origin.y()) / f.scale};
 }
 
 void WorldView::refresh() {
@@ -71,7 +99,7 @@ QImage WorldView::render_image(std::string* why) const {
     }
     image.fill(kRim);
     QPainter p(&image);
-    paint(p);
+    paint(p, zoom_frame());
     return image;
 }
 
@@ -80,43 +108,44 @@ void WorldView::paintEvent(QPaintEvent* event) {
     // Only what is exposed: a floor of kilometres is far larger than its scroll area.
     p.setClipRect(event->rect());
     p.fillRect(event->rect(), kRim);
-    paint(p);
+    paint(p, screen_frame());
     painted_revision_ = driver_.world().revision();
 }
 
-void WorldView::paint(QPainter& p) const {
+void WorldView::paint(QPainter& p, const Frame& f) const {
     if (!driver_.world().loaded()) return;
     p.setRenderHint(QPainter::Antialiasing);
-    paint_floor(p);
-    paint_robot(p);
+    paint_floor(p, f);
+    paint_robot(p, f);
 }
 
-void WorldView::paint_floor(QPainter& p) const {
+void WorldView::paint_floor(QPainter& p, const Frame& f) const {
     const Arena& a = driver_.world().arena();
-    p.fillRect(QRectF(to_pixels({0, a.height}), to_pixels({a.width, 0})), kFloor);
-    const auto box = [this](const Zone& z) {
-        return QRectF(to_pixels({z.corner.x, z.corner.y + z.height}),
-                      to_pixels({z.corner.x + z.width, z.corner.y}));
+    const auto pixel = [&](Vec v) { return f.px(v, a.height); };
+    p.fillRect(QRectF(pixel({0, a.height}), pixel({a.width, 0})), kFloor);
+    const auto box = [&](const Zone& z) {
+        return QRectF(pixel({z.corner.x, z.corner.y + z.height}),
+                      pixel({z.corner.x + z.width, z.corner.y}));
     };
     for (const Zone& z : a.zones)
         p.fillRect(box(z), kZone);
     for (const Line& l : a.lines) {
-        QPainterPath path(to_pixels(l.points.front()));
+        QPainterPath path(pixel(l.points.front()));
         for (const Vec& pt : l.points)
-            path.lineTo(to_pixels(pt));
-        p.strokePath(path, QPen(kLine, std::max(1.0, l.width * scale()), Qt::SolidLine,
+            path.lineTo(pixel(pt));
+        p.strokePath(path, QPen(kLine, std::max(1.0, l.width * f.scale), Qt::SolidLine,
                                 Qt::RoundCap, Qt::RoundJoin));
     }
-    p.setPen(QPen(kWall, std::max(2.0, kWallThickness * scale()), Qt::SolidLine, Qt::SquareCap));
+    p.setPen(QPen(kWall, std::max(2.0, kWallThickness * f.scale), Qt::SolidLine, Qt::SquareCap));
     for (const Segment& s : a.walls)
-        p.drawLine(to_pixels(s.a), to_pixels(s.b));
+        p.drawLine(pixel(s.a), pixel(s.b));
     for (const Light& l : a.lights) {
-        const double r = std::max(3.0, 40 * scale());
+        const double r = std::max(3.0, 40 * f.scale);
         p.setPen(Qt::NoPen);
         QColor halo = kLightColour;
         halo.setAlphaF(0.25 + 0.5 * l.intensity);
         p.setBrush(halo);
-        p.drawEllipse(to_pixels(l.at), r, r);
+        p.drawEllipse(pixel(l.at), r, r);
     }
     // The zones' names last, so that no line or wall hides them.
     QColor name = kZone.darker(250);
@@ -134,30 +163,31 @@ void WorldView::paint_floor(QPainter& p) const {
     }
 }
 
-void WorldView::paint_robot(QPainter& p) const {
+void WorldView::paint_robot(QPainter& p, const Frame& f) const {
     const World& w = driver_.world();
+    const auto pixel = [&](Vec v) { return f.px(v, w.arena().height); };
     if (w.trail().size() > 1) {
-        QPainterPath trail(to_pixels(w.trail().front()));
+        QPainterPath trail(pixel(w.trail().front()));
         for (const Vec& pt : w.trail())
-            trail.lineTo(to_pixels(pt));
-        trail.lineTo(to_pixels(w.pose().centre));
+            trail.lineTo(pixel(pt));
+        trail.lineTo(pixel(w.pose().centre));
         p.strokePath(trail, QPen(kTrail, 1.5));
     }
     const Pose& pose = w.pose();
-    const QPointF c = to_pixels(pose.centre);
-    const double r = kBodyRadius * scale();
+    const QPointF c = pixel(pose.centre);
+    const double r = kBodyRadius * f.scale;
     p.setPen(QPen(kBody.darker(150), 1.5));
     p.setBrush(kBody);
     p.drawEllipse(c, r, r);
-    p.setPen(QPen(Qt::white, std::max(1.5, 6 * scale()), Qt::SolidLine, Qt::RoundCap));
-    p.drawLine(c, to_pixels(pose.centre + kBodyRadius * direction(pose.heading)));
+    p.setPen(QPen(Qt::white, std::max(1.5, 6 * f.scale), Qt::SolidLine, Qt::RoundCap));
+    p.drawLine(c, pixel(pose.centre + kBodyRadius * direction(pose.heading)));
     const Readings read = w.readings();
-    const double dot_r = std::max(2.0, 8 * scale());
+    const double dot_r = std::max(2.0, 8 * f.scale);
     for (bool left : {true, false}) {
         const bool on = left ? read.line_left : read.line_right;
         p.setPen(QPen(Qt::black, 1));
         p.setBrush(on ? kMark : QColor(Qt::white));
-        p.drawEllipse(to_pixels(line_sensor_point(pose, left)), dot_r, dot_r);
+        p.drawEllipse(pixel(line_sensor_point(pose, left)), dot_r, dot_r);
     }
 }
 

@@ -1,6 +1,7 @@
 // The arena from above, drawn to scale: its lines, walls, lights and zones, the robot with its
 // heading and sensor points, and the trail of its path. While `movable`, the robot can be picked
-// up and put down with the mouse and turned with the wheel.
+// up and put down with the mouse and turned with the wheel. On screen it is drawn at the zoom's
+// scale, or, fitting, as large as the widget holds it; its picture is always at the zoom's.
 #pragma once
 
 #include <QImage>
@@ -28,6 +29,8 @@ class WorldView : public QWidget {
     // A whole-number zoom, 1 to kLargestZoom: the drawing grows with it.
     void set_zoom(int zoom);
     int zoom() const { return zoom_; }
+    // Drawn as large as the widget holds it, centred, instead of at the zoom's scale.
+    void set_fit(bool fit);
     void set_movable(bool movable) { movable_ = movable; }
     bool movable() const { return movable_; }
 
@@ -42,7 +45,9 @@ class WorldView : public QWidget {
     QPointF to_pixels(Vec floor) const;
     Vec to_floor(QPointF pixels) const;
 
+    // The drawing at the zoom's scale.
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
   signals:
     // The robot moved under the user's hand: at every move of a drag, and when put down or turned.
@@ -58,16 +63,24 @@ class WorldView : public QWidget {
     void wheelEvent(QWheelEvent* event) override;
 
   private:
-    double scale() const { return kPixelsPerMm * zoom_; }
-    void paint(QPainter& p) const;
-    void paint_floor(QPainter& p) const;
-    void paint_robot(QPainter& p) const;
+    // Pixels a millimetre, and the pixel of the floor's upper left corner.
+    struct Frame {
+        double scale;
+        QPointF origin;
+        QPointF px(Vec floor, double height) const;
+    };
+    Frame zoom_frame() const;
+    Frame screen_frame() const;
+    void paint(QPainter& p, const Frame& f) const;
+    void paint_floor(QPainter& p, const Frame& f) const;
+    void paint_robot(QPainter& p, const Frame& f) const;
     // The robot put down at `pose`, if the walls allow it.
     bool put_down(const Pose& pose);
 
     WorldDriver& driver_;
     int zoom_ = 1;
     bool movable_ = false;
+    bool fit_ = false;
     bool carrying_ = false;
     Vec grip_;    // from the robot's centre to the point it was picked up by
     Vec lifted_;  // where its centre stood when it was picked up

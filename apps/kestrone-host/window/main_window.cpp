@@ -4,12 +4,13 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QHBoxLayout>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QSplitter>
+#include <QProgressBar>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <iostream>
 
 #include "error_text.h"
@@ -28,8 +29,9 @@ constexpr const char* kProduct = "Rovanta";
 
 MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     : options_(std::move(options)),
+      settings_(QString::fromStdString(options_.settings)),
       services_([this] { return project_name(); }),
-      stage_(services_, {&host::load_project, &host::save_project}),
+      stage_(services_, {&host::load_project_file, &host::save_project_file}),
       clock_(stage_, std::move(clock)),
       recorder_([this] { return stage_.now(); }),
       runner_(context_, clock_, recorder_, [this] { after_action(); }),
@@ -41,26 +43,24 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     };
     // Unattended, the component's own boxes are answered at once, as the console does.
     if (options_.quit_after_play) services_.set_box_handler([](QWidget* box) { box->close(); });
-    auto* central = new QSplitter(Qt::Vertical, this);
-    stage_area_ = new QWidget(central);
-    auto* row = new QHBoxLayout(stage_area_);
-    row->setContentsMargins(0, 0, 0, 0);
-    placeholder_ = new QLabel(stage_area_);
-    placeholder_->setAlignment(Qt::AlignCenter);
-    row->addWidget(placeholder_);
-    build_world_view(stage_area_);
-    program_ = new ProgramPane(central);
-    program_->hide();
-    setCentralWidget(central);
+    if (options_.zoom == 0) options_.zoom = std::max(settings_.zoom(), 1);
+    program_ = new ProgramPane(this);
+    setCentralWidget(program_);
+    build_docks();
     status_ = new QLabel(this);
+    // A long message is cut at the window's edge rather than widening the window.
+    status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(status_, 1);
+    progress_ = new QProgressBar(this);
+    progress_->setRange(0, 0);
+    progress_->setMaximumWidth(120);
+    progress_->hide();
+    statusBar()->addPermanentWidget(progress_);
     build_menus();
     connect(&clock_, &RealTimeClock::advanced, this, &MainWindow::after_action);
     connect(&player_, &ScriptPlayer::finished, this, &MainWindow::played_to_end);
-    connect(program_, &ProgramPane::save_code_requested, this, [this] {
-        const QString path = ask_save_path(this, tr("Save the C program"), tr("C (*.c)"));
-        if (!path.isEmpty()) save_code(path.toStdString());
-    });
+    connect_program_parts();
+    restore_layout();
     update_title();
 }
 
@@ -93,12 +93,11 @@ bool MainWindow::start() {
     set_zoom(options_.zoom);
     clock_.start();
     // After the clock has started: an action brings the stage to the clock's now first.
+    if (opened) open_project_links();
     if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
     if (!options_.run.empty()) {
-        if (open_program(options_.run))
-            run_program();
-        else
-            exit_status_ = 1;
+        if (open_program(options_.run)) run_program();
+        if (!stage_.program().running()) exit_status_ = 1;
     }
     if (!options_.play.empty()) {
         if (!player_.load(options_.play, &error)) {
@@ -108,7 +107,7 @@ bool MainWindow::start() {
             return true;
         }
         player_.play();
-    } else if (!options_.snapshot.empty() || options_.quit_after_play) {
+    } else if (!options_.snapshot.empty() || !options_.shot.empty() || options_.quit_after_play) {
         played_to_end();
     }
     return true;
@@ -137,6 +136,7 @@ void MainWindow::follow_object() {
     kestrone::IKestronePanel* panel = session().panel();
     if (panel == shown_panel_) return;
     shown_panel_ = panel;
+    follow_macros();
     if (!panel) {
         if (view_) view_->hide();
         placeholder_->show();
@@ -145,10 +145,11 @@ void MainWindow::follow_object() {
     if (view_) {
         view_->reset(*panel);
     } else {
-        view_ = new panelqt::PanelView(*panel, input_, stage_area_);
-        // The panel keeps its size; the world takes what room is left.
-        static_cast<QHBoxLayout*>(stage_area_->layout())->insertWidget(0, view_, 0, Qt::AlignTop);
+        view_ = new panelqt::PanelView(*panel, input_, placeholder_->parentWidget());
         view_->set_zoom(options_.zoom);
+        // The panel keeps its size at each zoom; the area scrolls when it is larger.
+        static_cast<QVBoxLayout*>(placeholder_->parentWidget()->layout())
+            ->insertWidget(0, view_, 0, Qt::AlignLeft | Qt::AlignTop);
     }
     placeholder_->hide();
     view_->show();
@@ -159,19 +160,16 @@ void MainWindow::after_action() {
     follow_object();
     if (view_ && session().panel()) view_->refresh();
     follow_world();
-    const int line = stage_.program().line();
-    if (line != shown_line_) {
-        shown_line_ = line;
-        program_->show_line(line);
-    }
+    follow_program();
     update_status();
     update_title();
 }
 
-// With a program open, Start runs it, as the host's Start runs the user's program; without one
-// the panel simulates alone.
+// With a program in the editor, Start runs it, as the host's Start runs the user's program;
+// without one the panel simulates alone.
 void MainWindow::start_simulation() {
-    if (stage_.program().loaded()) return run_program();
+    if (!program_->program_path().isEmpty() || !editor()->text().trimmed().isEmpty())
+        return run_program();
     runner_.perform(commands::Operation{"StartSimulation", false, {}});
 }
 
@@ -179,13 +177,6 @@ void MainWindow::start_simulation() {
 void MainWindow::stop_simulation() {
     if (stage_.program().running()) return stop_program();
     runner_.perform(commands::Operation{"StopSimulation", false, {}});
-}
-
-void MainWindow::set_zoom(int zoom) {
-    options_.zoom = std::clamp(zoom, 1, 3);
-    if (view_) view_->set_zoom(options_.zoom);
-    world_view_->set_zoom(options_.zoom);
-    follow_world();
 }
 
 std::unique_ptr<PropertiesDialog> MainWindow::make_properties() {
@@ -219,7 +210,9 @@ void MainWindow::update_status() {
                     : simulating()          ? tr("Simulating")
                                             : tr("Stopped");
     const stage::ProgramRun& program = stage_.program();
-    if (program.running())
+    if (program.paused())
+        state += tr(" - program paused at line %1").arg(program.where());
+    else if (program.running())
         state += tr(" - program at line %1").arg(program.line());
     else if (!program.message().empty())
         state += " - " + QString::fromStdString(program.message());
@@ -242,6 +235,10 @@ void MainWindow::update_title() {
     const QString title = project_name() + "[*] - " + kProduct;
     if (title != windowTitle()) setWindowTitle(title);
     if (session().dirty() != isWindowModified()) setWindowModified(session().dirty());
+    const QString path = program_->program_path();
+    const QString tab = (path.isEmpty() ? tr("New program") : QFileInfo(path).fileName()) +
+                        (editor()->isModified() ? "*" : "");
+    if (program_->tabText(0) != tab) program_->setTabText(0, tab);
 }
 
 void MainWindow::tell(const std::string& text) {
@@ -259,6 +256,7 @@ void MainWindow::played_to_end() {
     for (const std::string& failure : player_.failures())
         std::cerr << "kestrone-host: " << console::escape_text(failure) << "\n";
     if (!options_.snapshot.empty() && !write_snapshot(options_.snapshot)) exit_status_ = 1;
+    if (!options_.shot.empty() && !write_shot(options_.shot)) exit_status_ = 1;
     if (options_.quit_after_play) {
         clock_.stop();
         // Later, so that the event loop has started when it is asked to end.
@@ -278,9 +276,10 @@ bool MainWindow::write_snapshot(const std::string& path) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!may_discard()) return event->ignore();
+    if (!may_discard() || !may_discard_program()) return event->ignore();
     player_.stop();
     clock_.stop();
+    save_layout();
     event->accept();
 }
 

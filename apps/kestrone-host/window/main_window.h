@@ -1,6 +1,8 @@
-// kestrone-host's window: the panel with Start and Stop, zoom, the property dialog, project files,
-// robot programs, the arena, help, and the recording and playing of console scripts. A thin face
-// of the stage: every action is a command, run and recorded by the action runner.
+// kestrone-host's window: a workbench for a robot program beside the robot. The program's editor
+// is the work area; the panel, the arena, the program's variables and its problems stand in dock
+// areas around it. Start and Stop, the debugger, zoom, the property dialog, project and program
+// files, help, and the recording and playing of console scripts. A thin face of the stage: every
+// action on the robot is a command, run and recorded by the action runner.
 #pragma once
 
 #include <QLabel>
@@ -11,18 +13,28 @@
 
 #include "action_recorder.h"
 #include "action_runner.h"
+#include "hex_builder.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
+#include "problems_view.h"
+#include "program_checker.h"
+#include "program_file.h"
 #include "program_pane.h"
 #include "real_time_clock.h"
 #include "script_player.h"
 #include "stage.h"
+#include "variables_view.h"
 #include "view_input.h"
 #include "window_services.h"
+#include "window_settings.h"
 #include "world_view.h"
 
 class QAction;
+class QDockWidget;
+class QMenu;
+class QProgressBar;
 class QScrollArea;
+class QStackedWidget;
 
 namespace window {
 
@@ -36,10 +48,12 @@ struct WindowOptions {
     std::string module;    // the component module
     std::string play;      // a console script to play in real time
     std::string project;   // a project file to open
-    int zoom = 1;          // 1, 2 or 3
+    int zoom = 0;          // 1, 2 or 3; 0: as the window was last left (1 the first time)
     std::string world;     // an arena to open
     std::string run;       // a robot program to open and run at once
     std::string snapshot;  // a PNG of the panel (and world), written once the script has played
+    std::string shot;      // a PNG of the whole window, written then too
+    std::string settings;  // a settings file of the window's own; empty: the user's settings
     bool quit_after_play = false;
 };
 
@@ -53,25 +67,47 @@ class MainWindow : public QMainWindow {
     // script if one was given. False when there is no object to show (the user has been told).
     bool start();
 
-    // The actions of the menus.
+    // ---- The robot (main_window.cpp, window_layout.cpp)
     void start_simulation();
     void stop_simulation();
     void set_zoom(int zoom);
+    int zoom() const { return options_.zoom; }
     void show_properties();
     // The dialog for the open page, not yet shown (show_properties runs it modally).
     std::unique_ptr<PropertiesDialog> make_properties();
+    // The size of a first start on a screen of `available` room: everything readable, nothing
+    // past the screen's edge.
+    static QSize first_size(const QSize& available);
+
+    // ---- Files (window_files.cpp, window_program.cpp)
     bool new_project();
     bool open_project(const std::string& path);
     bool save_project();
     bool save_project_as(const std::string& path);
+    bool new_program();
+    // Into the editor; false when it cannot be read (the user is told).
     bool open_program(const std::string& path);
-    void run_program();
-    void stop_program();
+    bool save_program();
+    bool save_program_as(const std::string& path);
+    // A file of Recent files or Examples, opened by its kind: a program, an arena or a project.
+    bool open_file(const std::string& path);
     bool save_recording(const std::string& path);
     bool save_code(const std::string& path);
+    // Compiles the C for the chip off the interface's thread; the .hex goes to `path`.
+    bool save_hex(const std::string& path);
     void show_help();
-    // The arena beside the panel (window_world.cpp): a bad file is told and leaves the world as
-    // it was.
+
+    // ---- The program and its debugger (window_debug.cpp). Each runs the editor's text.
+    void run_program();  // runs to a breakpoint; paused, goes on
+    void pause_program();
+    void step_program();  // to the next line that runs; not running, starts stopped at the first
+    void continue_program();
+    void run_to_cursor();
+    void stop_program();
+    void toggle_breakpoint();  // at the editor's caret
+
+    // ---- The arena beside the panel (window_world.cpp): a bad file is told and leaves the world
+    // as it was.
     bool open_arena(const std::string& path);
     void close_arena();
     void reset_robot();
@@ -79,6 +115,8 @@ class MainWindow : public QMainWindow {
     // the panel and the world side by side at the window's zoom. False with the user told when
     // it fails.
     bool write_snapshot(const std::string& path);
+    // The whole window as it stands to a PNG.
+    bool write_shot(const std::string& path);
 
     stage::Stage& stage() { return stage_; }
     host::ComponentSession& session() { return stage_.session(); }
@@ -88,15 +126,28 @@ class MainWindow : public QMainWindow {
     ActionRecorder& recorder() { return recorder_; }
     WindowServices& services() { return services_; }
     ScriptPlayer& player() { return player_; }
+    WindowSettings& settings() { return settings_; }
     ProgramPane* program_pane() const { return program_; }
+    ProgramEditor* editor() const { return program_->editor(); }
+    ProblemsView* problems() const { return problems_; }
+    VariablesView* variables() const { return variables_; }
+    ProgramChecker& checker() { return checker_; }
+    HexBuilder& hex() { return hex_; }
     panelqt::PanelView* view() const { return view_; }
+    QScrollArea* panel_area() const { return panel_area_; }
     world::WorldView* world_view() const { return world_view_; }
     world::World& world() { return stage_.world(); }
     QString status_text() const { return status_->text(); }
-    // The question before unsaved changes are lost: true to go on. Tests give their own answer.
+    // The questions the user answers; tests give their own answers. Unsaved changes of the
+    // project (true: go on), of the program (true: go on), and a program changed on disk while
+    // the editor holds edits (true: take the file's).
     void set_confirm_discard(std::function<bool()> confirm) {
         confirm_discard_ = std::move(confirm);
     }
+    void set_confirm_program_discard(std::function<bool()> confirm) {
+        confirm_program_discard_ = std::move(confirm);
+    }
+    void set_confirm_reload(std::function<bool()> confirm) { confirm_reload_ = std::move(confirm); }
     // The failures of the last play, and the exit status for --quit-after-play.
     int exit_status() const { return exit_status_; }
 
@@ -104,10 +155,21 @@ class MainWindow : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    // window_menus.cpp
     void build_menus();
     void build_file_menu();
     void build_program_menu();
-    // A new object, made ready as a host does when `ready`; the view follows it.
+    void build_debug_menu();
+    void build_view_menu();
+    void fill_recent_menu();
+    void fill_examples_menu(QMenu* menu);
+    // window_layout.cpp
+    void build_docks();
+    QDockWidget* add_dock(const QString& title, const QString& name, QWidget* content,
+                          Qt::DockWidgetArea area);
+    void restore_layout();
+    void save_layout();
+    // main_window.cpp
     bool make_object(bool ready);
     void make_object_ready();
     void follow_object();
@@ -118,16 +180,33 @@ class MainWindow : public QMainWindow {
     bool may_discard();
     bool ask_discard();
     void played_to_end();
-    void refresh_code();
     QString project_name();
     bool simulating();
+    // window_program.cpp
+    void connect_program_parts();
+    void refresh_code();
+    void follow_macros();
+    void text_edited();
+    void reload_program(const QString& text);
+    // Into the editor as it stands, nothing asked and nothing stopped.
+    bool show_program_file(const std::string& path);
+    bool may_discard_program();
+    void remember_file(const std::string& path);
+    void open_project_links();
+    void hex_built(bool ok, const QString& why, const QStringList& messages);
+    // window_debug.cpp
+    bool load_editor_program();
+    bool begin_debugging();
+    void follow_program();
+    void push_breakpoints();
     // window_world.cpp
-    void build_world_view(QWidget* stage);
+    void build_world_view();
     void follow_world();
     void robot_put_down();
     std::string write_stage(kestrone::IKestronePanel& panel, const std::string& path);
 
     WindowOptions options_;
+    WindowSettings settings_;
     WindowServices services_;
     stage::Stage stage_;
     commands::Context context_{stage_};
@@ -136,20 +215,37 @@ class MainWindow : public QMainWindow {
     ActionRunner runner_;
     ViewInput input_;
     ScriptPlayer player_;
+    ProgramChecker checker_;
+    ProgramFile file_;
+    HexBuilder hex_;
     panelqt::PanelSnapshots snapshots_;
     panelqt::PanelView* view_ = nullptr;
     QLabel* placeholder_ = nullptr;
-    QWidget* stage_area_ = nullptr;  // the panel and the world side by side
-    QScrollArea* world_area_ = nullptr;
+    QScrollArea* panel_area_ = nullptr;
+    QStackedWidget* arena_stack_ = nullptr;
     world::WorldView* world_view_ = nullptr;
+    QDockWidget* arena_dock_ = nullptr;
     QAction* close_arena_ = nullptr;
     QAction* reset_robot_ = nullptr;
+    QMenu* recent_menu_ = nullptr;
+    struct DebugActions {
+        QAction *run, *pause, *step, *go_on, *run_to, *stop;
+    } debug_{};
     ProgramPane* program_ = nullptr;
+    ProblemsView* problems_ = nullptr;
+    VariablesView* variables_ = nullptr;
     QLabel* status_ = nullptr;
+    QProgressBar* progress_ = nullptr;
     kestrone::IKestronePanel* shown_panel_ = nullptr;
+    kestrone::IKestroneComponentV5* checked_against_ = nullptr;
     std::function<bool()> confirm_discard_;
+    std::function<bool()> confirm_program_discard_;
+    std::function<bool()> confirm_reload_;
+    std::string arena_path_;
+    std::string loaded_as_;  // the name the stage's program was loaded under from the editor
     int exit_status_ = 0;
     int shown_line_ = -1;
+    bool told_compiler_missing_ = false;
 };
 
 }  // namespace window

@@ -44,15 +44,21 @@ void RealTimeClock::stop() {
 }
 
 std::int64_t RealTimeClock::target() const {
-    // Before the start real time stands for nothing yet.
-    if (!started_) return stage_.now();
+    // Before the start real time stands for nothing yet; held, it stands for nothing either.
+    if (!started_ || stage_.program().paused()) return stage_.now();
     std::int64_t when = stage_origin_ + (clock_() - real_origin_);
     if (ceiling_) when = std::min(when, *ceiling_);
     return std::max(when, stage_.now());
 }
 
 void RealTimeClock::pulse() {
+    if (held_ && !stage_.program().paused()) {
+        // The held time is not made up: the stage goes on from where it stood.
+        real_origin_ = clock_();
+        stage_origin_ = stage_.now();
+    }
     stage_.bring_to(target());
+    held_ = stage_.program().paused();
     measure(clock_());
     emit advanced();
     if (started_) schedule();
@@ -92,6 +98,11 @@ void RealTimeClock::schedule() {
     }
     std::int64_t wait = kIdleMs;
     const std::int64_t now = stage_.now();
+    if (held_) {
+        // Nothing is due while held: the clock only looks whether the program goes on.
+        timer_.start(static_cast<int>(kIdleMs));
+        return;
+    }
     if (ceiling_ && *ceiling_ > now) wait = std::min(wait, *ceiling_ - now);
     if (const auto due = stage_.next_due()) wait = std::min(wait, *due - now);
     if (stage_.program_yielded()) wait = 0;

@@ -1,7 +1,8 @@
 // The window's pacing of the stage in real time: on a precise timer it brings the stage to the
 // steady clock's now and sleeps until the stage's next moment. The stage does the work in time
 // order; this only maps real time onto it. Everything runs on the GUI thread, so ticks, host
-// calls and panel events never overlap.
+// calls and panel events never overlap. While the debugger holds the program the stage stands
+// still (the panel and the arena as they were); it takes up real time afresh when it goes on.
 #pragma once
 
 #include <QObject>
@@ -29,6 +30,8 @@ class RealTimeClock : public QObject, public stage::ClockListener {
     void start();
     void stop();
     bool running() const { return started_; }
+    // The stage stands still: the program is paused under the debugger.
+    bool held() const { return held_; }
 
     // Brings the stage to now. Safe to call at any time (before an action, from a nested event
     // loop while a box or a tone holds the thread).
@@ -65,6 +68,7 @@ class RealTimeClock : public QObject, public stage::ClockListener {
     std::int64_t stage_origin_ = 0;
     std::optional<std::int64_t> ceiling_;
     bool started_ = false;
+    bool held_ = false;
     std::map<int, std::int64_t> ticks_;
     std::map<int, std::int64_t> window_start_ticks_;
     std::map<int, double> rates_;

@@ -1,5 +1,5 @@
 // kestrone-host window [--play FILE] [--project FILE] [--world FILE] [--run FILE] [--zoom N]
-//                      [--snapshot PNG --quit-after-play]
+//                      [--snapshot PNG] [--shot PNG] [--quit-after-play]
 #pragma once
 
 #include "main_window.h"

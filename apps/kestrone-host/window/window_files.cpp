@@ -1,14 +1,11 @@
-// The window's files: projects (New, Open, Save, Save As), robot programs with their C, and the
+// The window's files: projects (New, Open, Save, Save As), the C of the program, and the
 // recording of what the user did.
 #include <QFile>
 #include <QFileInfo>
-#include <sstream>
 
-#include "c_program.h"
 #include "main_window.h"
 #include "object_commands.h"
 #include "store_commands.h"
-#include "user_file.h"
 
 namespace window {
 
@@ -20,7 +17,6 @@ bool MainWindow::new_project() {
     recorder_.note(commands::StoreClear{});
     recorder_.note(commands::NewObject{});
     const bool made = make_object(true);
-    program_->hide();
     after_action();
     return made;
 }
@@ -43,8 +39,9 @@ bool MainWindow::open_project(const std::string& path) {
         runner_.perform(commands::StoreWalk{false});
         make_object_ready();
     }
-    program_->hide();
+    remember_file(path);
     after_action();
+    if (made) open_project_links();
     return made;
 }
 
@@ -53,8 +50,10 @@ bool MainWindow::save_project() {
     return save_project_as(session().project_path());
 }
 
-// The object's settings go to the store first, as a host saves a project.
+// The object's settings go to the store first, as a host saves a project, and the project keeps
+// the program and the arena open now.
 bool MainWindow::save_project_as(const std::string& path) {
+    session().set_project_links({program_->program_path().toStdString(), arena_path_});
     const commands::Reply written = runner_.perform(commands::StoreWalk{true});
     std::string error;
     bool saved = false;
@@ -62,60 +61,9 @@ bool MainWindow::save_project_as(const std::string& path) {
         tell("The component could not save its settings (" + written.line() + ").");
     else if (!(saved = session().save_project_as(path, &error)))
         tell("The project could not be saved: " + error);
+    if (saved) remember_file(path);
     update_title();
     return saved;
-}
-
-bool MainWindow::open_program(const std::string& path) {
-    std::string error;
-    if (!stage_.load_program(path, &error)) {
-        tell("The program could not be opened: " + error);
-        return false;
-    }
-    std::string text;
-    host::read_user_file(path, host::kLargestTextFile, "a robot program", &text, nullptr);
-    program_->show_program(QString::fromStdString(path), QString::fromStdString(text));
-    program_->show();
-    shown_line_ = -1;
-    refresh_code();
-    after_action();
-    return true;
-}
-
-// The C of the program with the settings the object holds now: an applied setting shows at once.
-void MainWindow::refresh_code() {
-    const kflow::Program* program = stage_.program().program();
-    kestrone::IKestroneComponentV5* component = session().component();
-    if (!program || !component) return;
-    std::string error;
-    const auto code = kflow::read_component_code(*component, *program, &error);
-    const std::string name = QFileInfo(program_->program_path()).fileName().toStdString();
-    program_->show_code(code ? QString::fromStdString(kflow::write_c_program(*program, *code, name))
-                             : QString::fromStdString("/* No C: " + error + " */"));
-}
-
-void MainWindow::run_program() {
-    if (!stage_.program().loaded()) return tell("Open a program first.");
-    clock_.pulse();
-    // The console replays no program in real time: the recording says where it ran.
-    recorder_.note_comment("the program " + stage_.program().path() +
-                           " ran here in the window; it is not part of the replay");
-    const kestrone::HRESULT hr = stage_.start_program();
-    if (kestrone::failed(hr))
-        tell("The program could not start (" + commands::Reply::error(hr).line() + ").");
-    clock_.pulse();
-    after_action();
-}
-
-// Stopped where it stands, and the simulation with it, whether the program still ran or not.
-void MainWindow::stop_program() {
-    clock_.pulse();
-    if (stage_.program().running())
-        stage_.program().stop("stopped by the user");
-    else
-        runner_.perform(commands::Operation{"StopSimulation", false, {}});
-    clock_.pulse();
-    after_action();
 }
 
 bool MainWindow::save_code(const std::string& path) {

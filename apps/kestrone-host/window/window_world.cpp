@@ -1,9 +1,11 @@
-// The world beside the panel: an arena opened from a file, the robot on it driven by the wheels
-// while the component simulates, and picked up, put down and turned by hand while it does not.
-#include <QHBoxLayout>
+// The world beside the panel: an arena opened from a file and drawn to fill its dock, the robot on
+// it driven by the wheels while the component simulates, and picked up, put down and turned by
+// hand while it does not.
+#include <QDockWidget>
 #include <QImageWriter>
+#include <QLabel>
 #include <QPainter>
-#include <QScrollArea>
+#include <QStackedWidget>
 
 #include "main_window.h"
 #include "panel_view.h"
@@ -12,53 +14,52 @@
 namespace window {
 
 namespace {
-// The most room the world takes on the screen before it scrolls, in pixels.
-constexpr int kWorldRoomWidth = 1200, kWorldRoomHeight = 900;
 // Between the panel and the world in a snapshot, as the window's layout spaces them.
 constexpr int kStageGap = 6;
 const QColor kStageBackground(0xef, 0xef, 0xef);
 }  // namespace
 
-void MainWindow::build_world_view(QWidget* stage) {
-    world_area_ = new QScrollArea(stage);
-    world_area_->setFrameShape(QFrame::NoFrame);
-    world_area_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    world_view_ = new world::WorldView(stage_.world_driver());
-    world_area_->setWidget(world_view_);
-    world_area_->hide();
-    stage->layout()->addWidget(world_area_);
+// The arena fills its dock; before one is open the dock says how to open one.
+void MainWindow::build_world_view() {
+    arena_stack_ = new QStackedWidget;
+    auto* none = new QLabel(tr("No arena: File > Open arena..."), arena_stack_);
+    none->setAlignment(Qt::AlignCenter);
+    none->setWordWrap(true);
+    arena_stack_->addWidget(none);
+    world_view_ = new world::WorldView(stage_.world_driver(), arena_stack_);
+    world_view_->set_fit(true);
+    arena_stack_->addWidget(world_view_);
     connect(world_view_, &world::WorldView::robotMoved, this, [this] {
         if (view_ && session().panel()) view_->refresh();
     });
     connect(world_view_, &world::WorldView::robotPutDown, this, &MainWindow::robot_put_down);
 }
 
-// Shown while an arena is loaded, at its size for the zoom; movable by hand only while the
-// simulation is stopped.
+// Shown while an arena is loaded; movable by hand only while the simulation is stopped.
 void MainWindow::follow_world() {
     const bool loaded = world().loaded();
     if (close_arena_) close_arena_->setEnabled(loaded);
     if (reset_robot_) reset_robot_->setEnabled(loaded);
     world_view_->set_movable(loaded && !simulating());
-    if (loaded == world_area_->isHidden()) world_area_->setVisible(loaded);
-    if (!loaded) return;
-    const QSize size = world_view_->sizeHint();
-    if (world_view_->size() != size) {
-        world_view_->setFixedSize(size);
-        world_area_->setMinimumSize(std::min(size.width(), kWorldRoomWidth),
-                                    std::min(size.height(), kWorldRoomHeight));
-    }
-    world_view_->refresh();
+    arena_stack_->setCurrentIndex(loaded ? 1 : 0);
+    if (loaded) world_view_->refresh();
 }
 
 bool MainWindow::open_arena(const std::string& path) {
     const commands::Reply loaded = runner_.perform(commands::WorldLoad{path});
-    if (!loaded.is_ok()) tell("The arena could not be opened: " + loaded.text);
-    return loaded.is_ok();
+    if (!loaded.is_ok()) {
+        tell("The arena could not be opened: " + loaded.text);
+        return false;
+    }
+    arena_path_ = path;
+    remember_file(path);
+    arena_dock_->show();
+    return true;
 }
 
 void MainWindow::close_arena() {
     if (world().loaded()) runner_.perform(commands::WorldUnload{});
+    arena_path_.clear();
 }
 
 void MainWindow::reset_robot() {

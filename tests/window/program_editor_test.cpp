@@ -1,0 +1,115 @@
+// The editor checks what is typed into it: programs made of good lines with a few lines naming
+// unknown variables, typed key by key; each fault must be underlined where it was put and listed.
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolTip>
+#include <algorithm>
+#include <numeric>
+#include <random>
+#include <set>
+
+#include "window_fixture.h"
+
+namespace window_testing {
+namespace {
+
+using Place = std::pair<int, int>;  // line, column, from 1
+
+// Lines that check clean after the declarations of `a` and `k`.
+const char* const kGoodLines[] = {"a = k + 1", "delay 10", "LedOn(1)", "a = a * 3 - k",
+                                  "LedOff(1)"};
+
+struct Typed {
+    std::vector<std::string> lines;
+    std::vector<Place> faults;
+};
+
+// Declarations, then good lines with faults at `count` lines chosen by `rng`: each names an unknown
+// variable after a run of terms long enough to put it at a column of its own.
+Typed generate(std::mt19937& rng, int count) {
+    Typed t{{"int a = 0", "int k = 1"}, {}};
+    const int body = 7;
+    std::vector<int> at(body);
+    std::iota(at.begin(), at.end(), 0);
+    std::shuffle(at.begin(), at.end(), rng);
+    const std::set<int> faulty(at.begin(), at.begin() + count);
+    for (int i = 0; i < body; ++i) {
+        if (!faulty.count(i)) {
+            t.lines.push_back(kGoodLines[rng() % std::size(kGoodLines)]);
+            continue;
+        }
+        std::string line = "a =";
+        for (unsigned terms = rng() % 4; terms > 0; --terms)
+            line += " k +";
+        line += " ";
+        t.faults.push_back(
+            {static_cast<int>(t.lines.size()) + 1, static_cast<int>(line.size()) + 1});
+        t.lines.push_back(line + "zq" + std::to_string(i));
+    }
+    return t;
+}
+
+class ProgramEditorTest : public WindowTest {
+  protected:
+    void type(const std::vector<std::string>& lines) {
+        for (const std::string& line : lines) {
+            QTest::keyClicks(window_->editor(), QString::fromStdString(line));
+            QTest::keyClick(window_->editor(), Qt::Key_Return);
+        }
+    }
+    // Once the checker has told the problems of the text as it stands.
+    void checked() {
+        QSignalSpy told(&window_->checker(), &window::ProgramChecker::checked);
+        ASSERT_TRUE(told.wait(5000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !window_->checker().busy(); }, 5000));
+    }
+    std::vector<Place> marks() const {
+        std::vector<Place> out;
+        for (const auto& m : window_->editor()->marks())
+            out.push_back({m.line, m.column});
+        return out;
+    }
+    std::vector<Place> listed() const {
+        std::vector<Place> out;
+        for (const kflow::Diagnostic& d : window_->editor()->problems())
+            out.push_back({d.at.line, d.at.column});
+        return out;
+    }
+};
+
+TEST_F(ProgramEditorTest, FaultsTypedAreMarkedAndListedAtTheirPlacesUntilMended) {
+    std::mt19937 rng(20261124);
+    for (int round = 0; round < 3; ++round) {
+        window_->set_confirm_program_discard([] { return true; });
+        ASSERT_TRUE(window_->new_program());
+        const Typed t = generate(rng, 3);
+        type(t.lines);
+        checked();
+        EXPECT_EQ(marks(), t.faults);
+        EXPECT_EQ(listed(), t.faults);
+        EXPECT_EQ(window_->problems()->program_problem_count(), 3);
+        // The pointer resting on the last letter of an underline tells its problem.
+        const auto [hover_line, hover_column] = t.faults[1];
+        QToolTip::hideText();
+        emit window_->editor()->SCN_DWELLSTART(
+            window_->editor()->positionFromLineIndex(hover_line - 1, hover_column + 1), 1, 1);
+        EXPECT_TRUE(QToolTip::text().contains("zq")) << QToolTip::text().toStdString();
+        // A click on the last problem takes the caret to its line.
+        QTreeWidgetItem* last = window_->problems()->topLevelItem(2);
+        ASSERT_NE(last, nullptr);
+        emit window_->problems()->itemClicked(last, 0);
+        EXPECT_EQ(window_->editor()->caret_line(), t.faults[2].first);
+        // The unknown name (two letters and a digit) of one fault mended into a known one.
+        const auto [line, column] = t.faults[round];
+        window_->editor()->setSelection(line - 1, column - 1, line - 1, column + 2);
+        QTest::keyClicks(window_->editor(), "k");
+        checked();
+        std::vector<Place> left = t.faults;
+        left.erase(left.begin() + round);
+        EXPECT_EQ(marks(), left);
+        EXPECT_EQ(window_->problems()->program_problem_count(), 2);
+    }
+}
+
+}  // namespace
+}  // namespace window_testing
