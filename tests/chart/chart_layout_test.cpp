@@ -1,0 +1,178 @@
+// The chart of every shipped example and of a corpus of generated programs: it writes back its
+// text byte for byte; its SVG titles one icon for each line of code, in the program's order; and
+// its layout has no icons over each other, no ways that meet or cross, and no way through an icon.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+#include "chart_layout.h"
+#include "chart_svg.h"
+#include "chart_test_support.h"
+
+namespace {
+
+using chart::Layout;
+using chart::Point;
+using chart::Rect;
+using chart_testing::chart_of;
+using chart_testing::generate_program;
+
+bool overlap(const Rect& a, const Rect& b) {
+    return a.x < b.right() && b.x < a.right() && a.y < b.bottom() && b.y < a.bottom();
+}
+
+// The closed box of a straight run.
+Rect run_box(Point a, Point b) {
+    return {std::min(a.x, b.x), std::min(a.y, b.y), std::abs(a.x - b.x), std::abs(a.y - b.y)};
+}
+
+bool touch(const Rect& a, const Rect& b) {
+    return a.x <= b.right() && b.x <= a.right() && a.y <= b.bottom() && b.y <= a.bottom();
+}
+
+bool on_edge(const Rect& r, Point p) {
+    return r.contains(p) && (p.x == r.x || p.x == r.right() || p.y == r.y || p.y == r.bottom());
+}
+
+void expect_sound(const Layout& l) {
+    std::vector<Rect> solid;
+    for (const auto& i : l.icons)
+        solid.push_back(i.rect);
+    for (const auto& n : l.notes)
+        solid.push_back(n.rect);
+    for (std::size_t a = 0; a < solid.size(); ++a) {
+        EXPECT_TRUE(solid[a].x >= 0 && solid[a].y >= 0 && solid[a].right() <= l.width &&
+                    solid[a].bottom() <= l.height);
+        for (std::size_t b = a + 1; b < solid.size(); ++b)
+            ASSERT_FALSE(overlap(solid[a], solid[b])) << "icons or notes " << a << " and " << b;
+    }
+    for (std::size_t w = 0; w < l.ways.size(); ++w) {
+        const auto& way = l.ways[w];
+        ASSERT_GE(way.points.size(), 2u);
+        EXPECT_TRUE(on_edge(l.icons[static_cast<std::size_t>(way.from)].rect, way.points.front()));
+        EXPECT_TRUE(on_edge(l.icons[static_cast<std::size_t>(way.to)].rect, way.points.back()));
+        for (std::size_t k = 1; k < way.points.size(); ++k) {
+            const Rect run = run_box(way.points[k - 1], way.points[k]);
+            ASSERT_TRUE(run.w == 0 || run.h == 0) << "way " << w << " runs aslant";
+            for (const Rect& r : solid)  // the open inside of r: a way may end on its edge
+                ASSERT_FALSE(overlap(run, r)) << "way " << w << " passes through an icon or note";
+            for (std::size_t o = w + 1; o < l.ways.size(); ++o)
+                for (std::size_t j = 1; j < l.ways[o].points.size(); ++j)
+                    ASSERT_FALSE(touch(run, run_box(l.ways[o].points[j - 1], l.ways[o].points[j])))
+                        << "ways " << w << " and " << o << " meet";
+        }
+    }
+}
+
+std::string slurp(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+TEST(ChartText, EveryExampleAndTheCorpusComeBackByteForByte) {
+    for (const auto& entry : std::filesystem::directory_iterator(KESTRONE_EXAMPLES)) {
+        if (entry.path().extension() != ".kflow") continue;
+        const std::string source = slurp(entry.path());
+        const auto c = chart_of(source);
+        ASSERT_TRUE(c);
+        EXPECT_EQ(c->text(), source) << entry.path();
+        expect_sound(chart::lay_out(*c));
+    }
+    for (unsigned seed = 0; seed < chart_testing::kCorpusSize; ++seed) {
+        const auto p = generate_program(seed);
+        const auto c = chart_of(p.source);
+        ASSERT_TRUE(c);
+        ASSERT_EQ(c->text(), p.source) << "seed " << seed;
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        expect_sound(chart::lay_out(*c));
+    }
+}
+
+// The SVG's icons as the titles name them, and whether each is lit.
+struct Titled {
+    int line;
+    std::string code;
+    bool lit;
+    bool operator==(const Titled&) const = default;
+};
+
+std::vector<Titled> titled_icons(const std::string& svg) {
+    static const std::regex titled("<g fill=\"([^\"]*)\"[^>]*><title>line (\\d+): ([^<]*)</title>");
+    std::vector<Titled> out;
+    for (std::sregex_iterator it(svg.begin(), svg.end(), titled), end; it != end; ++it)
+        out.push_back({std::stoi((*it)[2]), (*it)[3], (*it)[1] == "#ffd84d"});
+    return out;
+}
+
+std::string escaped(std::string s) {
+    for (std::size_t at = 0; (at = s.find_first_of("&<", at)) != std::string::npos; ++at)
+        s.replace(at, 1, s[at] == '&' ? "&amp;" : "&lt;");
+    return s;
+}
+
+TEST(ChartPicture, TitlesOneIconPerLineOfCodeInOrderAndLightsTheRunningOne) {
+    for (unsigned seed = 0; seed < chart_testing::kCorpusSize; ++seed) {
+        const auto p = generate_program(seed);
+        const auto c = chart_of(p.source);
+        ASSERT_TRUE(c);
+        const std::size_t lit = seed % p.code_lines.size();
+        std::vector<Titled> want;
+        for (std::size_t k = 0; k < p.code_lines.size(); ++k)
+            want.push_back({p.code_lines[k], escaped(p.code[k]), k == lit});
+        const Layout layout = chart::lay_out(*c);
+        const std::string svg = chart::chart_svg(*c, layout, {2, p.code_lines[lit]});
+        ASSERT_EQ(titled_icons(svg), want) << "seed " << seed;
+        EXPECT_NE(svg.find("width=\"" + std::to_string(2 * layout.width) + "\""),
+                  std::string::npos);
+    }
+}
+
+// What the window asks of a layout: the icon under a point, the icon of a line, the way under
+// a point. `end` stands for the loop's end or the join, `else` for the condition before it.
+TEST(ChartLayout, FindsIconsByPlaceAndLineAndWaysByPlace) {
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        const auto p = generate_program(seed);
+        const auto c = chart_of(p.source);
+        ASSERT_TRUE(c);
+        const Layout l = chart::lay_out(*c);
+        for (std::size_t i = 0; i < l.icons.size(); ++i) {
+            const Rect& r = l.icons[i].rect;
+            EXPECT_EQ(l.icon_at({r.x + r.w / 2, r.y + r.h / 2}), static_cast<int>(i));
+        }
+        EXPECT_EQ(l.icon_at({0, 0}), -1);
+        for (int n = 1; n <= c->lines().count(); ++n) {
+            std::string code = c->lines().at(n).substr(0, c->lines().at(n).find('#'));
+            code.erase(0, code.find_first_not_of(" \t\r"));
+            code.erase(code.find_last_not_of(" \t\r") + 1);
+            const int icon = l.icon_of_line(n);
+            const bool of_code =
+                std::find(p.code_lines.begin(), p.code_lines.end(), n) != p.code_lines.end();
+            if (code.empty()) {
+                EXPECT_EQ(icon, -1);
+                continue;
+            }
+            ASSERT_GE(icon, 0) << "line " << n;
+            const auto& found = l.icons[static_cast<std::size_t>(icon)];
+            const bool closes =
+                found.shape == chart::Shape::LoopEnd || found.shape == chart::Shape::Join;
+            EXPECT_EQ(code == "end", closes) << "line " << n;
+            EXPECT_EQ(found.line == n, code != "else") << "line " << n;
+            EXPECT_EQ(of_code || code == "end" || code == "else", true);
+            if (code == "else") {
+                EXPECT_EQ(found.shape, chart::Shape::Decision);
+            }
+        }
+        for (const auto& w : l.ways) {
+            if (!w.place) continue;
+            const Point a = w.points[w.points.size() - 2], b = w.points.back();
+            EXPECT_EQ(l.way_at({(a.x + b.x) / 2 + 2, (a.y + b.y) / 2}, 3), w.place);
+        }
+    }
+}
+
+}  // namespace
