@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 #include "chart_layout.h"
@@ -93,40 +92,16 @@ TEST(ChartText, EveryExampleAndTheCorpusComeBackByteForByte) {
     }
 }
 
-// The SVG's icons as the titles name them, and whether each is lit.
-struct Titled {
-    int line;
-    std::string code;
-    bool lit;
-    bool operator==(const Titled&) const = default;
-};
-
-std::vector<Titled> titled_icons(const std::string& svg) {
-    static const std::regex titled("<g fill=\"([^\"]*)\"[^>]*><title>line (\\d+): ([^<]*)</title>");
-    std::vector<Titled> out;
-    for (std::sregex_iterator it(svg.begin(), svg.end(), titled), end; it != end; ++it)
-        out.push_back({std::stoi((*it)[2]), (*it)[3], (*it)[1] == "#ffd84d"});
-    return out;
-}
-
-std::string escaped(std::string s) {
-    for (std::size_t at = 0; (at = s.find_first_of("&<", at)) != std::string::npos; ++at)
-        s.replace(at, 1, s[at] == '&' ? "&amp;" : "&lt;");
-    return s;
-}
-
 TEST(ChartPicture, TitlesOneIconPerLineOfCodeInOrderAndLightsTheRunningOne) {
     for (unsigned seed = 0; seed < chart_testing::kCorpusSize; ++seed) {
         const auto p = generate_program(seed);
         const auto c = chart_of(p.source);
         ASSERT_TRUE(c);
         const std::size_t lit = seed % p.code_lines.size();
-        std::vector<Titled> want;
-        for (std::size_t k = 0; k < p.code_lines.size(); ++k)
-            want.push_back({p.code_lines[k], escaped(p.code[k]), k == lit});
         const Layout layout = chart::lay_out(*c);
         const std::string svg = chart::chart_svg(*c, layout, {2, p.code_lines[lit]});
-        ASSERT_EQ(titled_icons(svg), want) << "seed " << seed;
+        ASSERT_EQ(chart_testing::titled_icons(svg), chart_testing::titles_of(p, p.code_lines[lit]))
+            << "seed " << seed;
         EXPECT_NE(svg.find("width=\"" + std::to_string(2 * layout.width) + "\""),
                   std::string::npos);
     }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <regex>
 #include <string>
 
 #include "chart.h"
@@ -25,5 +26,33 @@ inline std::unique_ptr<chart::Chart> chart_of(const std::string& source) {
 }
 
 inline constexpr unsigned kCorpusSize = 300;
+
+// An icon of the SVG as its title names it, and whether it is lit.
+struct Titled {
+    int line;
+    std::string code;
+    bool lit;
+    bool operator==(const Titled&) const = default;
+};
+
+inline std::vector<Titled> titled_icons(const std::string& svg) {
+    static const std::regex titled("<g fill=\"([^\"]*)\"[^>]*><title>line (\\d+): ([^<]*)</title>");
+    std::vector<Titled> out;
+    for (std::sregex_iterator it(svg.begin(), svg.end(), titled), end; it != end; ++it)
+        out.push_back({std::stoi((*it)[2]), (*it)[3], (*it)[1] == "#ffd84d"});
+    return out;
+}
+
+// The titles a generated program's chart must hold, in its order, with `lit_line` lit.
+inline std::vector<Titled> titles_of(const CorpusProgram& p, int lit_line) {
+    std::vector<Titled> out;
+    for (std::size_t k = 0; k < p.code_lines.size(); ++k) {
+        std::string code = p.code[k];
+        for (std::size_t at = 0; (at = code.find_first_of("&<", at)) != std::string::npos; ++at)
+            code.replace(at, 1, code[at] == '&' ? "&amp;" : "&lt;");
+        out.push_back({p.code_lines[k], code, p.code_lines[k] == lit_line});
+    }
+    return out;
+}
 
 }  // namespace chart_testing
