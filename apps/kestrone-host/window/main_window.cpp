@@ -52,6 +52,11 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     program_ = new ProgramPane(central);
     program_->hide();
     setCentralWidget(central);
+    // The program's chart beside it: a click on an icon frames it, as the editor's line would.
+    chart_ = new chartqt::ChartDock(this);
+    chart_->hide();
+    addDockWidget(Qt::RightDockWidgetArea, chart_);
+    connect(chart_, &chartqt::ChartDock::line_clicked, chart_, &chartqt::ChartDock::show_line);
     status_ = new QLabel(this);
     statusBar()->addWidget(status_, 1);
     build_menus();
@@ -163,6 +168,7 @@ void MainWindow::after_action() {
     if (line != shown_line_) {
         shown_line_ = line;
         program_->show_line(line);
+        chart_->set_running_line(line);
     }
     update_status();
     update_title();
@@ -185,6 +191,7 @@ void MainWindow::set_zoom(int zoom) {
     options_.zoom = std::clamp(zoom, 1, 3);
     if (view_) view_->set_zoom(options_.zoom);
     world_view_->set_zoom(options_.zoom);
+    chart_->set_zoom(options_.zoom);
     follow_world();
 }
 

@@ -11,6 +11,7 @@
 
 #include "action_recorder.h"
 #include "action_runner.h"
+#include "chart_dock.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "program_pane.h"
@@ -89,6 +90,7 @@ class MainWindow : public QMainWindow {
     WindowServices& services() { return services_; }
     ScriptPlayer& player() { return player_; }
     ProgramPane* program_pane() const { return program_; }
+    chartqt::ChartDock* chart_dock() const { return chart_; }
     panelqt::PanelView* view() const { return view_; }
     world::WorldView* world_view() const { return world_view_; }
     world::World& world() { return stage_.world(); }
@@ -145,6 +147,7 @@ class MainWindow : public QMainWindow {
     QAction* close_arena_ = nullptr;
     QAction* reset_robot_ = nullptr;
     ProgramPane* program_ = nullptr;
+    chartqt::ChartDock* chart_ = nullptr;
     QLabel* status_ = nullptr;
     kestrone::IKestronePanel* shown_panel_ = nullptr;
     std::function<bool()> confirm_discard_;

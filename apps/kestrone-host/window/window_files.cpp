@@ -76,6 +76,8 @@ bool MainWindow::open_program(const std::string& path) {
     host::read_user_file(path, host::kLargestTextFile, "a robot program", &text, nullptr);
     program_->show_program(QString::fromStdString(path), QString::fromStdString(text));
     program_->show();
+    chart_->set_program(text, path, stage_.program().program()->macros);
+    chart_->show();
     shown_line_ = -1;
     refresh_code();
     after_action();
