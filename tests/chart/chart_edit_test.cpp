@@ -16,6 +16,7 @@ namespace {
 
 using chart::Way;
 using chart_testing::chart_of;
+using chart_testing::code_of;
 
 // A program, a way in it, and the text an insertion there makes: '@' stands for the new line's
 // code (a block's `end` follows it, indented alike).
@@ -190,14 +191,8 @@ TEST(ChartEdit, RefusesWhatCannotBeAndLeavesTheTextAsItWas) {
     }
 }
 
-// The corpus model: a line's code and first word, and the last line of a block opened on line
-// `n` (1-based), found by counting openings and `end`s.
-std::string code_of(const std::string& text) {
-    std::string code = text.substr(0, text.find('#'));
-    code.erase(0, code.find_first_not_of(" \t\r"));
-    code.erase(code.find_last_not_of(" \t\r") + 1);
-    return code;
-}
+// The corpus model: a line's first word, and the last line of a block opened on line `n`
+// (1-based), found by counting openings and `end`s.
 bool opens(const std::string& code) {
     const std::string first = code.substr(0, code.find(' '));
     return first == "repeat" || first == "while" || first == "forever" || first == "if";

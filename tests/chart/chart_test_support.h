@@ -27,6 +27,14 @@ inline std::unique_ptr<chart::Chart> chart_of(const std::string& source) {
 
 inline constexpr unsigned kCorpusSize = 300;
 
+// A line's code as the tests' model reads it: before any '#', without blanks round it.
+inline std::string code_of(const std::string& line) {
+    std::string code = line.substr(0, line.find('#'));
+    code.erase(0, code.find_first_not_of(" \t\r"));
+    code.erase(code.find_last_not_of(" \t\r") + 1);
+    return code;
+}
+
 // An icon of the SVG as its title names it, and whether it is lit.
 struct Titled {
     int line;
