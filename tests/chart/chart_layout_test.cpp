@@ -32,8 +32,15 @@ bool touch(const Rect& a, const Rect& b) {
     return a.x <= b.right() && b.x <= a.right() && a.y <= b.bottom() && b.y <= a.bottom();
 }
 
-bool on_edge(const Rect& r, Point p) {
-    return r.contains(p) && (p.x == r.x || p.x == r.right() || p.y == r.y || p.y == r.bottom());
+// A way meets an icon in the middle of one of its sides; a join, which gathers several, anywhere
+// on its edge.
+bool meets(const chart::Icon& i, Point p) {
+    const Rect& r = i.rect;
+    if (i.shape == chart::Shape::Join)
+        return r.contains(p) && (p.x == r.x || p.x == r.right() || p.y == r.y || p.y == r.bottom());
+    const int cx = r.x + r.w / 2, cy = r.y + r.h / 2;
+    return p == Point{cx, r.y} || p == Point{cx, r.bottom()} || p == Point{r.x, cy} ||
+           p == Point{r.right(), cy};
 }
 
 void expect_sound(const Layout& l) {
@@ -51,8 +58,8 @@ void expect_sound(const Layout& l) {
     for (std::size_t w = 0; w < l.ways.size(); ++w) {
         const auto& way = l.ways[w];
         ASSERT_GE(way.points.size(), 2u);
-        EXPECT_TRUE(on_edge(l.icons[static_cast<std::size_t>(way.from)].rect, way.points.front()));
-        EXPECT_TRUE(on_edge(l.icons[static_cast<std::size_t>(way.to)].rect, way.points.back()));
+        EXPECT_TRUE(meets(l.icons[static_cast<std::size_t>(way.from)], way.points.front()));
+        EXPECT_TRUE(meets(l.icons[static_cast<std::size_t>(way.to)], way.points.back()));
         for (std::size_t k = 1; k < way.points.size(); ++k) {
             const Rect run = run_box(way.points[k - 1], way.points[k]);
             ASSERT_TRUE(run.w == 0 || run.h == 0) << "way " << w << " runs aslant";
