@@ -115,6 +115,7 @@ TEST(ChartEdit, EveryPaletteIconAtEveryKindOfPlaceWritesTheLineAUserWouldType) {
             macros += m.is_private ? 0 : 1;
         ASSERT_EQ(icons.size(), macros + 7);
         for (const chart::PaletteIcon& icon : icons) {
+            ASSERT_EQ(icon.field_names.size(), icon.spec.fields.size()) << icon.label;
             const auto [code, block] = typed(icon.label, !c->variables().empty());
             std::string want = place.want;
             const std::size_t at = want.find('@');

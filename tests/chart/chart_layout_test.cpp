@@ -3,8 +3,11 @@
 // its layout has no icons over each other, no ways that meet or cross, and no way through an icon.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 
 #include "chart_layout.h"
@@ -139,6 +142,92 @@ TEST(ChartLayout, FindsTheIconOfEachLineAndWaysByPlace) {
             const Point a = w.points[w.points.size() - 2], b = w.points.back();
             EXPECT_EQ(l.way_at({(a.x + b.x) / 2 + 2, (a.y + b.y) / 2}, 3), w.place);
         }
+    }
+}
+
+// Each comment shows in a note, in the program's order, folded between words (a word longer than
+// a line cut) into lines of at most kNoteWidth characters.
+TEST(ChartLayout, ShowsEachCommentInANoteFoldedToItsWidth) {
+    const auto solid = [](std::string s) {
+        std::erase_if(s, [](char ch) { return ch == ' ' || ch == '\t' || ch == '\r'; });
+        return s;
+    };
+    for (unsigned seed = 0; seed < chart_testing::kCorpusSize; ++seed) {
+        const auto p = generate_program(seed);
+        const auto c = chart_of(p.source);
+        ASSERT_TRUE(c);
+        std::string comments, shown;
+        for (const std::string& line : c->lines().all())
+            if (const auto hash = line.find('#'); hash != std::string::npos)
+                comments += solid(line.substr(hash + 1));
+        for (const chart::Note& note : chart::lay_out(*c).notes)
+            for (const std::string& text : note.text) {
+                EXPECT_LE(chart::char_count(text), chart::kNoteWidth) << text;
+                shown += solid(text);
+            }
+        ASSERT_EQ(shown, comments) << "seed " << seed;
+    }
+}
+
+// `c` in UTF-8 in `n` bytes, which may be more than it needs.
+std::string utf8(std::uint32_t c, int n) {
+    if (n == 1) return std::string(1, static_cast<char>(c));
+    std::string s(static_cast<std::size_t>(n), '\0');
+    for (int k = n - 1; k > 0; --k, c >>= 6)
+        s[static_cast<std::size_t>(k)] = static_cast<char>(0x80 | (c & 0x3F));
+    s[0] = static_cast<char>(((0xFF00 >> n) & 0xFF) | c);
+    return s;
+}
+
+// Any bytes shown as text a picture can hold: each code point of valid UTF-8 as it stands (a
+// control, U+FFFE or U+FFFF as a blank), each byte of anything else as U+FFFD.
+TEST(ChartLayout, ShowsAnyBytesAsTextAPictureCanHold) {
+    std::mt19937 rng(11);
+    const auto below = [&rng](std::uint32_t n) { return static_cast<std::uint32_t>(rng() % n); };
+    const auto length = [](std::uint32_t c) {
+        return c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4;
+    };
+    const std::uint32_t edges[] = {0x1F,   0x20,   0x7E,    0x7F,    0x80,   0x9F,
+                                   0xA0,   0x7FF,  0x800,   0xD7FF,  0xE000, 0xFFFD,
+                                   0xFFFE, 0xFFFF, 0x10000, 0x10FFFF};
+    for (int round = 0; round < 300; ++round) {
+        std::string text, want;
+        for (int piece = 0; piece < 10; ++piece) {
+            std::uint32_t c = below(2) ? edges[below(16)] : below(0x110000);
+            if (c >= 0xD800 && c <= 0xDFFF) c -= 0x800;
+            std::string bad;  // bytes that are no UTF-8, each to be shown as U+FFFD
+            const std::string whole = utf8(c | 0x80, length(c | 0x80));
+            switch (below(7)) {
+                case 0:
+                    bad = utf8(0xD800 + below(0x800), 3);
+                    break;  // a surrogate
+                case 1:
+                    bad = length(c) < 4 ? utf8(c, length(c) + 1) : "";
+                    break;  // too long
+                case 2:
+                    bad = utf8(0x110000 + below(0xF0000), 4);
+                    break;  // too large
+                case 3:
+                    bad = whole.substr(1);
+                    break;  // with no lead
+                case 4:
+                    bad = whole.substr(0, whole.size() - 1);
+                    break;  // cut short
+                default:
+                    break;
+            }
+            if (!bad.empty()) {
+                text += bad + "x";
+                for (std::size_t k = 0; k < bad.size(); ++k)
+                    want += "\uFFFD";
+                want += "x";
+                continue;
+            }
+            const bool blank = c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0xFFFE || c == 0xFFFF;
+            text += utf8(c, length(c));
+            want += blank ? " " : utf8(c, length(c));
+        }
+        ASSERT_EQ(chart::shown_text(text, 1000), want) << "round " << round;
     }
 }
 

@@ -11,7 +11,13 @@ namespace {
 
 constexpr std::array kExpressions{"a + 1", "b",    "(a * 3) % 7", "ReadLdr()", "ReadSwitch(0) == 1",
                                   "'A'",   "0x1F", "a < b && !c", "-a",        "~b | 0b101"};
-constexpr std::array kComments{"note", "turn here", "é: à la ligne", "sharp # inside", "…"};
+constexpr std::array kComments{
+    "note",
+    "turn here",
+    "é: à la ligne",
+    "sharp # inside",
+    "…",
+    "a word longer than a note's line: ĉĝĥĵŝŭĉĝĥĵŝŭĉĝĥĵŝŭĉĝĥĵŝŭĉĝĥĵŝŭĉĝĥĵŝŭ"};
 
 class Writer {
   public:
@@ -39,6 +45,7 @@ class Writer {
   private:
     int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng_); }
     bool chance(int percent) { return pick(100) < percent; }
+    std::string comment() { return kComments[static_cast<std::size_t>(pick(kComments.size()))]; }
     std::string expr() { return kExpressions[static_cast<std::size_t>(pick(kExpressions.size()))]; }
 
     std::string indent(int depth) {
@@ -52,7 +59,7 @@ class Writer {
     // A blank or comment line.
     void trivia(int depth) {
         lines_.push_back(chance(40)   ? (chance(50) ? "" : indent(depth)) + eol_
-                         : chance(80) ? indent(depth) + "# " + kComments[pick(5)] + eol_
+                         : chance(80) ? indent(depth) + "# " + comment() + eol_
                                       : "#" + eol_);
     }
 
@@ -60,7 +67,7 @@ class Writer {
         while (chance(20))
             trivia(depth);
         std::string text = indent(depth) + code;
-        if (chance(20)) text += std::string(1 + pick(6), ' ') + "# " + kComments[pick(5)];
+        if (chance(20)) text += std::string(1 + pick(6), ' ') + "# " + comment();
         lines_.push_back(text + eol_);
         if (!is_code) return;
         out_.code_lines.push_back(static_cast<int>(lines_.size()));
