@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QSignalSpy>
+#include <QToolTip>
 #include <set>
 
 #include "chart_canvas.h"
@@ -53,6 +54,7 @@ TEST_F(WindowChartTest, LightsTheIconOfTheRunningLineAsTheLineFollowerDrives) {
     EXPECT_EQ(lines, (std::set<int>{23, 11}));
 }
 
+// And a pause over it shows its line as the SVG titles it.
 TEST_F(WindowChartTest, AClickOnAnIconTellsItsLineAtEveryZoom) {
     ASSERT_TRUE(window_->open_program(example("line_follower.kflow")));
     QSignalSpy clicked(&dock(), &chartqt::ChartDock::line_clicked);
@@ -65,7 +67,13 @@ TEST_F(WindowChartTest, AClickOnAnIconTellsItsLineAtEveryZoom) {
             QMouseEvent e(QEvent::MouseButtonPress, centre, canvas().mapToGlobal(centre),
                           Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(&canvas(), &e);
-            if (i.of_code()) want.push_back(i.line);
+            QHelpEvent help(QEvent::ToolTip, centre, canvas().mapToGlobal(centre));
+            QApplication::sendEvent(&canvas(), &help);
+            if (!i.of_code()) continue;
+            want.push_back(i.line);
+            const QString line = QString::fromStdString(canvas().chart()->lines().at(i.line));
+            EXPECT_EQ(QToolTip::text(),
+                      QString("line %1: %2").arg(i.line).arg(line.section('#', 0, 0).trimmed()));
         }
         std::vector<int> told;
         for (const QList<QVariant>& args : clicked)

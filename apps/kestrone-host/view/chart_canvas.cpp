@@ -2,6 +2,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <algorithm>
 
 #include "chart_picture.h"
@@ -58,6 +59,22 @@ QRect ChartCanvas::pixels_of(int icon) const {
     if (icon < 0) return {};
     const chart::Rect& r = layout_.icons[static_cast<std::size_t>(icon)].rect;
     return {r.x * zoom_, r.y * zoom_, r.w * zoom_, r.h * zoom_};
+}
+
+// As the SVG titles it: "line 7: DriveForwards(200)".
+bool ChartCanvas::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    if (const int line = line_at(help->pos()))
+        QToolTip::showText(
+            help->globalPos(),
+            QString("line %1: %2")
+                .arg(line)
+                .arg(QString::fromStdString(std::string(chart::code_of(chart_->lines().at(line))))),
+            this);
+    else
+        QToolTip::hideText();
+    return true;
 }
 
 void ChartCanvas::paintEvent(QPaintEvent*) {

@@ -1,5 +1,5 @@
 // A program's chart as a widget: painted at the window's zoom, the running line's icon lit and
-// the editor's line framed; a click on an icon tells its line.
+// the editor's line framed; a pause over an icon shows its line, a click tells it.
 #pragma once
 
 #include <QImage>
@@ -39,6 +39,7 @@ class ChartCanvas : public QWidget {
     void line_clicked(int line);
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
