@@ -91,7 +91,7 @@ TEST(CodeCommand, NamesTheMissingCompilerForHexAndKeepsTheC) {
     EXPECT_EQ(code(dir, "v1.2/robot --hex", "KESTRONE_PIC_PREFIX=/nowhere").first, 3);
     EXPECT_THAT(slurp(dir.path() + "/v1.2/robot.c"), HasSubstr("void main(void)"));
     // A compiler that writes without end is stopped, and what it said first is shown.
-    dir.write("loud/bin/sdcc", "#!/bin/sh\necho first words\nexec yes popGet\n");
+    dir.write("loud/bin/sdcc", "#!/bin/sh\necho first words >&2\nexec yes popGet\n");
     ASSERT_EQ(::chmod((dir.path() + "/loud/bin/sdcc").c_str(), 0755), 0);
     const auto loud =
         code(dir, "small.kflow --hex", "KESTRONE_PIC_PREFIX='" + dir.path() + "/loud'");
