@@ -74,6 +74,15 @@ void expect_sound(const Layout& l) {
                         << "ways " << w << " and " << o << " meet";
         }
     }
+    // No way ends in an icon that has none leaving it, but at the finish or a `stop`.
+    std::vector<int> in(l.icons.size()), out(l.icons.size());
+    for (const auto& way : l.ways)
+        ++in[static_cast<std::size_t>(way.to)], ++out[static_cast<std::size_t>(way.from)];
+    for (std::size_t i = 0; i < l.icons.size(); ++i) {
+        const chart::Shape s = l.icons[i].shape;
+        const bool ends = s == chart::Shape::Finish || s == chart::Shape::Stop;
+        EXPECT_TRUE(ends || in[i] == 0 || out[i] > 0) << "icon " << i;
+    }
 }
 
 std::string slurp(const std::filesystem::path& path) {
