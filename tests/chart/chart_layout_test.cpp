@@ -78,6 +78,14 @@ void expect_sound(const Layout& l) {
     std::vector<int> in(l.icons.size()), out(l.icons.size());
     for (const auto& way : l.ways)
         ++in[static_cast<std::size_t>(way.to)], ++out[static_cast<std::size_t>(way.from)];
+    // A loop's end goes on, but for `forever`'s, and back to its head.
+    for (const auto& way : l.ways) {
+        const auto& from = l.icons[static_cast<std::size_t>(way.from)];
+        const auto& to = l.icons[static_cast<std::size_t>(way.to)];
+        const bool back = from.shape == chart::Shape::LoopEnd && to.rect.y < from.rect.y;
+        EXPECT_TRUE(!back ||
+                    out[static_cast<std::size_t>(way.from)] == (to.text == "forever" ? 1 : 2));
+    }
     for (std::size_t i = 0; i < l.icons.size(); ++i) {
         const chart::Shape s = l.icons[i].shape;
         const bool ends = s == chart::Shape::Finish || s == chart::Shape::Stop;
