@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -119,6 +121,25 @@ TEST(ChartText, EveryExampleAndTheCorpusComeBackByteForByte) {
     }
 }
 
+// Each way's arrow head: its tip where the way ends, its two corners behind it along its last run.
+void expect_arrows(const Layout& layout, const std::string& svg) {
+    std::istringstream lines(svg);
+    std::vector<std::array<Point, 3>> heads;
+    std::array<Point, 3> h;
+    for (std::string line; std::getline(lines, line);)
+        if (std::sscanf(line.c_str(), "<polygon points=\"%d,%d %d,%d %d,%d\"/>", &h[0].x, &h[0].y,
+                        &h[1].x, &h[1].y, &h[2].x, &h[2].y) == 6)
+            heads.push_back(h);
+    ASSERT_EQ(heads.size(), layout.ways.size());
+    for (std::size_t w = 0; w < heads.size(); ++w) {
+        const auto& points = layout.ways[w].points;
+        const Point a = points[points.size() - 2], tip = points.back();
+        EXPECT_EQ(heads[w][0], tip);
+        for (const Point& corner : {heads[w][1], heads[w][2]})
+            EXPECT_LT((corner.x - tip.x) * (tip.x - a.x) + (corner.y - tip.y) * (tip.y - a.y), 0);
+    }
+}
+
 TEST(ChartPicture, TitlesOneIconPerLineOfCodeInOrderAndLightsTheRunningOne) {
     for (unsigned seed = 0; seed < chart_testing::kCorpusSize; ++seed) {
         const auto p = generate_program(seed);
@@ -131,6 +152,7 @@ TEST(ChartPicture, TitlesOneIconPerLineOfCodeInOrderAndLightsTheRunningOne) {
             << "seed " << seed;
         EXPECT_NE(svg.find("width=\"" + std::to_string(2 * layout.width) + "\""),
                   std::string::npos);
+        expect_arrows(layout, svg);
     }
 }
 
