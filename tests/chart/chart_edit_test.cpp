@@ -58,6 +58,13 @@ const InsertPlace kPlaces[] = {
      {2, 0, 0},
      "int a = 0\nforever\n\t@\nend\nrepeat 2\n\tLedOn(1)\nend\n",
      false},
+    {"an empty loop, indented as the program's other blocks are, not as its odd ones",
+     "int a = 0\n\tif a\n   LedOn(1)\n\tend\n\tif a\n   LedOn(2)\n\tend\nrepeat 2\n        "
+     "LedOn(3)\nend\nforever\nend\n",
+     {11, 0, 0},
+     "int a = 0\n\tif a\n   LedOn(1)\n\tend\n\tif a\n   LedOn(2)\n\tend\nrepeat 2\n        "
+     "LedOn(3)\nend\nforever\n        @\nend\n",
+     false},
     {"a decision's yes way",
      "int a = 0\nif a\n    LedOn(1)\nelse\n    LedOff(1)\nend\n",
      {2, 0, 1},

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <regex>
 #include <sstream>
 
 #include "chart_layout.h"
@@ -140,6 +141,16 @@ void expect_arrows(const Layout& layout, const std::string& svg) {
     }
 }
 
+// Each titled icon's text inside its icon.
+void expect_texts_inside(const Layout& layout, const std::string& svg) {
+    static const std::regex titled("<title>line (\\d+):.*<text x=\"(\\d+)\" y=\"(\\d+)\"");
+    for (std::sregex_iterator it(svg.begin(), svg.end(), titled), end; it != end; ++it) {
+        const int icon = layout.icon_of_line(std::stoi((*it)[1]));
+        const Point at{std::stoi((*it)[2]), std::stoi((*it)[3])};
+        EXPECT_TRUE(layout.icons[static_cast<std::size_t>(icon)].rect.contains(at)) << (*it)[0];
+    }
+}
+
 TEST(ChartPicture, TitlesOneIconPerLineOfCodeInOrderAndLightsTheRunningOne) {
     for (unsigned seed = 0; seed < chart_testing::kCorpusSize; ++seed) {
         const auto p = generate_program(seed);
@@ -153,6 +164,7 @@ TEST(ChartPicture, TitlesOneIconPerLineOfCodeInOrderAndLightsTheRunningOne) {
         EXPECT_NE(svg.find("width=\"" + std::to_string(2 * layout.width) + "\""),
                   std::string::npos);
         expect_arrows(layout, svg);
+        expect_texts_inside(layout, svg);
     }
 }
 
