@@ -100,6 +100,13 @@ TEST(CodeCommand, NamesTheMissingCompilerForHexAndKeepsTheC) {
     EXPECT_THAT(loud.second,
                 HasSubstr("(the compiler wrote more than 64 KB of messages and was stopped)"));
     EXPECT_LT(loud.second.size(), 80'000u);
+    // One that ends well without its hex has failed all the same.
+    dir.write("mute/bin/sdcc", "#!/bin/sh\nexit 0\n");
+    ASSERT_EQ(::chmod((dir.path() + "/mute/bin/sdcc").c_str(), 0755), 0);
+    const auto mute =
+        code(dir, "small.kflow --hex", "KESTRONE_PIC_PREFIX='" + dir.path() + "/mute'");
+    EXPECT_EQ(mute.first, 3);
+    EXPECT_THAT(mute.second, HasSubstr("the compiler ended without writing small.hex"));
 }
 
 TEST(CodeCommand, WarnsOfAMacroWhoseCodeTheComponentCannotRead) {
