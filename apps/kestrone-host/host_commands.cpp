@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <iostream>
 
+#include "chart_command.h"
 #include "code_command.h"
+#include "component_macros.h"
 #include "component_module.h"
 #include "component_registry.h"
 #include "console.h"
@@ -138,6 +140,26 @@ int run_code(const Invocation& in) {
         std::cout, std::cerr);
 }
 
+// --zoom N, 1 to 3 (1 when not given); 0 when it is not a zoom.
+int zoom_option(const QCommandLineParser& o) {
+    if (!o.isSet("zoom")) return 1;
+    bool ok = false;
+    const int zoom = o.value("zoom").toInt(&ok);
+    return ok && zoom >= 1 && zoom <= 3 ? zoom : 0;
+}
+
+int run_chart(const Invocation& in) {
+    const int zoom = zoom_option(in.options);
+    if (!zoom) {
+        std::cerr << "kestrone-host: --zoom takes 1, 2 or 3\n";
+        return 2;
+    }
+    const std::string module = in.module;
+    return chartqt::run_chart_command(
+        {in.words.front().toStdString(), in.options.value("output").toStdString(), zoom},
+        [&module](std::ostream& err) { return kflow::read_module_macros(module, err); }, std::cerr);
+}
+
 int run_window(const Invocation& in) {
     const QCommandLineParser& o = in.options;
     window::WindowOptions options;
@@ -206,6 +228,19 @@ constexpr std::array kCommands{
                 "  --hex            also compile the C with the PIC compiler; the .hex goes beside "
                 "the C\n",
                 false, 1, &run_code},
+    HostCommand{"chart", "the flowchart of a robot program (.kflow) as SVG or PNG",
+                "kestrone-host chart PROGRAM.kflow -o FILE.svg|FILE.png [--zoom N] [--module "
+                "PATH]\n\n"
+                "The flowchart of a robot program, one icon for each line of code, as the window "
+                "shows it.\nIn the SVG each icon holds its line as a <title> (line 7: "
+                "DriveForwards(200)), which\nviewers show as a tooltip and screen readers read. "
+                "The program is checked against the\ncomponent's macros first: its faults are "
+                "listed as 'code' lists them.\n\n"
+                "  -o FILE      the chart to write: FILE.svg, or FILE.png for a picture\n"
+                "  --zoom N     the picture's zoom, 1, 2 or 3\n\n"
+                "Exit status 0 when written, 1 for faults in the program, 2 when a file cannot be "
+                "read or\nwritten (or the module cannot be loaded).\n",
+                false, 1, &run_chart},
     HostCommand{"components", "list the components registered with this host",
                 "kestrone-host components\n\n"
                 "Lists the components registered with this host, and whether each module is still "
@@ -260,12 +295,14 @@ void add_host_options(QCommandLineParser& parser) {
          "PATH"},
         {"store", "console: a project file whose store the console starts with.", "FILE"},
         {"component", "Load the registered component of that name (see components).", "NAME"},
-        {{"o", "output"}, "code: the C file to write (default: standard output).", "FILE"},
+        {{"o", "output"},
+         "code: the C file to write (default: standard output); chart: the SVG or PNG file.",
+         "FILE"},
         {"project", "code and window: the project file whose settings the component takes.",
          "FILE"},
         {"hex", "code: also compile the C with the PIC compiler; the .hex goes beside the C."},
         {"play", "window: play a console script in real time.", "FILE"},
-        {"zoom", "window: the panel's and the text's zoom, 1, 2 or 3.", "N"},
+        {"zoom", "window: the panel's and the text's zoom; chart: the picture's; 1, 2 or 3.", "N"},
         {"world", "window: open an arena for the robot to drive in.", "FILE"},
         {"run", "window: open a robot program and run it at once.", "FILE"},
         {"snapshot",

@@ -97,10 +97,12 @@ int main(int argc, char** argv) {
     }
     std::string module;
     if (!module_path(parser, &module)) return 2;
+    // The console's snapshots and a chart's picture make an application of their own, offscreen.
+    const bool paints_offscreen = command->name == "console" || command->name == "chart";
     std::unique_ptr<QCoreApplication> app;
     if (command->graphical)
         app = std::make_unique<QApplication>(argc, argv);
-    else if (command->name != "console")  // a snapshot makes its own, offscreen
+    else if (!paints_offscreen)
         app = std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName("kestrone-host");
     QCoreApplication::setApplicationVersion(KESTRONE_VERSION);

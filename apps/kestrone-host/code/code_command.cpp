@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "c_program.h"
+#include "component_macros.h"
 #include "component_module.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/store.h"
@@ -19,20 +20,6 @@ namespace kflow {
 using kestrone::ComPtr;
 
 namespace {
-
-// Messages of the component go to the error stream: there is nobody to click OK.
-class NoteServices : public kestrone::IHostServices {
-  public:
-    explicit NoteServices(std::ostream& err) : err_(err) {}
-    virtual ~NoteServices() = default;
-    void ShowMessage(const std::string& text) noexcept override {
-        err_ << "kestrone-host: the component says: " << text << "\n";
-    }
-    void PlayTone(std::int32_t, std::int32_t) noexcept override {}
-
-  private:
-    std::ostream& err_;
-};
 
 std::string base_name(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -124,7 +111,7 @@ int run_code_command(const CodeOptions& o, const ProjectReader& read_project, st
         err << "kestrone-host: " << error << "\n";
         return kCannotBuild;
     }
-    NoteServices services(err);
+    ErrorStreamServices services(err);
     ComPtr<kestrone::IUnknown> object;
     const auto component = ready_component(o, read_project, *module, services, object, err);
     if (!component) return kCannotBuild;

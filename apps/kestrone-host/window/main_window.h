@@ -14,6 +14,7 @@
 #include "action_recorder.h"
 #include "action_runner.h"
 #include "hex_builder.h"
+#include "chart_dock.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "problems_view.h"
@@ -133,6 +134,7 @@ class MainWindow : public QMainWindow {
     VariablesView* variables() const { return variables_; }
     ProgramChecker& checker() { return checker_; }
     HexBuilder& hex() { return hex_; }
+    chartqt::ChartDock* chart_dock() const { return chart_; }
     panelqt::PanelView* view() const { return view_; }
     QScrollArea* panel_area() const { return panel_area_; }
     world::WorldView* world_view() const { return world_view_; }
@@ -186,6 +188,8 @@ class MainWindow : public QMainWindow {
     void connect_program_parts();
     void refresh_code();
     void follow_macros();
+    // The chart follows the editor's text whenever that passes the checks.
+    void update_chart();
     void text_edited();
     void reload_program(const QString& text);
     // Into the editor as it stands, nothing asked and nothing stopped.
@@ -234,6 +238,7 @@ class MainWindow : public QMainWindow {
     ProgramPane* program_ = nullptr;
     ProblemsView* problems_ = nullptr;
     VariablesView* variables_ = nullptr;
+    chartqt::ChartDock* chart_ = nullptr;
     QLabel* status_ = nullptr;
     QProgressBar* progress_ = nullptr;
     kestrone::IKestronePanel* shown_panel_ = nullptr;

@@ -34,6 +34,7 @@ class ProgramChecker : public QObject {
     // The table programs are checked against; none: nothing is checked.
     void set_macros(std::optional<kflow::MacroTable> macros);
     bool has_macros() const { return macros_ != nullptr; }
+    const kflow::MacroTable* macros() const { return macros_.get(); }
     // The text changed: it is checked once typing pauses.
     void text_changed(const QString& text, const QString& name);
     // A check is waiting or running.

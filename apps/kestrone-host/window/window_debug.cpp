@@ -139,6 +139,7 @@ void MainWindow::follow_program() {
     if (line != shown_line_) {
         shown_line_ = line;
         program_->show_line(line);
+        chart_->set_running_line(line);
     }
     if (running) editor()->set_breakpoints(program.breakpoints());
     editor()->setReadOnly(running);

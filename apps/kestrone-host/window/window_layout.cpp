@@ -59,6 +59,11 @@ void MainWindow::build_docks() {
     variables_ = new VariablesView(stage_.program());
     QDockWidget* variables =
         add_dock(tr("Variables"), "variables", variables_, Qt::RightDockWidgetArea);
+    // The program's chart under the variables: the text and the chart side by side.
+    chart_ = new chartqt::ChartDock(this);
+    chart_->setObjectName("chart");
+    addDockWidget(Qt::RightDockWidgetArea, chart_);
+    splitDockWidget(variables, chart_, Qt::Vertical);
     problems_ = new ProblemsView;
     QDockWidget* problems =
         add_dock(tr("Problems"), "problems", problems_, Qt::BottomDockWidgetArea);
@@ -86,6 +91,7 @@ void MainWindow::set_zoom(int zoom) {
     options_.zoom = std::clamp(zoom, 1, 3);
     if (view_) view_->set_zoom(options_.zoom);
     world_view_->set_zoom(options_.zoom);
+    chart_->set_zoom(options_.zoom);
     program_->set_text_zoom(options_.zoom);
     QFont font = QApplication::font();
     font.setPointSizeF(font.pointSizeF() * kTextScale[options_.zoom - 1]);

@@ -30,6 +30,11 @@ void MainWindow::connect_program_parts() {
         editor()->show_problems(found);
         problems_->show_program_problems(found);
         if (program_->code_shown()) refresh_code();
+        update_chart();
+    });
+    connect(chart_, &chartqt::ChartDock::line_clicked, this, [this](int line) {
+        chart_->show_line(line);
+        editor()->go_to(line, 1);
     });
     connect(problems_, &ProblemsView::go_to, e, &ProgramEditor::go_to);
     connect(&file_, &ProgramFile::changed_on_disk, this, &MainWindow::reload_program);
@@ -60,6 +65,13 @@ void MainWindow::follow_macros() {
     editor()->set_macro_names(std::move(names));
     checker_.set_macros(std::move(macros));
     if (checker_.has_macros()) text_edited();
+}
+
+void MainWindow::update_chart() {
+    follow_macros();
+    if (const kflow::MacroTable* macros = checker_.macros())
+        chart_->set_program(editor()->text().toStdString(),
+                            file_name(program_->program_path()).toStdString(), *macros);
 }
 
 void MainWindow::text_edited() {
@@ -95,6 +107,7 @@ bool MainWindow::show_program_file(const std::string& path) {
         return false;
     }
     program_->show_program(file, text);
+    update_chart();
     file_.follow(file, text);
     remember_file(path);
     refresh_code();
