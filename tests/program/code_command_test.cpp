@@ -60,27 +60,18 @@ TEST(CodeCommand, ListsEveryFaultWithItsPlaceAndWritesNoC) {
     EXPECT_EQ(slurp(dir.path() + "/bad.c"), "");
 }
 
-TEST(CodeCommand, WritesTheCWithWarningsOnlyAndListsThemAmongTheFaults) {
+TEST(CodeCommand, WritesTheCDespiteWarningsAndListsThemAmongTheFaults) {
     TempDir dir;
-    const std::string warned = "byte b = 300\nif 1\n    LedOn(b)\nend\n";
-    dir.write("warned.kflow", warned);
-    EXPECT_EQ(code(dir, "warned.kflow -o warned.c"),
-              std::make_pair(0, std::string("warned.kflow:1:10: warning: 'b' is a byte: 300 is "
-                                            "outside 0 to 255, so only its low 8 bits are kept: "
-                                            "44\n"
-                                            "warned.kflow:2:4: warning: the condition is always "
-                                            "true: it is a constant, so any 'else' after it never "
-                                            "runs\n")));
+    dir.write("warned.kflow", "byte b = 300\nif 1\n    LedOn(b)\nend\n");
+    EXPECT_THAT(code(dir, "warned.kflow -o warned.c"),
+                testing::Pair(0, testing::MatchesRegex("warned.kflow:1:10: warning: [^\n]*\n"
+                                                       "warned.kflow:2:4: warning: [^\n]*\n")));
     EXPECT_THAT(slurp(dir.path() + "/warned.c"), HasSubstr("void main(void)"));
-    dir.write("both.kflow", "DriveForward(1)\n" + warned + "lecOn(1)\n");
-    const auto [status, out] = code(dir, "both.kflow");
-    EXPECT_EQ(status, 1);
-    EXPECT_THAT(out, testing::MatchesRegex("both.kflow:1:1: there is no macro 'DriveForward'; did "
-                                           "you mean 'DriveForwards'\\?\n"
-                                           "both.kflow:2:10: warning: [^\n]*\n"
-                                           "both.kflow:3:4: warning: [^\n]*\n"
-                                           "both.kflow:6:1: there is no macro 'lecOn'; did you "
-                                           "mean 'LedOn'\\?\n"));
+    dir.write("both.kflow", "lecOn(1)\nbyte b = 300\nBogus()\n");
+    EXPECT_THAT(code(dir, "both.kflow"),
+                testing::Pair(1, testing::MatchesRegex("both.kflow:1:1: there [^\n]*\n"
+                                                       "both.kflow:2:10: warning: [^\n]*\n"
+                                                       "both.kflow:3:1: there [^\n]*\n")));
 }
 
 TEST(CodeCommand, TakesTheSettingsOfAProjectFile) {

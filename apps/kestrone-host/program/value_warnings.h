@@ -1,7 +1,8 @@
 // Warnings of lines that run, but not as they read: a constant that loses bits in a byte or a
-// char, a count or a time below 0, a condition that never changes.
+// char, a count or a time outside 0 to 65535, a condition that never changes.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -11,9 +12,17 @@
 
 namespace kflow {
 
-// The value of an expression of literals and operators alone, by the chip's rules; nullopt for
-// one that reads a variable, calls a macro or divides by 0 (that stops the program as it runs).
-std::optional<pic::Int> constant_value(const SyntaxTree& tree, ExprId id);
+// An expression of literals and operators alone, worked out twice: by the chip's rules, as it
+// runs, and exactly, as its reader takes it (literals as written, nothing wrapped; nullopt once
+// it leaves 32 bits).
+struct Constant {
+    pic::Int chip;
+    std::optional<std::int64_t> exact;
+};
+
+// nullopt for an expression that reads a variable, calls a macro or divides by 0 (that stops
+// the program as it runs).
+std::optional<Constant> constant_value(const SyntaxTree& tree, ExprId id);
 
 class ValueWarnings {
   public:
@@ -27,8 +36,6 @@ class ValueWarnings {
     void condition(ExprId condition);
 
   private:
-    // The number a reader takes a constant for.
-    std::int32_t as_read(ExprId id, pic::Int value) const;
     Place start_of(ExprId id) const;
     const Expr& expr(ExprId id) const { return tree_.exprs[static_cast<std::size_t>(id)]; }
 
