@@ -1,7 +1,5 @@
-"""The warnings a random program (kflow_random's trees) should draw, from the language's rules
-alone: a constant outside 0 to 255 given to a byte or to a macro's char, a constant count
-outside 0 to 65535, a constant condition. Constants are worked out exactly, as a reader takes
-them (None once beyond 32 bits), and by the chip (c16_model) for what it keeps and decides."""
+"""The warnings of kflow_random's programs by the language's rules: constants worked out exactly
+(None beyond 32 bits) to judge them, and by the chip (c16_model) for what it keeps and decides."""
 
 import re
 
@@ -50,55 +48,48 @@ def expected(body):
     """(line, column, what) of every warning, by place; `what` as `said` reads a warning."""
     out, bytes_ = [], {"done"}
 
-    def warn(line, prefix, e, holder, low, high, kept):
-        c = constant(e)
-        t = expr_text(e)
-        column = len(prefix) + len(t) - len(t.lstrip("(")) + 1
+    def warn(line, prefix, e, holder):
+        c, t = constant(e), expr_text(e)
+        at, high = (line, len(prefix) + len(t) - len(t.lstrip("(")) + 1), 65535 if holder == "repeat" else 255
         if c and holder == "if":
-            out.append((line, column, ("if", c[1] != 0)))
-        elif c and holder != "if" and not (c[0] is not None and low <= c[0] <= high):
-            out.append((line, column, (holder, str(c[0]) if c[0] is not None else None, c[1] & kept)))
+            out.append(at + (("if", c[1] != 0),))
+        elif c and (c[0] is None or not 0 <= c[0] <= high):
+            out.append(at + ((holder, BEYOND if c[0] is None else str(c[0]), str(c[1] & high)),))
 
     def block(b, line, pad):
         for s in b:
-            if s[0] == "decl" and s[2]:
+            kind = s[0]
+            if kind == "decl" and s[2]:
                 bytes_.add(s[1])
-            if s[0] == "decl" and s[2] and s[3] is not None:
-                warn(line, pad + "byte " + s[1] + " = ", s[3], s[1], 0, 255, 0xFF)
-            elif s[0] == "set" and s[1] in bytes_:
-                warn(line, pad + s[1] + " = ", s[2], s[1], 0, 255, 0xFF)
-            elif s[0] == "call":
-                warn(line, pad + s[1] + "(", s[2], s[1], 0, 255, 0xFF)
-            elif s[0] == "repeat":
-                warn(line, pad + "repeat ", s[1], "repeat", 0, 65535, 0xFFFF)
-            if s[0] in ("repeat", "while"):
+                if s[3] is not None:
+                    warn(line, pad + "byte " + s[1] + " = ", s[3], s[1])
+            elif kind == "set" and s[1] in bytes_ or kind == "call":
+                warn(line, pad + s[1] + (" = " if kind == "set" else "("), s[2], s[1])
+            elif kind in ("repeat", "while"):
+                if kind == "repeat":
+                    warn(line, pad + "repeat ", s[1], "repeat")
                 block(s[2], line + 1, pad + "    ")
-            elif s[0] == "if":
-                arm_line = line
+            elif kind == "if":
+                at = line
                 for k, arm in enumerate(s[1]):
-                    warn(arm_line, pad + ("if " if k == 0 else "else if "), arm[1], "if", 0, 0, 0)
-                    block(arm[2], arm_line + 1, pad + "    ")
-                    arm_line += 1 + sum(size(t) for t in arm[2])
+                    warn(at, pad + ("if " if k == 0 else "else if "), arm[1], "if")
+                    block(arm[2], at + 1, pad + "    ")
+                    at += 1 + sum(size(t) for t in arm[2])
                 if s[2] is not None:
-                    block(s[2], arm_line + 1, pad + "    ")
+                    block(s[2], at + 1, pad + "    ")
             line += size(s)
 
     block(body, FIRST_LINE, "")
     return sorted(out)
 
 
-WARNING = re.compile(r":(\d+):(\d+): warning: (.*)$")
-KEPT = re.compile(r"'(\w+)'[^:]*: (-?\d+|a value beyond 32 bits) is outside 0 to 255, so only its low 8 bits are kept: (\d+)$")
-READ = re.compile(r"'(repeat)' reads (-?\d+|a value beyond 32 bits) as (\d+) times$")
+BEYOND = "a value beyond 32 bits"
+SAID = re.compile(r":(\d+):(\d+): warning: (?:'(\w+)'[^:]*: (.+) is outside 0 to 255, so only its low 8 "
+                  r"bits are kept: (\d+)|a count [^:]*: '(repeat)' reads (.+) as (\d+) times|(.*always (true)?.*))$")
 
 
 def said(line):
     """(line, column, what) of a warning as `code` writes it."""
-    m = WARNING.search(line)
-    text = m.group(3)
-    k = KEPT.search(text) or READ.search(text)
-    if k:
-        what = (k.group(1), None if k.group(2).startswith("a ") else k.group(2), int(k.group(3)))
-    else:
-        what = ("if", "always true" in text) if "always" in text else (text,)
-    return int(m.group(1)), int(m.group(2)), what
+    m = SAID.search(line)
+    g = [x for x in m.groups()[2:-2] if x is not None]
+    return int(m.group(1)), int(m.group(2)), tuple(g) if g else ("if", m.group(10) is not None)

@@ -62,18 +62,13 @@ TEST(CodeCommand, ListsEveryFaultWithItsPlaceAndWritesNoC) {
     EXPECT_EQ(slurp(dir.path() + "/bad.c"), "");
 }
 
-TEST(CodeCommand, WritesTheCDespiteWarningsAndListsThemAmongTheFaults) {
+TEST(CodeCommand, WritesTheCDespiteWarnings) {
     TempDir dir;
     dir.write("warned.kflow", "byte b = 300\nif 1\n    LedOn(b)\nend\n");
     EXPECT_THAT(code(dir, "warned.kflow -o warned.c"),
                 testing::Pair(0, testing::MatchesRegex("warned.kflow:1:10: warning: [^\n]*\n"
                                                        "warned.kflow:2:4: warning: [^\n]*\n")));
     EXPECT_THAT(slurp(dir.path() + "/warned.c"), HasSubstr("void main(void)"));
-    dir.write("both.kflow", "lecOn(1)\nbyte b = 300\nBogus()\n");
-    EXPECT_THAT(code(dir, "both.kflow"),
-                testing::Pair(1, testing::MatchesRegex("both.kflow:1:1: there [^\n]*\n"
-                                                       "both.kflow:2:10: warning: [^\n]*\n"
-                                                       "both.kflow:3:1: there [^\n]*\n")));
 }
 
 TEST(CodeCommand, TakesTheSettingsOfAProjectFile) {

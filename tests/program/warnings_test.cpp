@@ -87,14 +87,11 @@ std::string diagnostics(const std::string& source) {
 
 const char* const kMacro = "t:1:1: there is no macro ";
 const std::vector<std::pair<std::string, std::string>> kSaid = {
-    // Short of a letter, one too many, two swapped, in other capitals, too far from any; of two
-    // as near (LedOn by a change, LedOff by an insertion) the one listed first.
+    // Short of a letter, in other capitals, too far from any, near a private one only.
     {"DriveForward(1)\n", "'DriveForward'; did you mean 'DriveForwards'?\n"},
-    {"ReadLin(0)\n", "'ReadLin'; did you mean 'ReadLine'?\n"},
-    {"LdeOn(1)\n", "'LdeOn'; did you mean 'LedOn'?\n"},
     {"ledon(1)\n", "'ledon'; did you mean 'LedOn'? Names must match in capitals too\n"},
     {"LxdOx(1)\n", "'LxdOx' in this component\n"},
-    {"LedOf(1)\n", "'LedOf'; did you mean 'LedOn'?\n"},
+    {"ReadAnalogu(0)\n", "'ReadAnalogu' in this component\n"},
     {"int count\nint x = cuont + Cont\n",
      "t:2:9: there is no variable 'cuont'; did you mean 'count'? If not, declare it first, as int "
      "cuont = 0\nt:2:17: there is no variable 'Cont'; did you mean 'count'? If not, declare it "
