@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Random programs agree in three places: the console's interpreter, a small model of 16-bit C
-(c16_model.py), and the chip, as the hex of `kestrone-host code --hex` run in gpsim.
+(c16_model.py), and the chip, as the hex of `kestrone-host code --hex` run in gpsim; the
+warnings of `code` agree with their model (warning_model.py).
 
   pic_differential.py --host HOST --module MODULE --gpsim GPSIM [--count N] [--seed S]
 
@@ -19,6 +20,7 @@ import tempfile
 import time
 
 import c16_model
+import warning_model
 from kflow_random import Generator, lit, smaller, text, valid
 from pic_program import quote, save_project
 
@@ -67,10 +69,18 @@ def on_chip(args, folder, k, body, project):
     env = dict(os.environ, KESTRONE_PIC_PREFIX=args.pic_prefix)
     r = subprocess.run([args.host, "code", path, "--module", args.module, "--project", project, "--hex"],
                        env=env, capture_output=True, text=True, cwd=folder)
-    said = [l for l in (r.stdout + r.stderr).splitlines() if not l.startswith("kestrone-host: wrote ")]
+    # The program's own warnings are checked against their model; the compiler must say nothing.
+    own = re.compile(re.escape(path) + r":\d+:\d+: warning: ")
+    lines = (r.stdout + r.stderr).splitlines()
+    warned = sorted(warning_model.said(l) for l in lines if own.match(l))
+    said = [l for l in lines if not l.startswith("kestrone-host: wrote ") and not own.match(l)]
     cod = path[:-6] + ".cod"
     if r.returncode != 0 or said or not os.path.exists(cod):
         return "code said (%d): %s" % (r.returncode, " / ".join(said)[:600])
+    want = warning_model.expected(body)
+    if warned != want:
+        return "code warned %s where the model warns %s" % ([w for w in warned if w not in want],
+                                                             [w for w in want if w not in warned])
     symbols = subprocess.run([args.gpvc, "-s", cod], capture_output=True, text=True).stdout
     where = {m.group(1): int(m.group(2), 16) for m in re.finditer(r"^_kfv_(\w+) = ([0-9a-f]+),", symbols, re.M)}
     names = declared(body)

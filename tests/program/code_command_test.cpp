@@ -61,6 +61,15 @@ TEST(CodeCommand, ListsEveryFaultWithItsPlaceAndWritesNoC) {
     EXPECT_EQ(slurp(dir.path() + "/bad.c"), "");
 }
 
+TEST(CodeCommand, WritesTheCDespiteWarnings) {
+    TempDir dir;
+    dir.write("warned.kflow", "byte b = 300\nif 1\n    LedOn(b)\nend\n");
+    EXPECT_THAT(code(dir, "warned.kflow -o warned.c"),
+                testing::Pair(0, testing::MatchesRegex("warned.kflow:1:10: warning: [^\n]*\n"
+                                                       "warned.kflow:2:4: warning: [^\n]*\n")));
+    EXPECT_THAT(slurp(dir.path() + "/warned.c"), HasSubstr("void main(void)"));
+}
+
 TEST(CodeCommand, TakesTheSettingsOfAProjectFile) {
     TempDir dir;
     dir.write("small.kflow", kSmall);

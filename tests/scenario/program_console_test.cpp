@@ -94,6 +94,12 @@ TEST_F(ProgramConsole, AProgramWithAFaultDoesNotRunAtAll) {
                                 "/none.kflow: No such file or directory");
 }
 
+TEST_F(ProgramConsole, AProgramWithWarningsOnlyRuns) {
+    const std::string warned = program("warned.kflow", "byte b = 300\nif 1\n    b = b + 1\nend\n");
+    EXPECT_THAT(robot.run("run " + warned + "\nvar b\n").lines,
+                ElementsAre("ok", "ok 0&", "ok 45%"));
+}
+
 TEST_F(ProgramConsole, ExpectComparesTheValueAsWrittenAndFailsTheConsole) {
     const auto met = robot.run(
         "expect iThreshL == 200\nexpect field lADCVal(1) == 0&\nexpect get lblSpeedVal(0).Caption "

@@ -121,7 +121,7 @@ int run_code_command(const CodeOptions& o, const ProjectReader& read_project, st
         return kCannotBuild;
     }
     const CheckedProgram checked = check_program(source, o.program, *macros);
-    for (const Diagnostic& d : checked.faults)
+    for (const Diagnostic& d : in_order_of_place(checked.faults, checked.warnings))
         err << format_diagnostic(o.program, d) << "\n";
     if (!checked.program) return kProgramFaulty;
 

@@ -25,8 +25,8 @@ using ProjectReader =
 
 // Exit statuses of the command.
 enum CodeStatus : int {
-    kCodeWritten = 0,
-    kProgramFaulty = 1,   // every fault listed, FILE:LINE:COLUMN: TEXT
+    kCodeWritten = 0,     // warnings, if any, listed as FILE:LINE:COLUMN: warning: TEXT
+    kProgramFaulty = 1,   // every fault and warning listed by place, FILE:LINE:COLUMN: TEXT
     kCannotBuild = 2,     // a file, the module or the component failed
     kCompilerFailed = 3,  // the chip's compiler is missing or refused the C
 };

@@ -112,12 +112,7 @@ CValue CExprWriter::value(ExprId id) {
 
 CValue CExprWriter::unary(const Expr& e) {
     const CValue v = value(e.lhs);
-    if (v.known) {
-        const std::int16_t x = *v.known;
-        return after(v, e.op == Op::Negate ? pic::neg(x)
-                        : e.op == Op::Not  ? static_cast<std::int16_t>(x == 0)
-                                           : static_cast<std::int16_t>(~x));
-    }
+    if (v.known) return after(v, pic::unary(e.op, *v.known));
     // Not as !x: the port has read !b wrongly where b was set from && just before.
     if (e.op == Op::Not) return {"(int)(" + operand(v) + " == 0)", std::nullopt, v.effect, false};
     return {op_text(e.op) + operand(v), std::nullopt, v.effect, true};

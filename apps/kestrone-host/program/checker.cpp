@@ -1,11 +1,14 @@
 // The checks of names: every variable declared once and before its use, every macro known,
-// public, called with its number of arguments, and a value where a value is wanted.
+// public, called with its number of arguments, and a value where a value is wanted; an unknown
+// name is answered with the nearest known one. Warnings of values alongside.
 #include <algorithm>
 #include <map>
 
 #include "lexer.h"
+#include "nearest_name.h"
 #include "parser.h"
 #include "program.h"
+#include "value_warnings.h"
 
 namespace kflow {
 
@@ -15,9 +18,18 @@ std::string count_of(std::size_t n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);
 }
 
+std::string did_you_mean(const NearestName& near) {
+    return "; did you mean '" + *near.found() + "'?";
+}
+
+// Enough to compare a misspelt name with thousands of known ones, yet a bound on the time that
+// a program of a hundred thousand misspelt names takes to check.
+constexpr std::int64_t kSuggestionSteps = std::int64_t{1} << 24;
+
 class Checker {
   public:
-    Checker(Program& p, Diagnostics& faults) : p_(p), faults_(faults) {}
+    Checker(Program& p, Diagnostics& faults, Diagnostics& warnings)
+        : p_(p), faults_(faults), warn_(p.tree, warnings) {}
 
     void run() {
         collect_declarations(p_.tree.statements);
@@ -50,19 +62,25 @@ class Checker {
             case StmtKind::Assign:
                 value(s.expr);
                 s.ref = variable(s.name, s.name_at, false);
+                if (s.ref >= 0 && p_.variables[static_cast<std::size_t>(s.ref)].is_byte)
+                    warn_.into_byte(s.expr, "'" + s.name + "' is a byte");
                 return;
             case StmtKind::Call:
                 return call(s.expr, false);
             case StmtKind::Repeat:
                 value(s.expr);
+                warn_.count(s.expr, false);
                 return block(s.body, repeats + 1);
             case StmtKind::If:
                 for (Branch& b : s.branches) {
                     value(b.condition);
+                    warn_.condition(b.condition);
                     block(b.body, repeats);
                 }
                 return;
             case StmtKind::Delay:
+                value(s.expr);
+                return warn_.count(s.expr, true);
             case StmtKind::While:
             case StmtKind::Forever:
             case StmtKind::Stop:
@@ -73,6 +91,7 @@ class Checker {
 
     void declaration(Stmt& s) {
         value(s.expr);
+        if (s.is_byte) warn_.into_byte(s.expr, "'" + s.name + "' is a byte");
         if (p_.macros.find(s.name)) {
             faults_.add(s.name_at, "'" + s.name +
                                        "' is the name of a macro and cannot name a "
@@ -101,13 +120,19 @@ class Checker {
             return -1;
         }
         const auto later = declared_at_.find(name);
-        if (later != declared_at_.end())
+        if (later != declared_at_.end()) {
             faults_.add(at, "'" + name + "' is used before its declaration on line " +
                                 std::to_string(later->second) +
                                 ": declare variables at the top of the program");
-        else
-            faults_.add(at, "there is no variable '" + name + "': declare it first, as int " +
-                                name + " = 0");
+            return -1;
+        }
+        NearestName near(name, budget_);
+        for (const Variable& v : p_.variables)
+            if (!near.offer(v.name)) break;
+        const std::string declare = "declare it first, as int " + name + " = 0";
+        faults_.add(
+            at, "there is no variable '" + name + "'" +
+                    (near.found() ? did_you_mean(near) + " If not, " + declare : ": " + declare));
         return -1;
     }
 
@@ -133,10 +158,31 @@ class Checker {
 
     void call(ExprId id, bool as_value);
 
+    std::string no_macro(const std::string& name);
+    void char_arguments(const MacroInfo& m, const std::vector<ExprId>& args);
+
     Program& p_;
     Diagnostics& faults_;
+    ValueWarnings warn_;
+    SuggestionBudget budget_{kSuggestionSteps};
     std::map<std::string, int> declared_at_;  // line of each name's first declaration
 };
+
+// An unknown macro, with the public one nearest to it.
+std::string Checker::no_macro(const std::string& name) {
+    NearestName near(name, budget_);
+    for (const MacroInfo& m : p_.macros.macros())
+        if (!m.is_private && !near.offer(m.name)) break;
+    if (!near.found()) return "there is no macro '" + name + "' in this component";
+    return "there is no macro '" + name + "'" + did_you_mean(near) +
+           (near.same_ignoring_case() ? " Names must match in capitals too" : "");
+}
+
+void Checker::char_arguments(const MacroInfo& m, const std::vector<ExprId>& args) {
+    for (std::size_t k = 0; k < args.size(); ++k)
+        if (ctype_of(m.params[k].type) == CType::UnsignedChar)
+            warn_.into_byte(args[k], "'" + m.name + "' takes " + m.params[k].name + " as a char");
+}
 
 void Checker::call(ExprId id, bool as_value) {
     if (id == kNoExpr) return;
@@ -146,16 +192,9 @@ void Checker::call(ExprId id, bool as_value) {
     Expr& e = p_.tree.exprs[static_cast<std::size_t>(id)];
     const MacroInfo* m = p_.macros.find(e.name);
     if (!m) {
-        std::string text;
-        if (p_.slot_of(e.name) >= 0)
-            text = "'" + e.name + "' is a variable, not a macro: it takes no brackets";
-        else if (const MacroInfo* near = p_.macros.find_ignoring_case(e.name);
-                 near && !near->is_private)
-            text = "there is no macro '" + e.name + "': did you mean '" + near->name +
-                   "'? Names must match in capitals too";
-        else
-            text = "there is no macro '" + e.name + "' in this component";
-        faults_.add(e.at, text);
+        faults_.add(e.at, p_.slot_of(e.name) >= 0
+                              ? "'" + e.name + "' is a variable, not a macro: it takes no brackets"
+                              : no_macro(e.name));
         return;
     }
     if (m->is_private) {
@@ -176,6 +215,7 @@ void Checker::call(ExprId id, bool as_value) {
                               "expression; call it on a line of its own");
         return;
     }
+    char_arguments(*m, args);
     e.ref = m->id;
     p_.used_macros.push_back(m->id);
 }
@@ -196,14 +236,15 @@ int Program::declare(Variable v) {
 
 CheckedProgram check_program(std::string_view source, const std::string& file,
                              const MacroTable& macros) {
-    Diagnostics faults;
+    Diagnostics faults, warnings;
     Program p;
     p.file = file;
     p.macros = macros;
     p.tree = parse(lex(source, faults), faults);
-    Checker(p, faults).run();
+    Checker(p, faults, warnings).run();
     CheckedProgram out;
     out.faults = faults.sorted();
+    out.warnings = warnings.sorted();
     if (out.faults.empty()) out.program = std::move(p);
     return out;
 }

@@ -24,10 +24,18 @@ struct Diagnostic {
 // editors can jump to the place.
 std::string format_diagnostic(const std::string& file, const Diagnostic& d);
 
+// Errors and warnings in one list by place; of an error and a warning at one place, the error
+// first.
+std::vector<Diagnostic> in_order_of_place(const std::vector<Diagnostic>& errors,
+                                          const std::vector<Diagnostic>& warnings);
+
 // Collects the faults of every stage; they are listed in the order of their places.
 class Diagnostics {
   public:
-    void add(Place at, std::string text) { list_.push_back({at, std::move(text)}); }
+    void add(Place at, std::string text,
+             Diagnostic::Severity severity = Diagnostic::Severity::Error) {
+        list_.push_back({at, std::move(text), severity});
+    }
     bool empty() const { return list_.empty(); }
     // Sorted by place; of two at the same place, the one found first stays first.
     std::vector<Diagnostic> sorted() const;

@@ -206,13 +206,9 @@ std::int16_t* Interpreter::run(int at) {
                 ++top;
                 break;
             }
-            case CodeOp::Unary: {
-                const std::int16_t v = top[-1];
-                top[-1] = i->op == Op::Negate ? pic::neg(v)
-                          : i->op == Op::Not  ? static_cast<std::int16_t>(v == 0)
-                                              : static_cast<std::int16_t>(~v);
+            case CodeOp::Unary:
+                top[-1] = pic::unary(i->op, top[-1]);
                 break;
-            }
             case CodeOp::Binary:
                 --top;
                 top[-1] = binary(*i, top[-1], top[0]);

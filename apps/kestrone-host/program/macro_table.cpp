@@ -1,7 +1,6 @@
 #include "macro_table.h"
 
 #include <array>
-#include <cctype>
 #include <climits>
 
 namespace kflow {
@@ -24,15 +23,6 @@ constexpr std::array<TypeWord, 6> kByteTypes{{
     {"signed char", CType::SignedChar},
     {"int8_t", CType::SignedChar},
 }};
-
-bool same_ignoring_case(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(a[i])) !=
-            std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
 
 }  // namespace
 
@@ -127,12 +117,6 @@ std::optional<MacroTable> MacroTable::read(kestrone::IKestroneComponentV5& compo
 const MacroInfo* MacroTable::find(std::string_view name) const {
     for (const MacroInfo& m : macros_)
         if (m.name == name) return &m;
-    return nullptr;
-}
-
-const MacroInfo* MacroTable::find_ignoring_case(std::string_view name) const {
-    for (const MacroInfo& m : macros_)
-        if (same_ignoring_case(m.name, name)) return &m;
     return nullptr;
 }
 

@@ -57,8 +57,6 @@ class MacroTable {
     const MacroInfo& at(std::int32_t id) const { return macros_[static_cast<std::size_t>(id)]; }
     // By exact name; the first of two alike wins, as the host lists them.
     const MacroInfo* find(std::string_view name) const;
-    // A macro whose name differs only in case, for the message about a misspelt name.
-    const MacroInfo* find_ignoring_case(std::string_view name) const;
 
   private:
     std::vector<MacroInfo> macros_;

@@ -62,8 +62,21 @@ constexpr Int shr(Int a, Int n) {
     return wrap(std::int32_t{a} >> (count > 15 ? 15 : count));
 }
 
-// A binary operator other than && and || on two values: 1 or 0 for a comparison. The caller has
-// made sure that a divisor is not 0.
+// A unary operator on a value: -, ! (1 or 0) or ~.
+constexpr Int unary(Op op, Int a) {
+    switch (op) {
+        case Op::Negate:
+            return neg(a);
+        case Op::Not:
+            return a == 0;
+        default:
+            return static_cast<Int>(~a);
+    }
+}
+
+// A binary operator on two values: 1 or 0 for a comparison, && and ||. The caller has made sure
+// that a divisor is not 0, and evaluates the right side of && and || only where the left leaves
+// the answer open.
 constexpr Int apply(Op op, Int a, Int b) {
     switch (op) {
         case Op::Multiply:
@@ -98,6 +111,10 @@ constexpr Int apply(Op op, Int a, Int b) {
             return static_cast<Int>(a ^ b);
         case Op::BitOr:
             return static_cast<Int>(a | b);
+        case Op::And:
+            return a != 0 && b != 0;
+        case Op::Or:
+            return a != 0 || b != 0;
         default:
             return 0;
     }
