@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "command_line.h"
-#include "console_session.h"
+#include "console.h"
 
 namespace {
 
@@ -34,8 +34,8 @@ int final_lines(const std::string& answer) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static std::ostringstream out;
-    static console::ConsoleSession* session = [] {
-        auto* s = new console::ConsoleSession(out);
+    static console::Console* session = [] {
+        auto* s = new console::Console(out);
         std::string error;
         if (!s->session().load_module(KESTRONE_MODULE, &error)) __builtin_trap();
         s->start();

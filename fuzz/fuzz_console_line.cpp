@@ -1,6 +1,7 @@
-// The console's line splitting and value syntax on any bytes; what is written must read back.
-// Then the line itself through a console whose module is missing: whatever the line, it is
-// answered (by a `fail` here) and never reaches past the protocol.
+// The console's line splitting and value syntax on any bytes; what is written must read back, and
+// a line read as a command formats to one that reads back as the same command. Then the line
+// itself through a console whose module is missing: whatever the line, it is answered (by a
+// `fail` here) and never reaches past the protocol.
 #include <cstddef>
 #include <cstdint>
 #include <sstream>
@@ -8,7 +9,8 @@
 #include <string_view>
 
 #include "command_line.h"
-#include "console_session.h"
+#include "command.h"
+#include "console.h"
 #include "value_syntax.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -24,8 +26,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             if (!again || console::format_value(*again) != written) __builtin_trap();
         }
     if (line.find('\n') != std::string_view::npos) return 0;
+    if (!skipped) {
+        const commands::Parsed parsed = commands::parse_command(line);
+        if (parsed.command) {
+            // Compared as written: a value that is NaN is not equal to itself.
+            const std::string written = parsed.command->format();
+            const commands::Parsed again = commands::parse_command(written);
+            if (!again.command || again.command->format() != written) __builtin_trap();
+        }
+    }
     std::ostringstream out;
-    console::ConsoleSession session(out);
+    console::Console session(out);
     session.execute(line);
     // One final line for every line that is not skipped; `quit` alone answers nothing.
     const std::string answer = out.str();

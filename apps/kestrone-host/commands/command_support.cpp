@@ -35,6 +35,16 @@ std::optional<Reply> lacks(Context& context, host::Facet facet) {
     return Reply::fail("the component offers no panel");
 }
 
+std::optional<Reply> load_program(Context& context, const std::string& path) {
+    if (auto no = lacks_object(context)) return no;
+    stage::Stage& stage = context.stage;
+    if (!stage.session().offers(host::Facet::Host) || !stage.session().offers(host::Facet::Panel))
+        return Reply::fail("the component offers no host interface and panel to run a program on");
+    std::string error;
+    if (!stage.load_program(path, &error)) return Reply::fail(error);
+    return std::nullopt;
+}
+
 std::optional<double> number_of(std::string_view text) {
     const auto v = console::parse_value(text);
     if (!v || v->is_array()) return std::nullopt;

@@ -12,6 +12,10 @@
 
 namespace commands {
 
+// The program at `path` checked and loaded on the stage, ready to run: nullopt, or the reply
+// that says why not (no object to run it on, a file that can't be read, its first fault).
+std::optional<Reply> load_program(Context& context, const std::string& path);
+
 // nullopt when the robot has an object offering `facet`; else the reply that says why not.
 std::optional<Reply> lacks(Context& context, host::Facet facet);
 // The same for an object at all.

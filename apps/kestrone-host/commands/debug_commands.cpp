@@ -45,12 +45,8 @@ std::string format(const Debug& c) {
 }
 
 Reply execute(const Debug& c, Context& context) {
-    if (auto no = lacks_object(context)) return *no;
+    if (auto no = load_program(context, c.path)) return *no;
     stage::Stage& stage = context.stage;
-    if (!stage.session().offers(host::Facet::Host) || !stage.session().offers(host::Facet::Panel))
-        return Reply::fail("the component offers no host interface and panel to run a program on");
-    std::string error;
-    if (!stage.load_program(c.path, &error)) return Reply::fail(error);
     const kestrone::HRESULT hr = stage.debug_program();
     if (kestrone::failed(hr)) return Reply::fail(stage.program().message());
     return place_of(stage.program());

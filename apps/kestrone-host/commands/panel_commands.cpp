@@ -165,7 +165,8 @@ Parsed parse_mouse(const CommandLine& line) {
     const auto buttons = whole_number(w[2]);
     const auto x = number_of(w[3]), y = number_of(w[4]);
     if (!buttons) return refused("not a button number: " + w[2]);
-    if (!x || !y) return refused("mouse takes X and Y as numbers");
+    if (!x || !y || !std::isfinite(*x) || !std::isfinite(*y))
+        return refused("mouse takes X and Y as numbers");
     const auto shift = w.size() == 6 ? whole_number(w[5]) : std::optional<std::int32_t>(0);
     if (!shift || *shift < 0 || *shift > 7) return refused("not keys held (0 to 7): " + w[5]);
     return parsed(Mouse{static_cast<kestrone::PointerAction>(verb), *buttons, coordinate(*x),

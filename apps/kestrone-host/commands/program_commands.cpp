@@ -20,12 +20,8 @@ std::string format(const Run& c) {
 // With MS the program is stopped once MS milliseconds have passed on its clock, so that the
 // panel can be read as the program left it at that moment.
 Reply execute(const Run& c, Context& context) {
-    if (auto no = lacks_object(context)) return *no;
+    if (auto no = load_program(context, c.path)) return *no;
     stage::Stage& stage = context.stage;
-    if (!stage.session().offers(host::Facet::Host) || !stage.session().offers(host::Facet::Panel))
-        return Reply::fail("the component offers no host interface and panel to run a program on");
-    std::string error;
-    if (!stage.load_program(c.path, &error)) return Reply::fail(error);
     kflow::RunLimits limits;
     if (c.stop_at) limits.clock_ms = *c.stop_at;
     const kflow::RunOutcome outcome = stage.run_program(limits);

@@ -49,6 +49,8 @@ bool ProgramRun::load(host::ComponentSession& session, const std::string& path,
                                     ? path + ": the program does not pass its checks"
                                     : kflow::format_diagnostic(path, checked.faults.front()));
     retire();
+    // Breakpoints belong to the lines of the program they were set in.
+    breakpoints_.clear();
     session_ = &session;
     path_ = path;
     program_ = std::make_unique<kflow::Program>(std::move(*checked.program));
