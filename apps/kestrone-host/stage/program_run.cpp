@@ -28,12 +28,17 @@ bool component_ready(host::ComponentSession& session) {
 
 bool ProgramRun::load(host::ComponentSession& session, const std::string& path,
                       std::string* error) {
-    if (session.in_call()) return fail_with(error, "a call in progress holds the session");
-    kestrone::IKestroneComponentV5* component = session.component();
-    if (!component) return fail_with(error, "the component offers no host interface");
     std::string source, unread;
     if (!host::read_user_file(path, host::kLargestTextFile, "a robot program", &source, &unread))
         return fail_with(error, "cannot read the program " + path + ": " + unread);
+    return load_text(session, source, path, error);
+}
+
+bool ProgramRun::load_text(host::ComponentSession& session, std::string_view source,
+                           const std::string& path, std::string* error) {
+    if (session.in_call()) return fail_with(error, "a call in progress holds the session");
+    kestrone::IKestroneComponentV5* component = session.component();
+    if (!component) return fail_with(error, "the component offers no host interface");
     if (!component_ready(session)) {
         const HRESULT hr = session.make_ready();
         if (kestrone::failed(hr))

@@ -25,6 +25,9 @@ class ProgramRun {
     // the program's first fault as FILE:LINE:COLUMN: TEXT; the program loaded before stays. A
     // program that was running is stopped and replaced.
     bool load(host::ComponentSession& session, const std::string& path, std::string* error);
+    // The same from the program's text, `path` naming it in the messages.
+    bool load_text(host::ComponentSession& session, std::string_view source,
+                   const std::string& path, std::string* error);
     bool loaded() const { return interpreter_ != nullptr; }
     // The checked program, while one is loaded.
     const kflow::Program* program() const { return program_.get(); }

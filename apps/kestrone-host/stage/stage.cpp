@@ -46,6 +46,11 @@ bool Stage::load_program(const std::string& path, std::string* error) {
     return program_.load(session(), path, error);
 }
 
+bool Stage::load_program_text(std::string_view source, const std::string& name,
+                              std::string* error) {
+    return program_.load_text(session(), source, name, error);
+}
+
 HRESULT Stage::start_program() {
     yielded_ = false;
     program_started_ = now();

@@ -47,6 +47,7 @@ class Stage {
     // ---- The program, run on the robot in focus.
     ProgramRun& program() { return program_; }
     bool load_program(const std::string& path, std::string* error);
+    bool load_program_text(std::string_view source, const std::string& name, std::string* error);
     // Starts it now: it then runs as the clock is brought on.
     kestrone::HRESULT start_program();
     // Starts it and runs it to its end, each delay bringing the clock on (the console's way). A

@@ -57,6 +57,12 @@ bool WorldDriver::load_file(const std::string& path, std::string* error) {
     return true;
 }
 
+bool WorldDriver::load_text(std::string_view text, const std::string& name, std::string* error) {
+    if (!world_.load_text(text, name, error)) return false;
+    sync();
+    return true;
+}
+
 void WorldDriver::reset() {
     world_.reset();
     sync();

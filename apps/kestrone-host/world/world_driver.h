@@ -25,6 +25,7 @@ class WorldDriver {
     void sync();
     // Load and reset also bring the inputs to the new place at once.
     bool load_file(const std::string& path, std::string* error);
+    bool load_text(std::string_view text, const std::string& name, std::string* error);
     void reset();
     // After the robot was put down by hand: the readings that changed with the place.
     void placed() { follow_readings(); }
