@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <iostream>
 
+#include "check_command.h"
 #include "code_command.h"
 #include "component_module.h"
 #include "component_registry.h"
@@ -138,6 +139,20 @@ int run_code(const Invocation& in) {
         std::cout, std::cerr);
 }
 
+int run_check(const Invocation& in) {
+    const QCommandLineParser& o = in.options;
+    lesson::CheckOptions options;
+    options.lesson = in.words.front().toStdString();
+    for (qsizetype i = 1; i < in.words.size(); ++i)
+        options.programs.push_back(in.words[i].toStdString());
+    options.module = in.module;
+    if (o.isSet("jobs")) options.jobs = o.value("jobs").toStdString();
+    if (o.isSet("shard")) options.shard = o.value("shard").toStdString();
+    options.junit = o.value("junit").toStdString();
+    options.csv = o.value("csv").toStdString();
+    return lesson::run_check_command(options, std::cout, std::cerr);
+}
+
 int run_window(const Invocation& in) {
     const QCommandLineParser& o = in.options;
     window::WindowOptions options;
@@ -201,6 +216,19 @@ constexpr std::array kCommands{
                 "  --hex            also compile the C with the PIC compiler; the .hex goes beside "
                 "the C\n",
                 false, 1, &run_code},
+    HostCommand{"check", "run a lesson's checks against a class of programs",
+                "kestrone-host check LESSON [PROGRAM.kflow ...] [--jobs N] [--shard K/M]\n"
+                "                    [--junit FILE] [--csv FILE] [--module PATH]\n\n"
+                "Runs the lesson's checks (a .klesson file) once for each program named, or for "
+                "the lesson's\nown program when none is, each on a fresh robot with the lesson's "
+                "settings and arena.\nPrints one line per program in the order given, then "
+                "'N passed, M failed'. Exits with 0\nwhen every program passed, 1 when some "
+                "failed, 2 when the lesson, a program or the module\ncan't be read.\n\n"
+                "  --jobs N       check on N workers at once (default: one per core)\n"
+                "  --shard K/M    only the programs at places K, K + M, K + 2M, ... (from 1)\n"
+                "  --junit FILE   a JUnit XML report: one test case per program\n"
+                "  --csv FILE     a table of program, result, simulated seconds and message\n",
+                false, 1, &run_check, true},
     HostCommand{"components", "list the components registered with this host",
                 "kestrone-host components\n\n"
                 "Lists the components registered with this host, and whether each module is still "
@@ -268,6 +296,10 @@ void add_host_options(QCommandLineParser& parser) {
          "has played.",
          "PNG"},
         {"quit-after-play", "window: close once the script has played."},
+        {"jobs", "check: the number of programs checked at once (default: one per core).", "N"},
+        {"shard", "check: only the programs at places K, K + M, K + 2M, ...", "K/M"},
+        {"junit", "check: write a JUnit XML report.", "FILE"},
+        {"csv", "check: write a CSV table of the results.", "FILE"},
     });
 }
 
