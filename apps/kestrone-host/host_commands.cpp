@@ -161,6 +161,7 @@ int run_window(const Invocation& in) {
     options.project = o.value("project").toStdString();
     options.snapshot = o.value("snapshot").toStdString();
     options.world = o.value("world").toStdString();
+    options.lesson = o.value("lesson").toStdString();
     options.run = o.value("run").toStdString();
     options.quit_after_play = o.isSet("quit-after-play");
     bool zoom_ok = true;
@@ -175,12 +176,13 @@ int run_window(const Invocation& in) {
 constexpr std::array kCommands{
     HostCommand{"window", "the panel in a window (the default where a display exists)",
                 "kestrone-host window [--module PATH | --component NAME] [--project FILE]\n"
-                "                     [--world FILE] [--run FILE] [--zoom N]\n"
+                "                     [--world FILE] [--lesson FILE] [--run FILE] [--zoom N]\n"
                 "                     [--play FILE [--snapshot PNG] [--quit-after-play]]\n\n"
                 "The panel in a window, with Start and Stop, the property page, projects and "
                 "programs.\n\n"
                 "  --project FILE     a project file whose settings the robot takes\n"
                 "  --world FILE       an arena beside the panel, for the robot to drive in\n"
+                "  --lesson FILE      a lesson: its instructions, settings, arena and program\n"
                 "  --run FILE         a robot program, opened and run at once\n"
                 "  --zoom N           the panel's zoom, 1, 2 or 3\n"
                 "  --play FILE        a console script played in real time\n"
@@ -290,6 +292,7 @@ void add_host_options(QCommandLineParser& parser) {
         {"play", "window: play a console script in real time.", "FILE"},
         {"zoom", "window: the panel's zoom, 1, 2 or 3.", "N"},
         {"world", "window: open an arena for the robot to drive in.", "FILE"},
+        {"lesson", "window: open a lesson (.klesson).", "FILE"},
         {"run", "window: open a robot program and run it at once.", "FILE"},
         {"snapshot",
          "window: write the panel (with the world beside it) as a PNG once the script "

@@ -54,6 +54,7 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     setCentralWidget(central);
     status_ = new QLabel(this);
     statusBar()->addWidget(status_, 1);
+    build_lesson_dock();
     build_menus();
     connect(&clock_, &RealTimeClock::advanced, this, &MainWindow::after_action);
     connect(&player_, &ScriptPlayer::finished, this, &MainWindow::played_to_end);
@@ -94,6 +95,7 @@ bool MainWindow::start() {
     clock_.start();
     // After the clock has started: an action brings the stage to the clock's now first.
     if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
+    if (!options_.lesson.empty() && !open_lesson(options_.lesson)) exit_status_ = 1;
     if (!options_.run.empty()) {
         if (open_program(options_.run))
             run_program();

@@ -21,6 +21,7 @@ const QString kProjects = QStringLiteral("Projects (*.kproj *.json);;All files (
 const QString kScripts = QStringLiteral("Console scripts (*.console);;All files (*)");
 const QString kPrograms = QStringLiteral("Robot programs (*.kflow);;All files (*)");
 const QString kArenas = QStringLiteral("Arenas (*.world);;All files (*)");
+const QString kLessons = QStringLiteral("Lessons (*.klesson);;All files (*)");
 }  // namespace
 
 void MainWindow::build_menus() {
@@ -79,6 +80,10 @@ void MainWindow::build_file_menu() {
         if (!path.isEmpty()) open_arena(path.toStdString());
     });
     close_arena_ = file->addAction(tr("&Close arena"), this, [this] { close_arena(); });
+    file->addAction(tr("Open &lesson..."), this, [this] {
+        const QString path = ask_open_path(this, tr("Open a lesson"), kLessons);
+        if (!path.isEmpty()) open_lesson(path.toStdString());
+    });
     file->addSeparator();
     file->addAction(tr("Save &recording..."), this, [this] {
         const QString path = ask_save_path(this, tr("Save the recording"), kScripts);
