@@ -147,3 +147,20 @@ TEST(CheckCommand, ProgramsFailWithTheirMessageAndTheOthersGoOn) {
 }
 
 }  // namespace
+
+namespace {
+
+// Without programs named the class is the lesson's own program, shared by shards as any class.
+TEST(CheckCommand, WithoutProgramsTheLessonsOwnIsChecked) {
+    TempDir dir;
+    const std::string file = dir.write(
+        "own.klesson", R"({"lesson": 1, "program": "DriveStop()\n", "checks": ["run program"]})");
+    const Outcome own = check(options(file, {}));
+    EXPECT_EQ(own.status, 0) << own.err;
+    EXPECT_EQ(lines_of(own.out).front().substr(0, 6 + file.size()), "pass  " + file);
+    lesson::CheckOptions other = options(file, {});
+    other.shard = "2/2";
+    EXPECT_EQ(check(other).out, "0 passed, 0 failed\n");
+}
+
+}  // namespace

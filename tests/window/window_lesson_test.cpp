@@ -19,6 +19,7 @@ TEST_F(WindowTest, ALessonBringsItsSettingsArenaProgramAndInstructions) {
     ASSERT_TRUE(window_->open_lesson(good));
     EXPECT_EQ(field("iThreshL"), 77);
     EXPECT_EQ(window_->world().arena().width, 1300);
+    EXPECT_TRUE(window_->status_text().contains("the arena sets the line sensors"));
     auto* dock = window_->findChild<QDockWidget*>("lesson");
     ASSERT_TRUE(dock);
     EXPECT_TRUE(dock->isVisibleTo(window_.get()));

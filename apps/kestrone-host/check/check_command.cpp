@@ -52,11 +52,10 @@ unsigned jobs_of(const std::optional<std::string>& written) {
 
 // The programs of this shard, read before any is checked.
 std::vector<ProgramSource> programs_of(const CheckOptions& o, const Lesson& l) {
-    if (o.programs.empty()) {
-        if (!l.program)
-            throw Refusal{o.lesson + ": the lesson has no program, so name the programs to check"};
-        return {{o.lesson, *l.program}};
-    }
+    if (o.programs.empty() && !l.program)
+        throw Refusal{o.lesson + ": the lesson has no program, so name the programs to check"};
+    // Without programs named, the class is the lesson's own program.
+    const std::vector<std::string> names = o.programs.empty() ? std::vector{o.lesson} : o.programs;
     Shard shard;
     std::string why;
     if (o.shard) {
@@ -65,9 +64,10 @@ std::vector<ProgramSource> programs_of(const CheckOptions& o, const Lesson& l) {
         shard = *s;
     }
     std::vector<ProgramSource> out;
-    for (const std::size_t i : shard_places(o.programs.size(), shard)) {
-        ProgramSource p{o.programs[i], {}};
-        if (!host::read_user_file(p.name, host::kLargestTextFile, "a robot program", &p.text, &why))
+    for (const std::size_t i : shard_places(names.size(), shard)) {
+        ProgramSource p{names[i], o.programs.empty() ? *l.program : std::string()};
+        if (!o.programs.empty() &&
+            !host::read_user_file(p.name, host::kLargestTextFile, "a robot program", &p.text, &why))
             throw Refusal{"cannot read the program " + p.name + ": " + why};
         out.push_back(std::move(p));
     }

@@ -226,6 +226,9 @@ void MainWindow::update_status() {
     else if (!program.message().empty())
         state += " - " + QString::fromStdString(program.message());
     if (player_.playing()) state += tr(" - playing");
+    // Which inputs are the world's: each is set when its reading changes, and is the user's
+    // between changes.
+    if (world().loaded()) state += tr(" - the arena sets the line sensors, bumpers, LDR and IR");
     const QString text = tr("%1    left wheel %2 ticks/s    right wheel %3 ticks/s")
                              .arg(state)
                              .arg(clock_.rate(0), 0, 'f', 0)
