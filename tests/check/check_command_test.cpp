@@ -164,3 +164,28 @@ TEST(CheckCommand, WithoutProgramsTheLessonsOwnIsChecked) {
 }
 
 }  // namespace
+
+namespace {
+
+// Options that can't be read stop `check` before anything runs.
+TEST(CheckCommand, UnreadableOptionsAreRefused) {
+    TempDir dir;
+    const std::string file = dir.write("l.klesson", R"({"lesson": 1, "checks": []})");
+    const std::string program = dir.write("p.kflow", "DriveStop()\n");
+    for (const char* jobs : {"0", "-1", "1025", "2x", "x", ""}) {
+        lesson::CheckOptions o = options(file, {program});
+        o.jobs = jobs;
+        const Outcome refused = check(o);
+        EXPECT_EQ(refused.status, 2) << jobs;
+        EXPECT_EQ(refused.out, "") << jobs;
+        EXPECT_NE(refused.err.find("--jobs"), std::string::npos) << refused.err;
+    }
+    lesson::CheckOptions o = options(file, {program});
+    o.shard = "3/2";
+    EXPECT_EQ(check(o).status, 2);
+    o.shard = "1/1";
+    o.jobs = "1024";
+    EXPECT_EQ(check(o).status, 0);
+}
+
+}  // namespace

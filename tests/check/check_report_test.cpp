@@ -90,6 +90,12 @@ TEST(CheckReport, CsvAndJUnitReadBack) {
         const std::string counts = "tests=\"" + std::to_string(results.size()) + "\" failures=\"" +
                                    std::to_string(failed) + "\"";
         EXPECT_NE(xml.find("<testsuite name=\"suite\" " + counts), std::string::npos) << xml;
+        std::int64_t total = 0;  // the suite's time is the whole class's simulated time
+        for (const ClassResult& r : results)
+            total += r.result.simulated_ms;
+        const std::string seconds = lesson::seconds_text(total);
+        EXPECT_NE(xml.find("time=\"" + seconds.substr(0, seconds.size() - 2) + "\">"),
+                  std::string::npos);
         EXPECT_EQ(lesson::summary_line(results), std::to_string(results.size() - failed) +
                                                      " passed, " + std::to_string(failed) +
                                                      " failed");
