@@ -9,7 +9,6 @@
 #include <QTest>
 
 #include "properties_dialog.h"
-#include "support/temp_dir.h"
 #include "window_fixture.h"
 
 namespace window_testing {
@@ -20,15 +19,6 @@ using kestrone::Variant;
 class WindowActionsTest : public WindowTest {
   protected:
     std::int32_t setting(const std::string& name) { return number_of(call(name)); }
-    // Types `text` into the dialog's text box as a user would, replacing what it held.
-    static void type_into(window::PropertiesDialog& dialog, const std::string& name,
-                          const QString& text) {
-        auto* box = qobject_cast<QLineEdit*>(dialog.widget(name));
-        ASSERT_NE(box, nullptr) << name;
-        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(box, text);
-    }
-    testing_support::TempDir dir_;
 };
 
 TEST_F(WindowActionsTest, ApplyingThePageChangesTheSettingsAndMarksTheProjectUnsaved) {
@@ -167,6 +157,7 @@ TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
     // 1500, 1260, 1560 and 330 twips inside its frame.
     EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(200, 168, 208, 44));
     EXPECT_EQ(dialog->widget("txtiThreshR")->parentWidget(), dialog->widget("Frame1"));
+    EXPECT_EQ(dialog->widget("lblBiasLeft")->parentWidget(), dialog->widget("Frame3"));
     EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(32, 400, 738, 194));
     for (QWidget* w : dialog->findChildren<QWidget*>()) {
         if (qobject_cast<QLabel*>(w) || qobject_cast<QAbstractButton*>(w)) {
@@ -199,6 +190,7 @@ TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
     EXPECT_FALSE(byte->isChecked());
     EXPECT_EQ(walk()[3], "optInt");
     auto* right = qobject_cast<QLineEdit*>(dialog->widget("txtiThreshR"));
+    EXPECT_EQ(right->text().toInt(), setting("iThreshR"));
     right->selectAll();
     right->insert(QString("0").repeated(40000) + "7");  // as a paste puts it
     ASSERT_TRUE(dialog->apply());
