@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "chart_command.h"
+#include "check_command.h"
 #include "code_command.h"
 #include "component_macros.h"
 #include "component_module.h"
@@ -160,6 +161,20 @@ int run_chart(const Invocation& in) {
         [&module](std::ostream& err) { return kflow::read_module_macros(module, err); }, std::cerr);
 }
 
+int run_check(const Invocation& in) {
+    const QCommandLineParser& o = in.options;
+    lesson::CheckOptions options;
+    options.lesson = in.words.front().toStdString();
+    for (qsizetype i = 1; i < in.words.size(); ++i)
+        options.programs.push_back(in.words[i].toStdString());
+    options.module = in.module;
+    if (o.isSet("jobs")) options.jobs = o.value("jobs").toStdString();
+    if (o.isSet("shard")) options.shard = o.value("shard").toStdString();
+    options.junit = o.value("junit").toStdString();
+    options.csv = o.value("csv").toStdString();
+    return lesson::run_check_command(options, std::cout, std::cerr);
+}
+
 int run_window(const Invocation& in) {
     const QCommandLineParser& o = in.options;
     window::WindowOptions options;
@@ -169,6 +184,7 @@ int run_window(const Invocation& in) {
     options.snapshot = o.value("snapshot").toStdString();
     options.shot = o.value("shot").toStdString();
     options.world = o.value("world").toStdString();
+    options.lesson = o.value("lesson").toStdString();
     options.run = o.value("run").toStdString();
     options.quit_after_play = o.isSet("quit-after-play");
     bool zoom_ok = true;
@@ -183,7 +199,7 @@ int run_window(const Invocation& in) {
 constexpr std::array kCommands{
     HostCommand{"window", "the panel in a window (the default where a display exists)",
                 "kestrone-host window [--module PATH | --component NAME] [--project FILE]\n"
-                "                     [--world FILE] [--run FILE] [--zoom N]\n"
+                "                     [--world FILE] [--lesson FILE] [--run FILE] [--zoom N]\n"
                 "                     [--play FILE [--snapshot PNG] [--shot PNG] "
                 "[--quit-after-play]]\n\n"
                 "A workbench for robot programs beside the panel: an editor that checks as you "
@@ -191,6 +207,7 @@ constexpr std::array kCommands{
                 "projects and the C.\n\n"
                 "  --project FILE     a project file whose settings the robot takes\n"
                 "  --world FILE       an arena beside the panel, for the robot to drive in\n"
+                "  --lesson FILE      a lesson: its instructions, settings, arena and program\n"
                 "  --run FILE         a robot program, opened and run at once\n"
                 "  --zoom N           the panel's and the text's zoom, 1, 2 or 3 (default: as "
                 "last left)\n"
@@ -241,6 +258,19 @@ constexpr std::array kCommands{
                 "Exit status 0 when written, 1 for faults in the program, 2 when a file cannot be "
                 "read or\nwritten (or the module cannot be loaded).\n",
                 false, 1, &run_chart},
+    HostCommand{"check", "run a lesson's checks against a class of programs",
+                "kestrone-host check LESSON [PROGRAM.kflow ...] [--jobs N] [--shard K/M]\n"
+                "                    [--junit FILE] [--csv FILE] [--module PATH]\n\n"
+                "Runs the lesson's checks (a .klesson file) once for each program named, or for "
+                "the lesson's\nown program when none is, each on a fresh robot with the lesson's "
+                "settings and arena.\nPrints one line per program in the order given, then "
+                "'N passed, M failed'. Exits with 0\nwhen every program passed, 1 when some "
+                "failed, 2 when the lesson, a program or the module\ncan't be read.\n\n"
+                "  --jobs N       check on N workers at once (default: one per core)\n"
+                "  --shard K/M    only the programs at places K, K + M, K + 2M, ... (from 1)\n"
+                "  --junit FILE   a JUnit XML report: one test case per program\n"
+                "  --csv FILE     a table of program, result, simulated seconds and message\n",
+                false, 1, &run_check, true},
     HostCommand{"components", "list the components registered with this host",
                 "kestrone-host components\n\n"
                 "Lists the components registered with this host, and whether each module is still "
@@ -304,6 +334,7 @@ void add_host_options(QCommandLineParser& parser) {
         {"play", "window: play a console script in real time.", "FILE"},
         {"zoom", "window: the panel's and the text's zoom; chart: the picture's; 1, 2 or 3.", "N"},
         {"world", "window: open an arena for the robot to drive in.", "FILE"},
+        {"lesson", "window: open a lesson (.klesson).", "FILE"},
         {"run", "window: open a robot program and run it at once.", "FILE"},
         {"snapshot",
          "window: write the panel (with the world beside it) as a PNG once the script "
@@ -311,6 +342,10 @@ void add_host_options(QCommandLineParser& parser) {
          "PNG"},
         {"shot", "window: write the whole window as a PNG once the script has played.", "PNG"},
         {"quit-after-play", "window: close once the script has played."},
+        {"jobs", "check: the number of programs checked at once (default: one per core).", "N"},
+        {"shard", "check: only the programs at places K, K + M, K + 2M, ...", "K/M"},
+        {"junit", "check: write a JUnit XML report.", "FILE"},
+        {"csv", "check: write a CSV table of the results.", "FILE"},
     });
 }
 

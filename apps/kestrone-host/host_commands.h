@@ -22,8 +22,9 @@ struct HostCommand {
     std::string_view summary;  // one line of `kestrone-host --help`
     std::string_view page;     // `kestrone-host NAME --help`
     bool graphical;            // needs a QApplication (and so a display)
-    int positional;            // words it takes after its name
+    int positional;            // words it takes after its name (at least, with `more_words`)
     int (*run)(const Invocation& invocation);
+    bool more_words = false;  // takes any number of words after the first `positional`
 };
 
 std::span<const HostCommand> host_commands();

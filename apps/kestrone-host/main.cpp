@@ -88,7 +88,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     words.removeFirst();
-    if (words.size() != command->positional) {
+    if (command->more_words ? words.size() < command->positional
+                            : words.size() != command->positional) {
         std::cerr << "kestrone-host: " << command->name
                   << (command->positional ? " takes one file" : " takes nothing more")
                   << (words.isEmpty() ? "" : ", not '" + words.join(' ').toStdString() + "'")

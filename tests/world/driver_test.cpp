@@ -69,14 +69,19 @@ TEST(WorldDriver, SetsEachInputToItsReadingAtTheFullScaleOfTheMoment) {
     // Nothing differs: nothing is touched.
     r.driver.sync();
     EXPECT_EQ(r.panel.arrows + r.panel.clicks, 257);
-    // A change of full scale is a change of reading; the user's own clicks and arrows are undone
-    // at the next step, a box at 2 by two clicks.
-    r.panel.full = 1023;
+    // Between changes of its readings the user's clicks and arrows hold; a change of full scale
+    // is a change of every sensor's reading, so those are set again, and a reset sets all.
     r.panel.running = false;
-    r.panel.checks = {2, 1, 2, 1};
+    r.panel.checks = {2, 1, 0, 1};
     r.panel.sensors[3] = 700;
     r.driver.step();
+    EXPECT_EQ(r.panel.checks, (Checks{2, 1, 0, 1}));
+    EXPECT_EQ(r.panel.sensors[3], 700);
+    r.panel.full = 1023;
+    r.driver.step();
     EXPECT_EQ(r.panel.sensors, (Sensors{512, 77, 0, 512, 0}));
+    EXPECT_EQ(r.panel.checks, (Checks{2, 1, 0, 1}));
+    r.driver.reset();
     EXPECT_EQ(r.panel.checks, (Checks{1, 0, 0, 0}));
 }
 
@@ -95,6 +100,7 @@ TEST(WorldDriver, MovesAtTheWheelsSpeedsAndSetsTheInputsOfItsNewPlace) {
     for (int i = 0; i < 10; ++i)
         r.driver.step();
     EXPECT_NEAR(r.world.pose().centre.x, 1025.5, 1e-9);  // 255 mm/s for 100 ms
+    EXPECT_EQ(r.panel.checks[0], 1);  // refused while deaf, so set once it listens
     r.panel.speeds = {-400, -255};
     r.driver.step();
     EXPECT_NEAR(r.world.pose().centre.x, 1025.5 - 2.55, 1e-9);

@@ -83,7 +83,8 @@ TEST(WorldConsole, AnswersThePoseTheZonesAndFailsAsItShould) {
 // the other way, and it meets the wall after 210 sqrt 2, 0.21 of the full scale. Stopped, the
 // wheels' speeds don't move the robot; simulating, it steps at each multiple of 10 ms of the
 // clock, and into the wall at y 710 its centre stops 60 short of it with the bumpers pressed.
-// Unloaded, the inputs stay as they are and are the user's again.
+// Between changes of the world's readings the user's clicks and arrows hold. Unloaded, the inputs
+// stay as they are and are the user's again.
 TEST(WorldConsole, SetsThePanelsInputsAndStepsTheRobotOnTheClockWhileSimulating) {
     testing_support::TempDir dir;
     const std::string drive =
@@ -99,11 +100,15 @@ TEST(WorldConsole, SetsThePanelsInputsAndStepsTheRobotOnTheClockWhileSimulating)
         {"click chkLineRight", "ok"},
         {"bReturnInt = 1", "ok"},  // a full scale of 1023
         {"advance 10", "ok 0&"},
-        {"get chkLineRight.Value", "ok 0%"},
+        {"get chkLineRight.Value", "ok 1%"},  // the user's click holds
         {"field lADCVal(3)", "ok 512&"},
         {"field lADCVal(2)", "ok 215&"},
         {"run " + drive, "ok 1000&"},
         {"world y", "ok 350&"},
+        {"arrow updownADC(0) up", "ok"},
+        {"click chkSwitchLeft", "ok"},
+        {"advance 500", ""},
+        {"field lADCVal(0)", "ok 400&"},  // 399 from the light, one up by hand, held
         {"KestroneVersion = 1281", "ok"},
         {"SimMacroCall 4 [150] 0& Empty 0&", "ok pRetVal=0& pvAffected=Empty pCycles=0&"},
         {"advance 100", ""},
@@ -113,6 +118,8 @@ TEST(WorldConsole, SetsThePanelsInputsAndStepsTheRobotOnTheClockWhileSimulating)
         {"world y", "ok 350&"},
         {"advance 5", ""},
         {"world y", "ok 352&"},  // 351.5, to the even 352
+        {"get chkSwitchLeft.Value", "ok 1%"},
+        {"get chkSwitchRight.Value", "ok 0%"},
         {"advance 3000", ""},
         {"world y", "ok 650&"},
         {"get chkSwitchLeft.Value", "ok 1%"},

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -48,6 +49,19 @@ struct Context {
     SnapshotHook snapshot;
     bool quit = false;             // `quit` ran
     bool expectations_met = true;  // no `expect` has failed
+    // Where a relative file name of a command is found: as written when empty, else in this
+    // folder (a lesson's checks name the files beside the lesson).
+    std::string folder;
+    // The program that `run program` stands for while a lesson's checks run: its text, and the
+    // name its messages give it.
+    struct ProgramText {
+        std::string name;
+        std::string text;
+    };
+    std::optional<ProgramText> program_under_check;
+
+    // A file named by a command, found as `folder` says.
+    std::string file(const std::string& name) const;
 };
 
 // A line that is no command, kept as written: it answers with why.

@@ -8,6 +8,11 @@ namespace commands {
 
 using kestrone::Variant;
 
+std::string Context::file(const std::string& name) const {
+    if (folder.empty() || name.empty() || name.front() == '/') return name;
+    return folder.back() == '/' ? folder + name : folder + "/" + name;
+}
+
 std::optional<Reply> lacks_object(Context& context) {
     const host::ComponentSession& session = context.stage.session();
     if (session.has_object()) return std::nullopt;
@@ -41,7 +46,12 @@ std::optional<Reply> load_program(Context& context, const std::string& path) {
     if (!stage.session().offers(host::Facet::Host) || !stage.session().offers(host::Facet::Panel))
         return Reply::fail("the component offers no host interface and panel to run a program on");
     std::string error;
-    if (!stage.load_program(path, &error)) return Reply::fail(error);
+    // While a lesson's checks run, `program` is the program under check.
+    const auto& under_check = context.program_under_check;
+    const bool loaded = under_check && path == "program"
+                            ? stage.load_program_text(under_check->text, under_check->name, &error)
+                            : stage.load_program(context.file(path), &error);
+    if (!loaded) return Reply::fail(error);
     return std::nullopt;
 }
 

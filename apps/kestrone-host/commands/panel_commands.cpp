@@ -261,7 +261,8 @@ std::string format(const Snapshot& c) {
 Reply execute(const Snapshot& c, Context& context) {
     if (!context.snapshot) return Reply::fail("no view built");
     if (auto no = lacks(context, host::Facet::Panel)) return *no;
-    const std::string why = context.snapshot(*context.stage.session().panel(), c.path);
+    const std::string why =
+        context.snapshot(*context.stage.session().panel(), context.file(c.path));
     if (!why.empty()) return Reply::fail(why);
     return Reply::ok();
 }

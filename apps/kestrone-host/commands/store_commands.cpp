@@ -61,8 +61,8 @@ Reply execute(const StoreFile& c, Context& context) {
     host::ComponentSession& session = context.stage.session();
     if (!session.keeps_project_files()) return Reply::fail("this host keeps no project files");
     std::string error;
-    const bool done =
-        c.save ? session.save_project_as(c.path, &error) : session.open_project(c.path, &error);
+    const bool done = c.save ? session.save_project_as(context.file(c.path), &error)
+                             : session.open_project(context.file(c.path), &error);
     return done ? Reply::ok() : Reply::fail(error);
 }
 

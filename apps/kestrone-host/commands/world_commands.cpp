@@ -21,7 +21,8 @@ std::string format(const WorldLoad& c) {
 
 Reply execute(const WorldLoad& c, Context& context) {
     std::string error;
-    if (!context.stage.world_driver().load_file(c.path, &error)) return Reply::fail(error);
+    if (!context.stage.world_driver().load_file(context.file(c.path), &error))
+        return Reply::fail(error);
     return Reply::ok();
 }
 

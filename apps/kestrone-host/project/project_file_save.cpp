@@ -152,7 +152,7 @@ bool save_project_within(const std::string& path, const StoreEntries& entries, l
         ::umask(mask);
         mode = 0666 & ~mask;
     }
-    if (const int err = replace_file(target, bytes, mode)) return fail(std::strerror(err));
+    if (const int err = replace_file(target, bytes, mode)) return fail(system_reason(err));
     // The rename itself reaches the disk with the folder.
     const int dir = ::open(folder_of(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (dir >= 0) {

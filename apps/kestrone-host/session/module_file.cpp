@@ -10,6 +10,8 @@
 #include <cstring>
 #include <vector>
 
+#include "user_file.h"
+
 namespace host {
 
 namespace {
@@ -26,7 +28,7 @@ constexpr std::uint16_t kMachine = EM_NONE;  // not checked
 bool read_whole(const std::string& path, std::vector<unsigned char>& bytes, std::string& why) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (fd < 0) {
-        why = std::strerror(errno);
+        why = system_reason(errno);
         return false;
     }
     struct stat st {};

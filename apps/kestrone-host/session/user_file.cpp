@@ -40,17 +40,23 @@ std::string too_large(std::int64_t limit, const std::string& kind) {
 
 }  // namespace
 
+std::string system_reason(int err) {
+    char buffer[256];
+    // The GNU strerror_r gives either its own constant text or the buffer.
+    return ::strerror_r(err, buffer, sizeof buffer);
+}
+
 bool read_user_file(const std::string& path, std::int64_t limit, const std::string& kind,
                     std::string* bytes, std::string* why) {
     // Without blocking: a FIFO or a device must not hold the host until something writes to it.
     const Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (fd.get() < 0) {
-        const std::string reason = std::strerror(errno);
+        const std::string reason = system_reason(errno);
         const std::string link = broken_link(path);
         return fail(why, link.empty() ? reason : link);
     }
     struct stat st {};
-    if (::fstat(fd.get(), &st) != 0) return fail(why, std::strerror(errno));
+    if (::fstat(fd.get(), &st) != 0) return fail(why, system_reason(errno));
     if (S_ISDIR(st.st_mode)) return fail(why, "it is a folder");
     if (!S_ISREG(st.st_mode)) return fail(why, "it is not a regular file");
     if (st.st_size > limit) return fail(why, too_large(limit, kind));
@@ -59,7 +65,7 @@ bool read_user_file(const std::string& path, std::int64_t limit, const std::stri
     for (;;) {
         const ssize_t n = ::read(fd.get(), buffer, sizeof buffer);
         if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return fail(why, std::strerror(errno));
+        if (n < 0) return fail(why, system_reason(errno));
         if (n == 0) break;
         text.append(buffer, static_cast<std::size_t>(n));
         // A file that grows while it is read is held to the same limit.
@@ -81,7 +87,7 @@ std::string broken_link(const std::string& path) {
     if (err == ENOENT && n > 0)
         return "it is a symbolic link to " + std::string(target, static_cast<std::size_t>(n)) +
                ", which does not exist";
-    return "it is a symbolic link that leads to no file (" + std::string(std::strerror(err)) + ")";
+    return "it is a symbolic link that leads to no file (" + system_reason(err) + ")";
 }
 
 }  // namespace host

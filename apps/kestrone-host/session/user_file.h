@@ -17,6 +17,10 @@ inline constexpr std::int64_t kLargestTextFile = 16LL * 1024 * 1024;
 bool read_user_file(const std::string& path, std::int64_t limit, const std::string& kind,
                     std::string* bytes, std::string* why);
 
+// The system's reason for the error number `err`, safe to ask from several threads at once
+// (strerror is not).
+std::string system_reason(int err);
+
 // Why a symbolic link at `path` leads to no file ("it is a symbolic link to X, which does not
 // exist", or one that leads round in a loop); empty for anything else. Reading and saving refuse
 // such a link alike: a save never puts a file in its place.

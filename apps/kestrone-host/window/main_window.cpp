@@ -56,6 +56,7 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     progress_->setMaximumWidth(120);
     progress_->hide();
     statusBar()->addPermanentWidget(progress_);
+    build_lesson_dock();
     build_menus();
     connect(&clock_, &RealTimeClock::advanced, this, &MainWindow::after_action);
     connect(&player_, &ScriptPlayer::finished, this, &MainWindow::played_to_end);
@@ -95,6 +96,7 @@ bool MainWindow::start() {
     // After the clock has started: an action brings the stage to the clock's now first.
     if (opened) open_project_links();
     if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
+    if (!options_.lesson.empty() && !open_lesson(options_.lesson)) exit_status_ = 1;
     if (!options_.run.empty()) {
         if (open_program(options_.run)) run_program();
         if (!stage_.program().running()) exit_status_ = 1;
@@ -217,6 +219,9 @@ void MainWindow::update_status() {
     else if (!program.message().empty())
         state += " - " + QString::fromStdString(program.message());
     if (player_.playing()) state += tr(" - playing");
+    // Which inputs are the world's: each is set when its reading changes, and is the user's
+    // between changes.
+    if (world().loaded()) state += tr(" - the arena sets the line sensors, bumpers, LDR and IR");
     const QString text = tr("%1    left wheel %2 ticks/s    right wheel %3 ticks/s")
                              .arg(state)
                              .arg(clock_.rate(0), 0, 'f', 0)

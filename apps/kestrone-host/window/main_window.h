@@ -36,6 +36,11 @@ class QMenu;
 class QProgressBar;
 class QScrollArea;
 class QStackedWidget;
+class QTextBrowser;
+
+namespace lesson {
+struct Lesson;
+}
 
 namespace window {
 
@@ -51,6 +56,7 @@ struct WindowOptions {
     std::string project;   // a project file to open
     int zoom = 0;          // 1, 2 or 3; 0: as the window was last left (1 the first time)
     std::string world;     // an arena to open
+    std::string lesson;    // a lesson to open
     std::string run;       // a robot program to open and run at once
     std::string snapshot;  // a PNG of the panel (and world), written once the script has played
     std::string shot;      // a PNG of the whole window, written then too
@@ -111,6 +117,9 @@ class MainWindow : public QMainWindow {
     // as it was.
     bool open_arena(const std::string& path);
     void close_arena();
+    // A lesson (window_lesson.cpp): its settings, arena, program and instructions; a bad one is
+    // told with its file and what is wrong, and changes nothing.
+    bool open_lesson(const std::string& path);
     void reset_robot();
     // The panel as it stands to a PNG: at a zoom of 1, as the console's snapshot; with an arena,
     // the panel and the world side by side at the window's zoom. False with the user told when
@@ -208,6 +217,9 @@ class MainWindow : public QMainWindow {
     void follow_world();
     void robot_put_down();
     std::string write_stage(kestrone::IKestronePanel& panel, const std::string& path);
+    // window_lesson.cpp
+    void build_lesson_dock();
+    bool take_lesson_settings(const lesson::Lesson& lesson, const std::string& path);
 
     WindowOptions options_;
     WindowSettings settings_;
@@ -241,6 +253,9 @@ class MainWindow : public QMainWindow {
     chartqt::ChartDock* chart_ = nullptr;
     QLabel* status_ = nullptr;
     QProgressBar* progress_ = nullptr;
+    QDockWidget* lesson_dock_ = nullptr;
+    QTextBrowser* lesson_text_ = nullptr;
+    std::string lesson_path_;
     kestrone::IKestronePanel* shown_panel_ = nullptr;
     kestrone::IKestroneComponentV5* checked_against_ = nullptr;
     std::function<bool()> confirm_discard_;

@@ -24,6 +24,7 @@ const QString kProjects = QStringLiteral("Projects (*.kproj *.json);;All files (
 const QString kScripts = QStringLiteral("Console scripts (*.console);;All files (*)");
 const QString kPrograms = QStringLiteral("Robot programs (*.kflow);;All files (*)");
 const QString kArenas = QStringLiteral("Arenas (*.world);;All files (*)");
+const QString kLessons = QStringLiteral("Lessons (*.klesson);;All files (*)");
 
 // An entry that asks for a file to open (or to save to) and hands its name on.
 template <class Then>
@@ -69,6 +70,8 @@ void MainWindow::build_file_menu() {
     file_entry(file, this, tr("Open ar&ena..."), tr("Open an arena"), kArenas, false,
                [this](const std::string& p) { open_arena(p); });
     close_arena_ = file->addAction(tr("&Close arena"), this, [this] { close_arena(); });
+    file_entry(file, this, tr("Open &lesson..."), tr("Open a lesson"), kLessons, false,
+               [this](const std::string& p) { open_lesson(p); });
     file->addSeparator();
     recent_menu_ = file->addMenu(tr("Recent &files"));
     fill_recent_menu();
