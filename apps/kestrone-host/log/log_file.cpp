@@ -54,35 +54,68 @@ std::string why_not_writable(const std::string& target, mode_t* mode) {
     return {};
 }
 
-}  // namespace
-
-std::unique_ptr<LogFile> LogFile::start(stage::Stage& stage, const std::string& path,
-                                        std::string* why) {
+// Where a log of `path` goes: checked, with a new file made beside the one it replaces.
+struct Prepared {
+    std::string target, temp;
+    bool vcd = false;
+};
+std::optional<Prepared> prepare(const std::string& path, std::string* why) {
     const std::string format = format_of(path);
     if (format.empty()) {
         *why = "a log is written as CSV (.csv) or VCD (.vcd), not as " + path;
-        return nullptr;
+        return std::nullopt;
     }
     const auto cannot = [&](const std::string& reason) {
         *why = "cannot write " + path + ": " + reason;
-        return nullptr;
+        return std::nullopt;
     };
     if (const std::string link = host::broken_link(path); !link.empty()) return cannot(link);
-    const std::string target = resolve_link(path);
+    Prepared p{resolve_link(path), {}, format == "vcd"};
     mode_t mode = 0;
-    if (const std::string reason = why_not_writable(target, &mode); !reason.empty())
+    if (const std::string reason = why_not_writable(p.target, &mode); !reason.empty())
         return cannot(reason);
-    std::string temp = target + ".log-XXXXXX";
-    const int fd = ::mkostemp(temp.data(), O_CLOEXEC);
+    p.temp = p.target + ".log-XXXXXX";
+    const int fd = ::mkostemp(p.temp.data(), O_CLOEXEC);
     if (fd < 0) return cannot(std::strerror(errno));
     const bool moded = ::fchmod(fd, mode) == 0;
     const int err = errno;
     ::close(fd);
     if (!moded) {
-        ::unlink(temp.c_str());
+        ::unlink(p.temp.c_str());
         return cannot(std::strerror(err));
     }
-    std::unique_ptr<LogFile> file(new LogFile(stage, path, target, temp, format == "vcd"));
+    return p;
+}
+
+// The log into the prepared file, renamed over its target: the moments of change written.
+std::optional<std::size_t> write_out(const SignalLog& log, const Prepared& p,
+                                     const std::string& path, std::string* why) {
+    std::ofstream out(p.temp, std::ios::binary | std::ios::trunc);
+    const std::size_t changes = p.vcd ? write_vcd(log, out) : write_csv(log, out);
+    out.close();
+    errno = 0;
+    if (!out || ::rename(p.temp.c_str(), p.target.c_str()) != 0) {
+        *why = "cannot write " + path + ": " + std::strerror(errno ? errno : EIO);
+        ::unlink(p.temp.c_str());
+        return std::nullopt;
+    }
+    return changes;
+}
+
+}  // namespace
+
+std::optional<std::size_t> export_log(const SignalLog& log, const std::string& path,
+                                      std::string* why) {
+    const std::optional<Prepared> p = prepare(path, why);
+    if (!p) return std::nullopt;
+    return write_out(log, *p, path, why);
+}
+
+std::unique_ptr<LogFile> LogFile::start(stage::Stage& stage, const std::string& path,
+                                        std::string* why) {
+    const std::optional<Prepared> p = prepare(path, why);
+    if (!p) return nullptr;
+    std::unique_ptr<LogFile> file(new LogFile(stage, path, p->target, p->temp, p->vcd));
     file->log_.start();
     return file;
 }
@@ -101,13 +134,7 @@ LogFile::~LogFile() {
 
 std::optional<std::size_t> LogFile::finish(std::string* why) {
     log_.stop();
-    std::ofstream out(temp_, std::ios::binary | std::ios::trunc);
-    const std::size_t changes = vcd_ ? write_vcd(log_, out) : write_csv(log_, out);
-    out.close();
-    if (!out || ::rename(temp_.c_str(), target_.c_str()) != 0) {
-        *why = "cannot write " + path_ + ": " + std::strerror(errno ? errno : EIO);
-        return std::nullopt;
-    }
+    const std::optional<std::size_t> changes = write_out(log_, {target_, temp_, vcd_}, path_, why);
     temp_.clear();
     return changes;
 }

@@ -13,6 +13,11 @@
 
 namespace signal_log {
 
+// A log as it stands into `path`, CSV or VCD by its extension, the old file untouched when it
+// fails: the moments of change written, or nullopt with `why`.
+std::optional<std::size_t> export_log(const SignalLog& log, const std::string& path,
+                                      std::string* why);
+
 class LogFile {
   public:
     // A log started on `stage` for `path`; null with `why` for an extension other than .csv and

@@ -17,6 +17,7 @@
 #include "object_commands.h"
 #include "project_file.h"
 #include "properties_dialog.h"
+#include "scope_dock.h"
 #include "store_commands.h"
 #include "value_syntax.h"
 
@@ -52,6 +53,9 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     program_ = new ProgramPane(central);
     program_->hide();
     setCentralWidget(central);
+    scope_ = new ScopeDock(log_, this);
+    addDockWidget(Qt::BottomDockWidgetArea, scope_);
+    scope_->hide();
     status_ = new QLabel(this);
     statusBar()->addWidget(status_, 1);
     build_menus();
@@ -92,6 +96,7 @@ bool MainWindow::start() {
     }
     set_zoom(options_.zoom);
     clock_.start();
+    log_.start();
     // After the clock has started: an action brings the stage to the clock's now first.
     if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
     if (!options_.run.empty()) {
@@ -122,6 +127,7 @@ void MainWindow::make_object_ready() {
 
 bool MainWindow::make_object(bool ready) {
     const commands::Reply made = commands::make_object(context_);
+    stage_.changed();  // a new object, made outside a command: the log reads it anew
     if (!made.is_ok()) {
         tell("The component could not make its object (" + made.line() + ").");
         follow_object();

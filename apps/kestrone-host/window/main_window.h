@@ -16,6 +16,7 @@
 #include "program_pane.h"
 #include "real_time_clock.h"
 #include "script_player.h"
+#include "signal_log.h"
 #include "stage.h"
 #include "view_input.h"
 #include "window_services.h"
@@ -27,6 +28,7 @@ class QScrollArea;
 namespace window {
 
 class PropertiesDialog;
+class ScopeDock;
 
 // The file dialogs; an empty name when the user cancels.
 QString ask_open_path(QWidget* parent, const QString& title, const QString& filter);
@@ -68,6 +70,11 @@ class MainWindow : public QMainWindow {
     void run_program();
     void stop_program();
     bool save_recording(const std::string& path);
+    // The signals since the window started (log.h keeps the newest hour), CSV or VCD by the
+    // file's extension; false with the user told when it fails.
+    bool export_log(const std::string& path);
+    const signal_log::SignalLog& signal_log() const { return log_; }
+    ScopeDock* scope() const { return scope_; }
     bool save_code(const std::string& path);
     void show_help();
     // The arena beside the panel (window_world.cpp): a bad file is told and leaves the world as
@@ -131,6 +138,7 @@ class MainWindow : public QMainWindow {
     WindowServices services_;
     stage::Stage stage_;
     commands::Context context_{stage_};
+    signal_log::SignalLog log_{stage_};
     RealTimeClock clock_;
     ActionRecorder recorder_;
     ActionRunner runner_;
@@ -145,6 +153,7 @@ class MainWindow : public QMainWindow {
     QAction* close_arena_ = nullptr;
     QAction* reset_robot_ = nullptr;
     ProgramPane* program_ = nullptr;
+    ScopeDock* scope_ = nullptr;  // hidden until View > Scope
     QLabel* status_ = nullptr;
     kestrone::IKestronePanel* shown_panel_ = nullptr;
     std::function<bool()> confirm_discard_;

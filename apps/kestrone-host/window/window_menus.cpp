@@ -5,6 +5,7 @@
 
 #include "help_window.h"
 #include "main_window.h"
+#include "scope_dock.h"
 
 namespace window {
 
@@ -44,6 +45,11 @@ void MainWindow::build_menus() {
         zooms->addAction(a);
     }
     build_program_menu();
+    view->addSeparator();
+    QAction* scope = scope_->toggleViewAction();
+    scope->setText(tr("&Scope"));
+    view->addAction(scope);
+
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&Contents"), this, [this] { show_help(); })->setShortcut(Qt::Key_F1);
 }
@@ -83,6 +89,11 @@ void MainWindow::build_file_menu() {
     file->addAction(tr("Save &recording..."), this, [this] {
         const QString path = ask_save_path(this, tr("Save the recording"), kScripts);
         if (!path.isEmpty()) save_recording(path.toStdString());
+    });
+    file->addAction(tr("Export &log..."), this, [this] {
+        const QString path =
+            ask_save_path(this, tr("Export the log of the signals"), tr("Logs (*.csv *.vcd)"));
+        if (!path.isEmpty()) export_log(path.toStdString());
     });
     file->addAction(tr("&Play script..."), this, [this] {
         const QString path = ask_open_path(this, tr("Play a console script"), kScripts);
