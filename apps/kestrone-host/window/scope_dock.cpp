@@ -62,7 +62,7 @@ double value_of(const Trace& t, std::int32_t v) {
 }
 
 constexpr int kLaneHeight = 22, kTraceHeight = 70;
-constexpr int kFollowMs = 50;  // 20 updates a second: smooth enough, cheap beside the panel
+constexpr int kFollowMs = 100;  // 10 updates a second: the charts cost little beside the panel
 
 }  // namespace
 
@@ -99,7 +99,9 @@ ScopeDock::ScopeDock(const sl::SignalLog& log, QWidget* parent)
     column->addLayout(bar);
     plot_ = new QCustomPlot(body);
     plot_->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
-    plot_->setNotAntialiasedElements(QCP::aeAll);  // a long live trace draws faster without
+    // A long live trace draws faster without antialiasing, as one polyline.
+    plot_->setNotAntialiasedElements(QCP::aeAll);
+    plot_->setPlottingHint(QCP::phFastPolylines, true);
     column->addWidget(plot_, 1);
     setWidget(body);
     connect(plot_, &QCustomPlot::mousePress, this, [this](QMouseEvent* e) {
@@ -139,6 +141,7 @@ void ScopeDock::rebuild() {
         y->setLabel(t.name);
         y->setTickLabels(!lane);
         y->setTicks(!lane);
+        y->grid()->setVisible(!lane);
         auto* graph = new QCPGraph(rect->axis(QCPAxis::atBottom), y);
         graph->setLineStyle(QCPGraph::lsStepLeft);
         graph->setAdaptiveSampling(true);
