@@ -40,7 +40,7 @@ def program(rng):
 
 
 def read_vcd(path):
-    """({name: [(time_us, value)]}, the module, the names in order)."""
+    """({name: [(time_us, value)]}, the module, the names in order); every value from time 0."""
     words = open(path).read().split()
     ids, changes, names, scope, now, i = {}, {}, [], None, 0, 0
     while i < len(words):
@@ -60,6 +60,8 @@ def read_vcd(path):
             changes[ids[w[1:]]].append((now, int(w[0]))); i += 1
         else:
             i += 1
+    if any(not c or c[0][0] != 0 for c in changes.values()):
+        raise RuntimeError("%s does not give every value at time 0" % path)
     return changes, scope, names
 
 
@@ -89,6 +91,10 @@ def main():
         if code.returncode != 0 or not os.path.exists(chip[:-4] + ".gtkw"):
             sys.exit("seed %d: code --trace failed: %s%s%s" % (args.seed, said, code.stdout, code.stderr))
         (p, p_scope, p_names), (c, c_scope, c_names) = read_vcd(panel), read_vcd(chip)
+        # A simulator that fails is told, with the command's own exit status.
+        failed = subprocess.run(code.args, env=dict(env, KESTRONE_GPSIM="/bin/false"), capture_output=True)
+        if failed.returncode != 4:
+            faults.append("code --trace answered %d for a gpsim that failed" % failed.returncode)
         if (p_scope, p_names[:len(c_names)]) != (c_scope, c_names):
             faults.append("the dumps declare %s %s and %s %s" % (p_scope, p_names, c_scope, c_names))
         moments = sorted({t for name in COMPARED for (t, _) in p[name]} | {total * 1000})

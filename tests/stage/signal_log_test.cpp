@@ -13,6 +13,7 @@
 #include <sstream>
 
 #include "command.h"
+#include "pins.h"
 #include "support/temp_dir.h"
 #include "window_double.h"
 
@@ -215,7 +216,7 @@ Rows read_vcd(const std::string& path, std::string* header) {
             in >> type >> width >> id >> name;
             for (int i = 0; i < 13; ++i)
                 if (name == names[i]) ids[id] = i;
-            *header += name + " ";
+            *header += name + (width == "1" ? " " : "[" + width + "] ");
         } else if (w == "$timescale" || w == "$scope") {
             std::string a, b;
             in >> a >> b;
@@ -277,13 +278,43 @@ TEST(SignalLog, CsvAndVcdHoldEveryReadingAtItsMoment) {
             const Rows rows = vcd ? read_vcd(dir.path() + "/" + file, &header)
                                   : read_csv(dir.path() + "/" + file, &header);
             check(r, rows, vcd ? 1000 : 1, vcd, seed);
-            EXPECT_EQ(header, vcd ? std::string("$timescale 1 us $scope module panel PORTD RB0 RB1 "
-                                                "RB2 RB3 RC0 RC5 duty_left duty_right RB5 ") +
-                                        (r.arena ? "x y theta " : "")
+            EXPECT_EQ(header, vcd ? std::string("$timescale 1 us $scope module panel PORTD[8] RB0 "
+                                                "RB1 RB2 RB3 RC0 RC5 duty_left[10] duty_right[10] "
+                                                "RB5 ") +
+                                        (r.arena ? "x[32] y[32] theta[32] " : "")
                                   : "time_ms,motor_left,motor_right,phase_left,phase_right,leds,"
                                     "switch_left,switch_right,line_left,line_right,ldr,mic,"
                                     "ir_left,ir_forward,ir_right,tone_hz,heading,x,y,theta");
         }
+}
+
+// The chip's registers that would show a moment of the panel, by the robot's wiring, carry the
+// same pins as the panel's values do.
+TEST(SignalLog, PanelAndChipGiveTheSamePinsForTheSameMoment) {
+    std::mt19937 rng(5);
+    for (int n = 0; n < 2000; ++n) {
+        signal_log::Values panel{};
+        for (auto& v : panel)
+            v = static_cast<std::int32_t>(rng() % 2) * static_cast<std::int32_t>(rng() % 512) -
+                static_cast<std::int32_t>(rng() % 256);
+        for (const int bit : {5, 6, 7, 8})
+            panel[bit] = static_cast<std::int32_t>(rng() % 2);
+        panel[4] &= 0xFF;
+        const auto duty = [](std::int32_t speed) { return std::min(std::abs(speed), 255) * 4; };
+        const auto low_bits = [&](std::int32_t speed) {
+            return static_cast<std::uint8_t>((duty(speed) & 3) << 4 | (rng() % 2) * 0x0C);
+        };
+        const signal_log::ChipRegisters chip{
+            static_cast<std::uint8_t>(panel[5] | panel[6] << 1 | panel[7] << 2 | panel[8] << 3 |
+                                      (panel[kTone] != 0) << 5 | (rng() % 2) << 6),
+            static_cast<std::uint8_t>((panel[0] < 0) | (panel[1] < 0) << 5 | (rng() % 2) << 3),
+            static_cast<std::uint8_t>(panel[4]),
+            static_cast<std::uint8_t>(duty(panel[0]) >> 2),
+            low_bits(panel[0]),
+            static_cast<std::uint8_t>(duty(panel[1]) >> 2),
+            low_bits(panel[1])};
+        ASSERT_EQ(signal_log::pins_of(panel), signal_log::pins_of(chip)) << "case " << n;
+    }
 }
 
 }  // namespace

@@ -6,6 +6,11 @@
 #include <set>
 #include <sstream>
 
+#include <qcustomplot.h>
+
+#include <QApplication>
+#include <QWheelEvent>
+
 #include "scope_dock.h"
 #include "support/temp_dir.h"
 #include "window_fixture.h"
@@ -51,6 +56,17 @@ TEST_F(WindowTest, TheScopeFollowsTheLineFollowerAndItsCursorReadsTheLog) {
     EXPECT_EQ(scope.time_range().second, window_->signal_log().last_ms());
     scope.set_paused(true);  // the cursor reads a still chart while the clock goes on
     elapse(500, 10);
+    // Paused, the wheel over any strip zooms every strip's time.
+    auto* plot = scope.findChild<QCustomPlot*>();
+    window_->show();
+    plot->resize(600, 900);
+    plot->replot();
+    const QPointF over = plot->axisRect(plot->axisRectCount() - 1)->rect().center();
+    QWheelEvent wheel(over, plot->mapToGlobal(over), QPoint(), QPoint(0, 120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    const auto wide = scope.time_range();
+    QApplication::sendEvent(plot, &wheel);
+    EXPECT_LT(scope.time_range().second - scope.time_range().first, wide.second - wide.first);
     const std::string csv = dir.path() + "/scope.csv";
     ASSERT_TRUE(window_->export_log(csv));
     const auto rows = read_csv(csv);

@@ -57,7 +57,7 @@ std::string why_not_writable(const std::string& target, mode_t* mode) {
 // Where a log of `path` goes: checked, with a new file made beside the one it replaces.
 struct Prepared {
     std::string target, temp;
-    bool vcd = false;
+    bool vcd;
 };
 std::optional<Prepared> prepare(const std::string& path, std::string* why) {
     const std::string format = format_of(path);

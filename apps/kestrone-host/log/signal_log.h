@@ -40,7 +40,6 @@ class SignalLog : public stage::ClockListener {
     void start();
     // Ends it at the present moment (a tone that ended by then included); it stays readable.
     void stop();
-    bool running() const { return running_; }
     // Time 0 on the stage's clock.
     std::int64_t started_at() const { return start_; }
     // The first moment kept (0 until the oldest were folded) and the latest.

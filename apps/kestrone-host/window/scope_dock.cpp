@@ -22,38 +22,42 @@ struct Trace {
     const char* name;
     sl::Signal signal;
     int bit;  // -1: the value; 0 to 7: that bit; 8: not zero
-    bool shown;
 };
 constexpr int kValue = -1, kNonZero = 8;
 constexpr Trace kTraces[] = {
-    {"motor_left", sl::kMotorLeft, kValue, true},
-    {"motor_right", sl::kMotorRight, kValue, true},
-    {"phase_left", sl::kPhaseLeft, kValue, false},
-    {"phase_right", sl::kPhaseRight, kValue, false},
-    {"ldr", sl::kLdr, kValue, false},
-    {"mic", sl::kMic, kValue, false},
-    {"ir_left", sl::kIrLeft, kValue, false},
-    {"ir_forward", sl::kIrForward, kValue, false},
-    {"ir_right", sl::kIrRight, kValue, false},
-    {"heading", sl::kHeading, kValue, false},
-    {"x", sl::kX, kValue, false},
-    {"y", sl::kY, kValue, false},
-    {"theta", sl::kTheta, kValue, false},
-    {"led0", sl::kLeds, 0, true},
-    {"led1", sl::kLeds, 1, true},
-    {"led2", sl::kLeds, 2, true},
-    {"led3", sl::kLeds, 3, true},
-    {"led4", sl::kLeds, 4, true},
-    {"led5", sl::kLeds, 5, true},
-    {"led6", sl::kLeds, 6, true},
-    {"led7", sl::kLeds, 7, true},
-    {"switch_left", sl::kSwitchLeft, kNonZero, true},
-    {"switch_right", sl::kSwitchRight, kNonZero, true},
-    {"line_left", sl::kLineLeft, kNonZero, true},
-    {"line_right", sl::kLineRight, kNonZero, true},
-    {"tone", sl::kToneHz, kNonZero, true},
+    {"motor_left", sl::kMotorLeft, kValue},
+    {"motor_right", sl::kMotorRight, kValue},
+    {"phase_left", sl::kPhaseLeft, kValue},
+    {"phase_right", sl::kPhaseRight, kValue},
+    {"ldr", sl::kLdr, kValue},
+    {"mic", sl::kMic, kValue},
+    {"ir_left", sl::kIrLeft, kValue},
+    {"ir_forward", sl::kIrForward, kValue},
+    {"ir_right", sl::kIrRight, kValue},
+    {"heading", sl::kHeading, kValue},
+    {"x", sl::kX, kValue},
+    {"y", sl::kY, kValue},
+    {"theta", sl::kTheta, kValue},
+    {"led0", sl::kLeds, 0},
+    {"led1", sl::kLeds, 1},
+    {"led2", sl::kLeds, 2},
+    {"led3", sl::kLeds, 3},
+    {"led4", sl::kLeds, 4},
+    {"led5", sl::kLeds, 5},
+    {"led6", sl::kLeds, 6},
+    {"led7", sl::kLeds, 7},
+    {"switch_left", sl::kSwitchLeft, kNonZero},
+    {"switch_right", sl::kSwitchRight, kNonZero},
+    {"line_left", sl::kLineLeft, kNonZero},
+    {"line_right", sl::kLineRight, kNonZero},
+    {"tone", sl::kToneHz, kNonZero},
 };
 constexpr std::size_t kTraceCount = std::size(kTraces);
+
+// Shown at first: the motors and every digital lane.
+bool shown_at_first(const Trace& t) {
+    return t.bit != kValue || t.signal == sl::kMotorLeft || t.signal == sl::kMotorRight;
+}
 
 double value_of(const Trace& t, std::int32_t v) {
     if (v == sl::kAbsent) return std::numeric_limits<double>::quiet_NaN();
@@ -81,7 +85,7 @@ ScopeDock::ScopeDock(const sl::SignalLog& log, QWidget* parent)
     choose_->setPopupMode(QToolButton::InstantPopup);
     auto* menu = new QMenu(choose_);
     for (std::size_t i = 0; i < kTraceCount; ++i) {
-        chosen_[i] = kTraces[i].shown;
+        chosen_[i] = shown_at_first(kTraces[i]);
         QAction* a = menu->addAction(kTraces[i].name);
         a->setCheckable(true);
         a->setChecked(chosen_[i]);
