@@ -110,8 +110,10 @@ std::string profile_lookup(std::string_view text, std::string_view section, std:
 std::string get_private_profile_string(std::string_view section, std::string_view key,
                                        std::string_view fallback, std::size_t buffer_size,
                                        const std::string& path) {
-    // The file is read anew at every lookup; only its room is kept from one lookup to the next.
-    thread_local std::string text;
+    // The file is read anew at every lookup. No buffer is kept across lookups: this code runs in a
+    // module that the host may unload, and a thread-local left behind in an unloaded module is
+    // memory that the thread's exit (and the leak checker) still walks.
+    std::string text;
     if (!read_whole_file(path, text)) text.clear();
     return profile_lookup(text, section, key, fallback, buffer_size);
 }

@@ -156,7 +156,7 @@ def main():
     ap.add_argument("--gpvc", default="gpvc", help="gputils' .cod reader, for the variables' addresses")
     ap.add_argument("--pic-prefix", default=os.environ.get("KESTRONE_PIC_PREFIX", "/opt/kestrone-pic"))
     ap.add_argument("--count", type=int, default=int(os.environ.get("KFLOW_PROGRAMS", "200")))
-    ap.add_argument("--seed", type=int, default=os.environ.get("KFLOW_SEED"))
+    ap.add_argument("--seed", type=int, default=os.environ.get("KFLOW_SEED") or None)
     ap.add_argument("--shrink-seconds", type=float, default=150)
     ap.add_argument("--keep", help="folder to keep the programs, C, hex and gpsim scripts in")
     args = ap.parse_args()

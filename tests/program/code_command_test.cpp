@@ -1,6 +1,8 @@
 // kestrone-host code as a user runs it: the C on standard output or in a file, every fault of a
 // program listed with its place, the settings of a project file, the chip's compiler named when
 // it is missing, and every demonstration's C clean for a host C compiler.
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -88,6 +90,23 @@ TEST(CodeCommand, NamesTheMissingCompilerForHexAndKeepsTheC) {
     dir.write("v1.2/robot", kSmall);
     EXPECT_EQ(code(dir, "v1.2/robot --hex", "KESTRONE_PIC_PREFIX=/nowhere").first, 3);
     EXPECT_THAT(slurp(dir.path() + "/v1.2/robot.c"), HasSubstr("void main(void)"));
+    // A compiler that writes without end is stopped, and what it said first is shown.
+    dir.write("loud/bin/sdcc", "#!/bin/sh\necho first words >&2\nexec yes popGet\n");
+    ASSERT_EQ(::chmod((dir.path() + "/loud/bin/sdcc").c_str(), 0755), 0);
+    const auto loud =
+        code(dir, "small.kflow --hex", "KESTRONE_PIC_PREFIX='" + dir.path() + "/loud'");
+    EXPECT_EQ(loud.first, 3);
+    EXPECT_THAT(loud.second, HasSubstr("first words\npopGet\n"));
+    EXPECT_THAT(loud.second,
+                HasSubstr("(the compiler wrote more than 64 KB of messages and was stopped)"));
+    EXPECT_LT(loud.second.size(), 80'000u);
+    // One that ends well without its hex has failed all the same.
+    dir.write("mute/bin/sdcc", "#!/bin/sh\nexit 0\n");
+    ASSERT_EQ(::chmod((dir.path() + "/mute/bin/sdcc").c_str(), 0755), 0);
+    const auto mute =
+        code(dir, "small.kflow --hex", "KESTRONE_PIC_PREFIX='" + dir.path() + "/mute'");
+    EXPECT_EQ(mute.first, 3);
+    EXPECT_THAT(mute.second, HasSubstr("the compiler ended without writing small.hex"));
 }
 
 TEST(CodeCommand, WarnsOfAMacroWhoseCodeTheComponentCannotRead) {

@@ -13,6 +13,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 using testing_support::ComponentFolder;
@@ -67,12 +68,14 @@ TEST_F(ProgramConsole, ARunGivenATimeStopsThereWithThePanelAsTheProgramHadIt) {
     const auto run =
         robot.run("run " + drive + " 150\nvar n\nfield iMotorSpeed(0)\nfield bSimulating\n" +
                   "run " + drive + " 300\nvar n\nrun " + drive + " 346\nfield iMotorSpeed(0)\n" +
-                  "run " + drive + " 600000\nrun " + drive + " 600001\nrun " + drive + " 1.5\n");
+                  "run " + drive + " 600000\nrun " + drive + " 600001\nrun " + drive + " 1.5\n" +
+                  "run " + program("zero.kflow", "int z = 0\ndelay 5\nz = 1 / z\n") + " 100\n");
     EXPECT_THAT(run.lines,
                 ElementsAre("ok", "ok 150&", "ok 0%", "ok 200%", "ok False", "tone 440 125",
                             "ok 300&", "ok 7%", "tone 440 125", "ok 345&", "ok 0%", "tone 440 125",
                             "ok 345&", StartsWith("fail run stops at a whole number"),
-                            StartsWith("fail run stops at a whole number")))
+                            StartsWith("fail run stops at a whole number"),
+                            EndsWith("zero.kflow:3:7: division by 0")))
         << run.text();
 }
 

@@ -1,6 +1,7 @@
 // The window's own actions: the property dialog around the page, project files with their mark
 // for unsaved changes, and what the user is told when something fails.
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QRadioButton>
@@ -157,25 +158,54 @@ TEST(WindowStartTest, AMissingModuleIsToldAndLeavesNoObject) {
     EXPECT_FALSE(window.session().has_object());
 }
 
+// At zoom 2, as at 1: every widget at twice its place, its caption whole in the dialogue font,
+// the option buttons one Tab stop that the arrows move through, and no limit on the text.
 TEST_F(WindowActionsTest, ThePagesWidgetsStandAtTheirPlacesAndTabInTheirOrder) {
+    window_->set_zoom(2);
     auto dialog = window_->make_properties();
     ASSERT_NE(dialog, nullptr);
     // 1500, 1260, 1560 and 330 twips inside its frame.
-    EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(100, 84, 104, 22));
+    EXPECT_EQ(dialog->widget("txtiThreshR")->geometry(), QRect(200, 168, 208, 44));
     EXPECT_EQ(dialog->widget("txtiThreshR")->parentWidget(), dialog->widget("Frame1"));
-    EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(16, 200, 369, 97));
-    std::vector<std::string> order;
-    QWidget* w = dialog->widget("txtiThreshF");
-    for (int n = 0; n < 7; ++n) {
-        order.push_back(w->objectName().toStdString());
-        do
-            w = w->nextInFocusChain();
-        while (!(w->focusPolicy() & Qt::TabFocus));
+    EXPECT_EQ(dialog->widget("lblBiasLeft")->parentWidget(), dialog->widget("Frame3"));
+    EXPECT_EQ(dialog->widget("Frame3")->geometry(), QRect(32, 400, 738, 194));
+    for (QWidget* w : dialog->findChildren<QWidget*>()) {
+        if (qobject_cast<QLabel*>(w) || qobject_cast<QAbstractButton*>(w)) {
+            EXPECT_LE(w->sizeHint().width(), w->width()) << w->objectName().toStdString();
+        }
     }
-    const std::vector<std::string> expected{"txtiThreshF", "txtiThreshL", "txtiThreshR",
-                                            "optInt",      "optByte",     "chkWaitForButton",
-                                            "sldMotorBias"};
-    EXPECT_EQ(order, expected);
+    const auto walk = [&] {
+        std::vector<std::string> order;
+        QWidget* w = dialog->widget("txtiThreshF");
+        for (int n = 0; n < 6; ++n) {
+            order.push_back(w->objectName().toStdString());
+            do
+                w = w->nextInFocusChain();
+            while (!(w->focusPolicy() & Qt::TabFocus));
+        }
+        return order;
+    };
+    const std::vector<std::string> expected{"txtiThreshF", "txtiThreshL",      "txtiThreshR",
+                                            "optByte",     "chkWaitForButton", "sldMotorBias"};
+    EXPECT_EQ(walk(), expected);
+    // A click on the option that is on leaves it on; an arrow puts the other on, as Apply writes.
+    auto* byte = qobject_cast<QRadioButton*>(dialog->widget("optByte"));
+    byte->click();
+    EXPECT_TRUE(byte->isChecked());
+    dialog->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+    byte->setFocus();
+    QTest::keyClick(byte, Qt::Key_Down);
+    EXPECT_TRUE(qobject_cast<QRadioButton*>(dialog->widget("optInt"))->isChecked());
+    EXPECT_FALSE(byte->isChecked());
+    EXPECT_EQ(walk()[3], "optInt");
+    auto* right = qobject_cast<QLineEdit*>(dialog->widget("txtiThreshR"));
+    EXPECT_EQ(right->text().toInt(), setting("iThreshR"));
+    right->selectAll();
+    right->insert(QString("0").repeated(40000) + "7");  // as a paste puts it
+    ASSERT_TRUE(dialog->apply());
+    EXPECT_EQ(setting("bReturnInt"), 1);
+    EXPECT_EQ(setting("iThreshR"), 7);
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include "pic_compiler.h"
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <vector>
@@ -10,6 +12,8 @@
 namespace kflow {
 
 namespace {
+
+constexpr std::size_t kMostOutput = 64 * 1024;
 
 struct PathParts {
     std::string folder;
@@ -51,12 +55,23 @@ bool run_in(const std::string& folder, const std::vector<std::string>& argv, std
     }
     ::close(pipe_fds[1]);
     std::array<char, 4096> buffer;
-    for (ssize_t n; (n = ::read(pipe_fds[0], buffer.data(), buffer.size())) > 0;)
+    bool stopped = false;
+    for (ssize_t n; (n = ::read(pipe_fds[0], buffer.data(), buffer.size())) > 0;) {
         output.append(buffer.data(), static_cast<std::size_t>(n));
+        // A compiler that has lost its way can write without end: what it said first is kept.
+        if (!stopped && output.size() > kMostOutput) {
+            ::kill(child, SIGKILL);
+            stopped = true;
+        }
+        if (stopped) output.resize(std::min(output.size(), kMostOutput));
+    }
     ::close(pipe_fds[0]);
     int status = 0;
     ::waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (stopped)
+        output += "\n(the compiler wrote more than " + std::to_string(kMostOutput / 1024) +
+                  " KB of messages and was stopped)\n";
+    return !stopped && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 std::string sdcc_path() {

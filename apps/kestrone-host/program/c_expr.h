@@ -55,6 +55,8 @@ class CExprWriter {
     static std::string operand(const CValue& v) { return v.compound ? "(" + v.text + ")" : v.text; }
     // Temporaries are numbered afresh for every statement.
     void new_statement() { now_ = 0; }
+    // A temporary of this statement: an int at file scope.
+    std::string temporary();
 
     std::set<Helper> helpers;
     int temporaries = 0;  // the most that one statement took
@@ -69,7 +71,6 @@ class CExprWriter {
     CValue after(const CValue& side, std::int16_t v);
     // 1 when the value is not 0.
     CValue truth(const CValue& v);
-    std::string temporary();
 
     const Program& p_;
     int now_ = 0;

@@ -148,13 +148,24 @@ bool FlowWriter::part(std::span<const Stmt> body, int depth, int repeats, bool h
 
 void FlowWriter::set(const Stmt& s, int depth) {
     const CValue v = x_.value(s.expr);
-    std::string text = v.text;
+    const std::string target = kVariablePrefix + s.name;
     // A byte keeps the low 8 bits, said in so many words: the compiler warns of a constant
     // that does not fit.
-    if (p_.variables[static_cast<std::size_t>(s.ref)].is_byte)
-        text = constant(v) ? std::to_string(*v.known & 0xFF)
-                           : "(unsigned char)" + CExprWriter::operand(v);
-    line(depth, kVariablePrefix + s.name + " = " + text + ";", s.at.line);
+    if (!p_.variables[static_cast<std::size_t>(s.ref)].is_byte)
+        line(depth, target + " = " + v.text + ";", s.at.line);
+    else if (constant(v))
+        line(depth, target + " = " + std::to_string(*v.known & 0xFF) + ";", s.at.line);
+    else if (!v.effect)
+        line(depth, target + " = (unsigned char)" + CExprWriter::operand(v) + ";", s.at.line);
+    else {
+        // The port loses its way narrowing a sum that holds a call's result straight to a char
+        // (it writes without end, or fails): the int is held whole first, and narrowed from
+        // unsigned.
+        const std::string t = x_.temporary();
+        line(depth,
+             t + " = " + v.text + "; " + target + " = (unsigned char)(unsigned int)" + t + ";",
+             s.at.line);
+    }
 }
 
 bool FlowWriter::statement(const Stmt& s, int depth, int repeats) {

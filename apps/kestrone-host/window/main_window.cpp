@@ -201,7 +201,7 @@ std::unique_ptr<PropertiesDialog> MainWindow::make_properties() {
         return nullptr;
     }
     auto dialog = std::make_unique<PropertiesDialog>(
-        runner_, [this](const std::string& text) { tell(text); }, this);
+        runner_, [this](const std::string& text) { tell(text); }, options_.zoom, this);
     // The C follows the settings the object holds: an apply changes it at once.
     connect(dialog.get(), &PropertiesDialog::applied, this, &MainWindow::refresh_code);
     return dialog;

@@ -10,7 +10,9 @@
 #include <QSlider>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <limits>
 
+#include "dialogue_font.h"
 #include "error_text.h"
 #include "store_commands.h"
 #include "value_syntax.h"
@@ -50,7 +52,16 @@ void show_values(QWidget* w, const WidgetInfo& info) {
     }
     if (auto* option = qobject_cast<QRadioButton*>(w)) {
         option->setText(text_of(info.caption));
-        option->setChecked(info.value != 0);
+        // One group: the button put on takes its neighbour off and becomes the group's one Tab
+        // stop. Only the page can have them all off (before its selection), so that is said
+        // outside the group's rule.
+        if (info.value != 0) {
+            option->setChecked(true);
+        } else if (option->isChecked()) {
+            option->setAutoExclusive(false);
+            option->setChecked(false);
+            option->setAutoExclusive(true);
+        }
     }
     if (auto* check = qobject_cast<QCheckBox*>(w)) {
         check->setText(text_of(info.caption));
@@ -67,14 +78,36 @@ void show_values(QWidget* w, const WidgetInfo& info) {
     }
 }
 
+// One Tab stop for each frame's option buttons: the one that is on, or the first while none is.
+// Qt moves the stop itself only when an arrow moves through them.
+void one_tab_stop_a_group(const std::vector<QWidget*>& widgets) {
+    std::map<QWidget*, QRadioButton*> stop;
+    for (QWidget* w : widgets)
+        if (auto* option = qobject_cast<QRadioButton*>(w)) {
+            QRadioButton*& held = stop[option->parentWidget()];
+            if (!held || (option->isChecked() && !held->isChecked())) held = option;
+        }
+    for (QWidget* w : widgets)
+        if (auto* option = qobject_cast<QRadioButton*>(w))
+            option->setFocusPolicy(static_cast<Qt::FocusPolicy>(
+                stop[option->parentWidget()] == option ? option->focusPolicy() | Qt::TabFocus
+                                                       : option->focusPolicy() & ~Qt::TabFocus));
+}
+
 }  // namespace
 
 PropertiesDialog::PropertiesDialog(ActionRunner& runner,
-                                   std::function<void(const std::string&)> report, QWidget* parent)
+                                   std::function<void(const std::string&)> report, int zoom,
+                                   QWidget* parent)
     : QDialog(parent),
       runner_(runner),
       session_(runner.context().stage.session()),
-      report_(std::move(report)) {
+      report_(std::move(report)),
+      zoom_(std::max(zoom, 1)) {
+    // The page's boxes are measured for the small dialogue font the panel draws with.
+    QFont font = panelqt::dialogue_font();
+    font.setPixelSize(font.pixelSize() * zoom_);
+    setFont(font);
     build();
 }
 
@@ -91,11 +124,13 @@ void PropertiesDialog::build() {
     }
     setWindowTitle(text_of(caption));
     auto* area = new QWidget(this);
-    area->setFixedSize(static_cast<int>(width), static_cast<int>(height));
+    area->setFixedSize(static_cast<int>(width) * zoom_, static_cast<int>(height) * zoom_);
     std::vector<std::pair<std::int16_t, QWidget*>> order;
+    std::vector<WidgetInfo> shown;
     for (std::int32_t i = 0; i < count; ++i) {
         WidgetInfo info;
         if (page->GetWidget(i, &info) != kestrone::S_OK) continue;
+        shown.push_back(info);
         const bool inside = info.container >= 0 && info.container < i;
         QWidget* made =
             make(info, inside ? widgets_[static_cast<std::size_t>(info.container)] : area);
@@ -104,6 +139,10 @@ void PropertiesDialog::build() {
         if (made->focusPolicy() != Qt::NoFocus) order.emplace_back(info.tab_index, made);
         connect_edits(info, made);
     }
+    // Values once every widget stands: an option button put on takes its neighbour off.
+    for (std::size_t i = 0; i < widgets_.size(); ++i)
+        show_values(widgets_[i], shown[i]);
+    one_tab_stop_a_group(widgets_);
     auto* buttons = new QDialogButtonBox(
         QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Apply, this);
     apply_ = buttons->button(QDialogButtonBox::Apply);
@@ -136,13 +175,17 @@ QWidget* PropertiesDialog::make(const WidgetInfo& info, QWidget* parent) {
             w = label;
             break;
         }
-        case WidgetKind::TextBox:
-            w = new QLineEdit(parent);
+        case WidgetKind::TextBox: {
+            // The page's text boxes take text of any length.
+            auto* line = new QLineEdit(parent);
+            line->setMaxLength(std::numeric_limits<int>::max());
+            w = line;
             break;
+        }
         case WidgetKind::OptionButton:
-            // Each option button is its own: the page decides which one is on.
+            // The option buttons of one frame are one group: arrows choose, a click on the one
+            // that is on leaves it on.
             w = new QRadioButton(parent);
-            static_cast<QRadioButton*>(w)->setAutoExclusive(false);
             break;
         case WidgetKind::CheckBox:
             w = new QCheckBox(parent);
@@ -157,9 +200,8 @@ QWidget* PropertiesDialog::make(const WidgetInfo& info, QWidget* parent) {
         }
     }
     w->setObjectName(text_of(info.name));
-    w->setGeometry(static_cast<int>(info.left), static_cast<int>(info.top),
-                   static_cast<int>(info.width), static_cast<int>(info.height));
-    show_values(w, info);
+    w->setGeometry(static_cast<int>(info.left) * zoom_, static_cast<int>(info.top) * zoom_,
+                   static_cast<int>(info.width) * zoom_, static_cast<int>(info.height) * zoom_);
     return w;
 }
 
@@ -200,6 +242,7 @@ void PropertiesDialog::sync() {
                 show_values(widgets_[static_cast<std::size_t>(i)], info);
         }
         revision_ = now;
+        one_tab_stop_a_group(widgets_);
     }
     if (apply_) apply_->setEnabled(session_.page_changed());
 }

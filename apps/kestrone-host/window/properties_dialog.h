@@ -19,9 +19,10 @@ namespace window {
 class PropertiesDialog : public QDialog {
     Q_OBJECT
   public:
-    // The page must be open in the stage's session. `report` shows a failed apply to the user.
+    // The page must be open in the stage's session. `report` shows a failed apply to the user;
+    // `zoom` is the panel's, which the dialog takes with it.
     PropertiesDialog(ActionRunner& runner, std::function<void(const std::string&)> report,
-                     QWidget* parent = nullptr);
+                     int zoom = 1, QWidget* parent = nullptr);
 
     // The buttons, as the user presses them. apply() false when the page's write failed.
     bool apply();
@@ -55,6 +56,7 @@ class PropertiesDialog : public QDialog {
     std::uint64_t revision_ = 0;
     QPushButton* apply_ = nullptr;
     bool closed_ = false;
+    int zoom_ = 1;
 };
 
 }  // namespace window
