@@ -14,6 +14,7 @@
 
 #include "command.h"
 #include "pins.h"
+#include "signal_log.h"
 #include "support/temp_dir.h"
 #include "window_double.h"
 
@@ -315,6 +316,31 @@ TEST(SignalLog, PanelAndChipGiveTheSamePinsForTheSameMoment) {
             low_bits(panel[1])};
         ASSERT_EQ(signal_log::pins_of(panel), signal_log::pins_of(chip)) << "case " << n;
     }
+}
+
+// A log bounded in time or in changes keeps, from its first moment on, what an unbounded one holds.
+TEST(SignalLog, ABoundedLogHoldsTheNewestMomentsAsTheWholeLogDoes) {
+    std::mt19937 rng(9);
+    Robot r;
+    signal_log::SignalLog whole(r.w.stage), by_time(r.w.stage, {300, std::size_t{1} << 22}),
+        by_count(r.w.stage, {std::int64_t{1} << 40, 40});
+    for (signal_log::SignalLog* log : {&whole, &by_time, &by_count})
+        log->start();
+    r.run("StartSimulation");
+    for (int n = 0; n < 150; ++n) {
+        r.run("SimMacroCall 9 [0, " + std::to_string(rng() % 256) + ", 255, " +
+              std::to_string(rng() % 256) + "] 0& Empty 0&");
+        r.run("SimMacroCall 11 [" + std::to_string(rng() % 256) + "] 0& Empty 0&");
+        r.run("advance " + std::to_string(1 + rng() % 30));
+    }
+    for (signal_log::SignalLog* log : {&whole, &by_time, &by_count})
+        log->stop();
+    EXPECT_GT(by_time.first_ms(), 0);
+    EXPECT_LE(by_time.last_ms() - by_time.first_ms(), 300 + 30);
+    EXPECT_GT(by_count.first_ms(), by_time.first_ms());
+    for (const signal_log::SignalLog* log : {&by_time, &by_count})
+        for (std::int64_t t = log->first_ms(); t <= log->last_ms(); ++t)
+            ASSERT_EQ(log->at(t), whole.at(t)) << t << " ms";
 }
 
 }  // namespace
