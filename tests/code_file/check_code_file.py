@@ -15,28 +15,6 @@ import sys
 
 BLANKS = " \t\v"
 
-# Entries 5 to 21: the simulated macros, in the order the simulation numbers them (4 to 20),
-# with their parameter count and the C type of their result.
-SIMULATED = [
-    ("DriveForwards", 1, "void"),
-    ("DriveBackwards", 1, "void"),
-    ("DriveStop", 0, "void"),
-    ("SpinLeft", 1, "void"),
-    ("SpinRight", 1, "void"),
-    ("SetMotors", 4, "void"),
-    ("WriteLeds", 1, "void"),
-    ("LedOn", 1, "void"),
-    ("LedOff", 1, "void"),
-    ("ReadSwitch", 1, "char"),
-    ("WaitSwitch", 1, "int"),
-    ("PlayTone", 3, "void"),
-    ("ReadMic", 0, "int"),
-    ("ReadLdr", 0, "int"),
-    ("TestSideSensor", 1, "char"),
-    ("ReadSideSensor", 1, "int"),
-    ("ReadLine", 1, "char"),
-]
-
 # Which define of the C carries each pin that is not an LED (pins 9 to 12).
 PIN_DEFINES = {9: "ROV_SWITCH_LEFT", 10: "ROV_SWITCH_RIGHT", 11: "ROV_LINE_LEFT", 12: "ROV_LINE_RIGHT"}
 PORT_LETTERS = "ABCDE"
@@ -145,35 +123,6 @@ def signature(name, ret, params):
     return "%s %s(%s)" % (ret, name, args)
 
 
-def lines_in_comment(text_lines):
-    """For each line, whether it starts inside a C block comment."""
-    state, result = False, []
-    for line in text_lines:
-        result.append(state)
-        i, in_str = 0, None
-        while i < len(line):
-            two = line[i:i + 2]
-            if state:
-                if two == "*/":
-                    state, i = False, i + 2
-                    continue
-            elif in_str:
-                if line[i] == "\\":
-                    i += 2
-                    continue
-                if line[i] == in_str:
-                    in_str = None
-            elif two == "//":
-                break
-            elif two == "/*":
-                state, i = True, i + 2
-                continue
-            elif line[i] in "'\"":
-                in_str = line[i]
-            i += 1
-    return result
-
-
 def check_definitions(path):
     c = Checker()
     with open(path, "rb") as f:
@@ -193,14 +142,12 @@ def check_definitions(path):
     for block in ("DefinesCode", "InitialisationCode", "InterruptCode"):
         body = read_block(lines, block)
         c.check(body is not None and body.strip() != "", "block %s missing or empty" % block)
-    in_comment = lines_in_comment(lines)
     starts = {}
     for n, line in enumerate(lines):
         m = re.fullmatch(r"/\*(\w+)_(Start|End)\*/", line.strip(BLANKS))
         if not m:
             continue
         c.check(line == line.strip(BLANKS), "line %d: marker with blanks around it is no marker" % (n + 1))
-        c.check(not in_comment[n], "line %d: marker inside a C comment" % (n + 1))
         if m.group(2) == "Start":
             starts[m.group(1)] = starts.get(m.group(1), 0) + 1
     for block, k in starts.items():
@@ -232,12 +179,6 @@ def check_definitions(path):
             at = lines.index("/*Macro_%s_Start*/" % name)
             c.check(at >= 2 and lines[at - 1] == "{" and lines[at - 2] == signature(name, ret, params),
                     "macro %s: the wrapper before its block is not %r" % (name, signature(name, ret, params)))
-    for k, (name, nparams, ret) in enumerate(SIMULATED, start=5):
-        if k <= len(table):
-            got = table[k - 1]
-            c.check((got[0], len(got[2]), got[1]) == (name, nparams, ret),
-                    "macro %d must be %s with %d parameters returning %s, is %s/%d/%s"
-                    % (k, name, nparams, ret, got[0], len(got[2]), got[1]))
     sections = set(p.sections)
     for s in sections:
         if s.startswith("macroparameters_") or s.startswith("macroparamtypes_"):

@@ -5,8 +5,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -29,14 +27,7 @@ std::string map_text(const std::string& header, const std::vector<std::string>& 
 }
 
 std::string read(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
-void write(const fs::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
+    return testing_support::read_file(path.string());
 }
 
 TEST(PixelMap, ReadsRowsTopFirstInThePalettesColours) {
@@ -53,13 +44,11 @@ TEST(PixelMap, ReadsRowsTopFirstInThePalettesColours) {
                                                 0,    0,    0,    255, 0,    0,    0,    255,
                                                 0x12, 0xAB, 0x3F, 255, 0x12, 0xAB, 0x3F, 255};
     EXPECT_EQ(r.map.rgba, expected);
-}
-
-TEST(PixelMap, KeysMayBeSeveralCharactersOrASpace) {
-    const auto r = parse_pixel_map(map_text("2 1 2 2", {"aa c #010203", "ab c #0A0B0C", "abaa"}));
-    ASSERT_TRUE(r.ok()) << r.error;
-    EXPECT_EQ(r.map.rgba, (std::vector<std::uint8_t>{10, 11, 12, 255, 1, 2, 3, 255}));
-    // A space is a key like any other.
+    // Keys of several characters, and a space is a key like any other.
+    const auto wide =
+        parse_pixel_map(map_text("2 1 2 2", {"aa c #010203", "ab c #0A0B0C", "abaa"}));
+    ASSERT_TRUE(wide.ok()) << wide.error;
+    EXPECT_EQ(wide.map.rgba, (std::vector<std::uint8_t>{10, 11, 12, 255, 1, 2, 3, 255}));
     const auto spaced =
         parse_pixel_map(map_text("3 1 2 1", {"  c #010203", "x\tc  #0A0B0C", " x "}));
     ASSERT_TRUE(spaced.ok()) << spaced.error;
@@ -173,8 +162,10 @@ TEST(PictureLoading, NamesEachBadPictureWithItsFileAndLine) {
     fs::copy_file(copy / "led_dark.xpm", copy / "led_lit.xpm",
                   fs::copy_options::overwrite_existing);
     fs::remove(copy / "logo.xpm");
-    write(copy / "heading_07.xpm", map_text("64 1 1 1", {"a c #000000", std::string(63, 'a')}));
-    write(copy / "heading_12.xpm", "static char* t[];\n" + read(copy / "heading_12.xpm"));
+    copy.temp.write("pictures/heading_07.xpm",
+                    map_text("64 1 1 1", {"a c #000000", std::string(63, 'a')}));
+    copy.temp.write("pictures/heading_12.xpm",
+                    "static char* t[];\n" + read(copy / "heading_12.xpm"));
     const auto loaded = picture_compiler::load_pictures(copy.dir);
     const std::vector<std::string> expected = {
         (copy / "led_lit.xpm").string() + ":5: the picture is 23x26, its role LedLit needs 23x27",

@@ -17,27 +17,21 @@ using testing_support::shell_quote;
 using testing_support::shipped_code_file;
 using testing_support::TempDir;
 
-// Cut within the headers and a byte short of the end: the loader would map past the file's end.
-// Each fault of the headers is named in the session's own tests.
+// A byte short of the end: the loader would map past the file's end. Each fault of the headers is
+// named in the session's own tests; here every command that loads the module says it once.
 TEST(BrokenModule, ACutShortModuleIsNamedNotCrashedOn) {
     const std::string whole = testing_support::read_file(KESTRONE_MODULE);
     TempDir dir;
-    for (const std::size_t size : {std::size_t{40}, whole.size() - 1}) {
-        SCOPED_TRACE(size);
-        const std::string module = dir.write("Cut.so", whole.substr(0, size));
-        const std::string option = "--module " + shell_quote(module);
-        for (const std::string& command : {"info", "register", "console"}) {
-            SCOPED_TRACE(command);
-            const auto run = run_host(command + " " + option, "MacroIsFunction 13\n");
-            EXPECT_EQ(run.exit_code, 2) << run.text();
-            ASSERT_EQ(run.lines.size(), 1u) << run.text();
-            EXPECT_THAT(run.lines[0], HasSubstr(module));
-            EXPECT_THAT(run.lines[0], HasSubstr("cut short or damaged"));
-        }
+    const std::string module = dir.write("Cut.so", whole.substr(0, whole.size() - 1));
+    for (const std::string& command : {"info", "register", "console"}) {
+        SCOPED_TRACE(command);
+        const auto run =
+            run_host(command + " --module " + shell_quote(module), "MacroIsFunction 13\n");
+        EXPECT_EQ(run.exit_code, 2) << run.text();
+        ASSERT_EQ(run.lines.size(), 1u) << run.text();
+        EXPECT_THAT(run.lines[0], HasSubstr(module));
+        EXPECT_THAT(run.lines[0], HasSubstr("cut short or damaged"));
     }
-    const auto garbage = run_host("info --module " + dir.write("Junk.so", "not a module at all"));
-    EXPECT_EQ(garbage.exit_code, 2);
-    EXPECT_THAT(garbage.text(), HasSubstr("not a shared object"));
 }
 
 TEST(BrokenModule, NamesAreFilesAndAnEmptyNameIsSaid) {

@@ -131,19 +131,6 @@ TEST(StartUp, FailsCleanlyOnAValueThatDoesNotConvert) {
     EXPECT_THAT(negative.run("").lines, ElementsAre("error 9 Subscript out of range"));
 }
 
-TEST(DefinitionFile, LooksUpKeysWithTheProfileRules) {
-    const std::string long_value(300, 'v');
-    ComponentFolder robot(std::string("junk\x01\xFF\r[settings]\rDESCRIPTION=\r[Long]\rk=") +
-                          long_value + "\r[Pins]\r1=dup\r1=second\r");
-    const auto run = robot.run(
-        "field sDescription\nGetIniKeyValue \"Long\" \"k\" \"\"\nGetIniKeyValue \"pins\" \" 1 \" "
-        "\"d\"\n"
-        "GetIniKeyValue \"Nope\" \"k\" \"dflt  \"\nPinCount\nPinName 0\n");
-    EXPECT_THAT(run.lines, ElementsAre("ok", "ok \"\"", "ok \"" + std::string(254, 'v') + "\"",
-                                       "ok \"dup\"", "ok \"dflt\"", "ok 0&", "ok \"XX\""))
-        << run.text();
-}
-
 TEST(PinTable, BuildsThePinsFromTheCodeFile) {
     ComponentFolder robot(kRobot);
     const auto run = robot.run(

@@ -140,14 +140,9 @@ int main(int argc, char** argv) {
     for (long k = 0; k < count; ++k) {
         const std::string line = commands.next();
         out.str({});
-        int lines = 0;
-        for (std::size_t at = 0; at != std::string::npos; ++lines) {
-            const std::size_t end = line.find('\n', at);
-            console.execute(std::string_view(line).substr(at, end - at));
-            at = end == std::string::npos ? end : end + 1;
-        }
+        console.execute(line);
         if (echo) std::printf("> %s\n%s", line.c_str(), out.str().c_str());
-        if (final_lines(out.str()) != lines) {
+        if (final_lines(out.str()) != 1) {
             std::fprintf(stderr, "soak: command %ld, \"%s\", answered:\n%s", k, line.c_str(),
                          out.str().c_str());
             return 1;

@@ -1,6 +1,5 @@
-// The stage driven as a window drives it, against the real module: its clock across objects, a
-// message box and a tone that last while the event loop runs on, and the project's unsaved
-// changes.
+// The stage driven as a window drives it, against the real module: its clock across objects, and a
+// message box and a tone that last while the event loop runs on.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -42,7 +41,7 @@ TEST(WindowMessageBox, HoldsTheTicksAndRefusesWhatWouldPullTheObject) {
     w.set_motors(200, 200);
     EXPECT_EQ(w.elapse(120), 2);
     const int phase = w.field("iWheelPhase", 0);
-    const std::int32_t left_switch = w.element_id("chkSwitchLeft");
+    const std::int32_t left_switch = w.id("chkSwitchLeft");
     std::vector<HRESULT> inside;
     int phase_inside = -1;
     std::int64_t held_ticks = -1;
@@ -68,38 +67,6 @@ TEST(WindowMessageBox, HoldsTheTicksAndRefusesWhatWouldPullTheObject) {
     EXPECT_EQ(w.elapse(1), 2);
     EXPECT_EQ(w.session.click(left_switch), kestrone::S_OK);
     EXPECT_EQ(w.property("chkSwitchLeft", -1, "Value"), 1);
-}
-
-TEST(WindowProject, SavedAndReopenedWithItsUnsavedChanges) {
-    WindowDouble w;
-    std::string error;
-    EXPECT_FALSE(w.session.dirty());
-    EXPECT_FALSE(w.session.save_project(&error));  // no file yet
-    EXPECT_EQ(w.call("iThreshL", {Variant::integer(77)}, true), kestrone::S_OK);
-    EXPECT_EQ(w.session.write_settings(), kestrone::S_OK);
-    EXPECT_TRUE(w.session.dirty());
-    ASSERT_TRUE(w.session.save_project_as("robot.ktx", &error)) << error;
-    EXPECT_FALSE(w.session.dirty());
-    EXPECT_EQ(w.session.project_path(), "robot.ktx");
-
-    w.session.set_store_entry("iThreshL", Variant::integer(5));
-    EXPECT_TRUE(w.session.dirty());
-    ASSERT_TRUE(w.session.open_project("robot.ktx", &error)) << error;
-    EXPECT_FALSE(w.session.dirty());
-    EXPECT_EQ(*w.session.store().get("iThreshL"), Variant::integer(77));
-
-    // Into a new object, as a window opens a project.
-    ASSERT_EQ(w.session.create_object(), kestrone::S_OK);
-    EXPECT_EQ(w.field("iThreshL"), 200);
-    std::vector<std::string> read;
-    EXPECT_EQ(w.session.read_settings(
-                  [&](const std::string& key, const Variant&) { read.push_back(key); }),
-              kestrone::S_OK);
-    EXPECT_EQ(w.field("iThreshL"), 77);
-    EXPECT_THAT(read, testing::Contains("iThreshL"));
-    EXPECT_FALSE(w.session.dirty());  // a load changes the object, not the project
-    w.session.clear_store();
-    EXPECT_TRUE(w.session.dirty());
 }
 
 // The user presses Stop while the first corner's tone sounds: the program stops as soon as the

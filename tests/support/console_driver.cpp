@@ -3,8 +3,6 @@
 #include <sys/wait.h>
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 namespace testing_support {
 
@@ -20,28 +18,6 @@ std::string shell_quote(const std::string& s) {
     for (char c : s)
         q += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return q + "'";
-}
-
-namespace {
-ConsoleRun run_command(const std::string& command);
-}  // namespace
-
-ConsoleRun run_console(const std::string& script, const std::string& extra_args,
-                       const std::string& dir) {
-    TempDir input_dir;
-    const std::string input = input_dir.write("input.txt", script);
-    return run_command((dir.empty() ? "" : "cd " + shell_quote(dir) + " && ") +
-                       shell_quote(KESTRONE_HOST_BIN) + " console " + extra_args + " < " +
-                       shell_quote(input) + " 2>/dev/null");
-}
-
-ConsoleRun run_host(const std::string& args, const std::string& input, const std::string& env,
-                    const std::string& dir) {
-    TempDir input_dir;
-    const std::string file = input_dir.write("input.txt", input);
-    return run_command((dir.empty() ? "" : "cd " + shell_quote(dir) + " && ") + env + " " +
-                       shell_quote(KESTRONE_HOST_BIN) + " " + args + " < " + shell_quote(file) +
-                       " 2>&1");
 }
 
 namespace {
@@ -64,7 +40,27 @@ ConsoleRun run_command(const std::string& command) {
     run.exit_code = WIFEXITED(status) && WEXITSTATUS(status) < 128 ? WEXITSTATUS(status) : -1;
     return run;
 }
+
+// `kestrone-host ARGS` in `dir`, its standard input from `input`.
+ConsoleRun run_in(const std::string& dir, const std::string& env, const std::string& args,
+                  const std::string& input, const char* errors) {
+    TempDir input_dir;
+    const std::string file = input_dir.write("input.txt", input);
+    return run_command((dir.empty() ? "" : "cd " + shell_quote(dir) + " && ") + env + " " +
+                       shell_quote(KESTRONE_HOST_BIN) + " " + args + " < " + shell_quote(file) +
+                       errors);
+}
 }  // namespace
+
+ConsoleRun run_console(const std::string& script, const std::string& extra_args,
+                       const std::string& dir) {
+    return run_in(dir, "", "console " + extra_args, script, " 2>/dev/null");
+}
+
+ConsoleRun run_host(const std::string& args, const std::string& input, const std::string& env,
+                    const std::string& dir) {
+    return run_in(dir, env, args, input, " 2>&1");
+}
 
 ComponentFolder::ComponentFolder(const std::string& code_file, const std::string& name, bool help) {
     module_ = dir_.copy(KESTRONE_MODULE, name + ".so");

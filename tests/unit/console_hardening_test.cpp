@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "console.h"
-#include "kestrone/memory_store.h"
 #include "panel_commands.h"
 #include "value_limits.h"
 #include "value_syntax.h"
@@ -133,26 +132,6 @@ TEST(ConsoleHelp, ListsTheCommandsAndAnOperationsParameters) {
     EXPECT_THAT(port, HasSubstr("Port PinID Long = RHS Long\n"));
     EXPECT_EQ(c.answer("help KestroneVersion"), "KestroneVersion = RHS Long\nok\n");
     EXPECT_EQ(c.answer("help Nothing"), "fail the component has no operation Nothing\n");
-}
-
-// Keys stay in the order they were first written, whatever their number.
-TEST(MemoryStore, KeepsTheFirstPlaceAndTheLastValue) {
-    kestrone::MemoryStore store;
-    store.set("b", Variant::integer(1));
-    store.set("a", Variant::integer(2));
-    store.set("b", Variant::integer(3));
-    ASSERT_EQ(store.entries().size(), 2u);
-    EXPECT_EQ(store.entries()[0].key, "b");
-    EXPECT_EQ(*store.get("b"), Variant::integer(3));
-    EXPECT_EQ(store.get("c"), nullptr);
-    store.assign({{"x", Variant::long_(1)}, {"y", Variant::long_(2)}, {"x", Variant::long_(3)}});
-    ASSERT_EQ(store.entries().size(), 2u);
-    EXPECT_EQ(store.entries()[0], (kestrone::MemoryStore::Entry{"x", Variant::long_(3)}));
-    EXPECT_EQ(store.get("b"), nullptr);
-    store.clear();
-    EXPECT_EQ(store.get("x"), nullptr);
-    store.set("x", Variant());
-    EXPECT_EQ(store.entries().size(), 1u);
 }
 
 }  // namespace

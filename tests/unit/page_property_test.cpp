@@ -118,23 +118,12 @@ TEST(PropertyPage, ThresholdTextsConvertOrStopTheApply) {
     };
     const HRESULT ok = kestrone::S_OK, mismatch = kestrone::basic_error_status(13),
                   overflow = kestrone::basic_error_status(6);
+    // The conversion's own rules are the runtime's, checked with it; here that the page uses it,
+    // and where a failure stops.
     const Case cases[] = {
-        {"300", " 2.5 ", ok, 300, 2},
-        {"-32768", "3.5", ok, -32768, 4},
-        {"1e2", "+7", ok, 100, 7},
-        {"5", "abc", mismatch, 5, 200},
-        {"5", "", mismatch, 5, 200},
-        {"5", "32768", overflow, 5, 200},
+        {"300", " 2.5 ", ok, 300, 2},         {"1e2", "3.5", ok, 100, 4},
+        {"5", "abc", mismatch, 5, 200},       {"5", "32768", overflow, 5, 200},
         {"32767.5", "1", overflow, 200, 200},
-        {"", "1", mismatch, 200, 200},
-        // The text boxes have no limit of length, nor has the conversion of digits.
-        {"2.000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
-         "0000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
-         "0000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
-         "0000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
-         "0000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
-         "000000000000000000000000000000000000000000000000000000000000000000000000000000000000",
-         "1", ok, 2, 1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.r_text) + " / " + c.f_text);
@@ -173,18 +162,14 @@ TEST(PropertyPage, TheSliderShowsItsSignedValueAndStaysInRange) {
     EXPECT_EQ(page.text("lblBiasVal", "Caption"), "100");
 }
 
+// What the clicks apply is the console's page test's; here the other button of the pair, and a
+// grey check box, which is not ticked: it applies as 0.
 TEST(PropertyPage, ClicksSetTheReturnTypeAndTheButtonWait) {
     Robot robot(host_testing::kNoPins);
     Page page;
     ASSERT_EQ(page.select({robot.unknown()}), kestrone::S_OK);
     ASSERT_EQ(page->UserClick("optInt"), kestrone::S_OK);
     EXPECT_EQ(page.get("optByte", "Value"), Variant::boolean(false));
-    ASSERT_EQ(page->UserClick("chkWaitForButton"), kestrone::S_OK);
-    EXPECT_EQ(page.get("chkWaitForButton", "Value"), Variant::integer(0));
-    ASSERT_EQ(page->Apply(), kestrone::S_OK);
-    EXPECT_EQ(setting(robot, "bReturnInt"), 1);
-    EXPECT_EQ(setting(robot, "bWaitForButton"), 0);
-    // A grey check box is not ticked: it applies as 0.
     ASSERT_EQ(page.put("chkWaitForButton", "Value", Variant::integer(2)), kestrone::S_OK);
     ASSERT_EQ(page.put("optByte", "Value", Variant::boolean(true)), kestrone::S_OK);
     ASSERT_EQ(page->Apply(), kestrone::S_OK);

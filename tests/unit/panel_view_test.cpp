@@ -141,6 +141,8 @@ TEST(PanelView, PaintOrderPutsEachFrameBeforeItsElementsInTheirStacking) {
     EXPECT_TRUE(before("imageLedOff", 0, "imageLedOn", 0));
 }
 
+// What the pointer is on, and where on it: a frame and whatever a frame holds count in twips
+// from their corner, an element on the panel itself in pixels.
 TEST(PanelView, ThePointerFindsTheFrontmostPaintedBoxUnderIt) {
     ViewedRobot robot;
     robot.put("imSlideBar", 2, "Left", Variant::single(1000));   // between whole pixels
@@ -149,6 +151,8 @@ TEST(PanelView, ThePointerFindsTheFrontmostPaintedBoxUnderIt) {
     std::vector<ElementView> views(static_cast<std::size_t>(robot.panel().count()));
     for (int id : order)
         robot.view().GetElementView(id, &views[static_cast<std::size_t>(id)]);
+    float twips = 0;
+    ASSERT_EQ(robot.view().GetTwipsPerPixel(&twips), S_OK);
     int hits = 0;
     for (float y = -3.5f; y < 290; y += 2)
         for (float x = -3.5f; x < 350; x += 2) {
@@ -162,9 +166,18 @@ TEST(PanelView, ThePointerFindsTheFrontmostPaintedBoxUnderIt) {
             }
             float lx = 0, ly = 0;
             ASSERT_EQ(robot.panel().hit_test(x, y, &lx, &ly), expected) << x << "," << y;
-            hits += expected >= 0;
+            if (expected < 0) continue;
+            ++hits;
+            const panel::Element& e = robot.panel().at(expected);
+            const float unit =
+                e.kind == kestrone::ElementKind::Frame || e.container >= 0 ? twips : 1;
+            const PanelRect& box = views[static_cast<std::size_t>(expected)].box;
+            ASSERT_NEAR(lx, (x - box.left) * unit, 0.01f) << e.name << " at " << x << "," << y;
+            ASSERT_NEAR(ly, (y - box.top) * unit, 0.01f) << e.name << " at " << x << "," << y;
         }
     EXPECT_GT(hits, 20000);
+    float lx = 0, ly = 0;  // far beyond any edge
+    EXPECT_EQ(robot.panel().hit_test(1e30f, -1e30f, &lx, &ly), -1);
 }
 
 Rgba rgb(std::uint32_t c) {
@@ -254,6 +267,7 @@ TEST(PanelView, EveryPictureFitsTheBoxThatShowsIt) {
     EXPECT_TRUE(p.at(p.find("imSlideBase", 3)).stretch);
 }
 
+// Each picture its own, opaque to its edges.
 TEST(PanelView, PicturesComeAsPixelsEachItsOwn) {
     ViewedRobot robot;
     std::vector<std::vector<std::uint8_t>> seen;
@@ -267,6 +281,8 @@ TEST(PanelView, PicturesComeAsPixelsEachItsOwn) {
         EXPECT_EQ(h, data->height);
         ASSERT_EQ(rgba.size(), static_cast<std::size_t>(w * h * 4)) << role;
         EXPECT_TRUE(std::equal(rgba.begin(), rgba.end(), data->rgba)) << role;
+        for (std::size_t alpha = 3; alpha < rgba.size(); alpha += 4)
+            ASSERT_EQ(rgba[alpha], 255) << role << " is see-through at byte " << alpha;
         EXPECT_EQ(std::count(seen.begin(), seen.end(), rgba), 0) << role;
         seen.push_back(rgba);
     }

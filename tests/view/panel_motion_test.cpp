@@ -1,5 +1,6 @@
 // What moves on the panel, as the view paints it after the robot's macros and the user's input:
-// LEDs, wheel lines, direction signs, the heading, the sensors' bars and the pressed switches.
+// every picture where the panel's view puts it, under whatever is painted after it, the wheel
+// lines and the pressed switches.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -9,9 +10,9 @@
 
 namespace {
 
+using kestrone::ElementStyle;
 using kestrone::PictureRole;
 using kestrone::Variant;
-using view_testing::count_colour;
 using view_testing::count_ink;
 using view_testing::mismatches;
 using view_testing::rgb;
@@ -20,34 +21,33 @@ using view_testing::ViewRobot;
 
 constexpr std::int16_t kWriteLeds = 10, kDriveForwards = 4, kSpinLeft = 7;
 
-// How many pixels of the LED's box are pure red: only a lit LED has any.
-int red_pixels(const QImage& image, int led) {
-    return count_colour(image, QRect(86 + 22 * (7 - led), 79, 22, 27), 0xFF0000u);
-}
-
-// Dark at start-up, in a row from 7 to 0, each LED's last column under its left neighbour; lit as
-// their bits say once the panel is painted.
-TEST(PanelMotion, LedsLightAsTheirBitsSay) {
-    ViewRobot robot;
-    const QImage lit = robot.picture(PictureRole::LedLit),
-                 dark = robot.picture(PictureRole::LedDark);
-    QImage image = robot.render();
-    for (int led = 0; led < 8; ++led) {
-        const QPoint at(86 + 22 * (7 - led), 80);
-        EXPECT_EQ(mismatches(image, dark, at, QRect(at, QSize(22, 26))), 0) << led;
-    }
-    robot.macro(kWriteLeds, {0b1011'0010});
-    EXPECT_EQ(red_pixels(robot.render(), 1), 0);
-    robot.call("Refresh");
-    image = robot.render();
-    for (int led = 0; led < 8; ++led) {
-        const QPoint at(86 + 22 * (7 - led), 79);
-        if (((0b1011'0010 >> led) & 1) != 0) {
-            EXPECT_EQ(mismatches(image, lit, at, QRect(at, QSize(22, 27))), 0) << led;
-        } else {
-            EXPECT_EQ(red_pixels(image, led), 0) << led;
+// A small model of the painter: each shown picture at its box's top left (inside the line of a
+// bordered one), cut at its box and clip and hidden by every element painted after it. How many
+// pictures showed at least a pixel, each one as the model says.
+int pictures_in_place(ViewRobot& robot) {
+    const QImage image = robot.render();
+    std::vector<std::int32_t> order;
+    EXPECT_EQ(robot.panel().GetPaintOrder(&order), kestrone::S_OK);
+    QRegion above;
+    int seen = 0;
+    for (auto id = order.rbegin(); id != order.rend(); ++id) {
+        kestrone::ElementView v;
+        kestrone::ElementInfo info;
+        EXPECT_EQ(robot.panel().GetElementView(*id, &v), kestrone::S_OK);
+        EXPECT_EQ(robot.panel().GetElement(*id, &info), kestrone::S_OK);
+        if (!v.shown) continue;
+        const QRect box = panelqt::pixel_rect(v.box), shows = box & panelqt::pixel_rect(v.clip);
+        const int border = v.style == ElementStyle::BorderedPicture ? 1 : 0;
+        if (info.picture != 0 && !info.stretch && v.style != ElementStyle::GraphicalCheckBox) {
+            const QImage picture = robot.picture(static_cast<PictureRole>(info.picture));
+            const int bad = mismatches(image, picture, box.topLeft() + QPoint(border, border),
+                                       shows - QMargins(border, border, border, border), above);
+            EXPECT_LE(bad, 0) << info.name << "(" << info.index << ")";
+            seen += bad == 0;
         }
+        above += shows;
     }
+    return seen;
 }
 
 // The rows of the drum's middle column that are white: the wheel lines painted over it.
@@ -61,100 +61,48 @@ std::set<int> white_rows(const QImage& image, int drum_left) {
 // The rows where the panel puts the shown lines of one wheel.
 std::set<int> line_rows(ViewRobot& robot, int first) {
     std::set<int> rows;
-    for (int i = first; i < first + 11; ++i) {
-        const kestrone::ElementView look = robot.look("WheelLine", i);
-        if (look.shown) rows.insert(panelqt::pixel_rect(look.box).top());
-    }
+    for (int i = first; i < first + 11; ++i)
+        if (robot.look("WheelLine", i).shown) rows.insert(robot.box("WheelLine", i).top());
     return rows;
 }
 
-// The picture in a motor's direction sign, inside its one-pixel border.
-void expect_sign(ViewRobot& robot, const QImage& image, int frame_left, PictureRole role) {
-    const QPoint at(frame_left + 40, 246);
-    EXPECT_EQ(mismatches(image, robot.picture(role), at, QRect(at, QSize(24, 24))), 0)
-        << static_cast<int>(role);
-}
-
-// The wheel lines move down the drums while driving, and the direction signs follow the motors
-// at the wheels' next ticks.
-TEST(PanelMotion, WheelLinesAndDirectionSignsFollowTheMotors) {
+TEST(PanelMotion, EveryPictureStandsWhereThePanelPutsIt) {
     ViewRobot robot;
-    robot.macro(kDriveForwards, {200});
-    const std::set<int> before = white_rows(robot.render(), 11);
-    EXPECT_EQ(before, line_rows(robot, 0));
-    robot.advance(350);
-    QImage image = robot.render();
-    for (const int wheel : {0, 1}) {
-        SCOPED_TRACE(wheel);
-        const std::set<int> after = white_rows(image, wheel == 0 ? 11 : 269);
-        EXPECT_EQ(after, line_rows(robot, 11 * wheel));
-        EXPECT_GE(after.size(), 8u);
-        if (wheel == 0) {
-            EXPECT_NE(after, before);
-        }
-        expect_sign(robot, image, wheel == 0 ? 8 : 266, PictureRole::MotorForward);
+    // The LEDs, signs, drums, lines, tracks, bars, a heading and the logo.
+    EXPECT_GT(pictures_in_place(robot), 40);
+    // The LEDs lit as their bits say once the panel is refreshed, the dark ones beside them.
+    robot.macro(kWriteLeds, {0b1011'0010});
+    EXPECT_EQ(robot.call("Refresh"), kestrone::S_OK);
+    pictures_in_place(robot);
+    // Driving, spinning and stopping: the direction signs follow at the wheels' next ticks.
+    for (const auto& [macro, speed, sign] : {std::tuple{kDriveForwards, 200, "imageUp"},
+                                             {kSpinLeft, 150, "imageDown"},
+                                             {kDriveForwards, 0, "imageStopped"}}) {
+        SCOPED_TRACE(sign);
+        robot.macro(macro, {static_cast<std::int16_t>(speed)});
+        const std::set<int> before = white_rows(robot.render(), 11);
+        robot.advance(350);
+        EXPECT_TRUE(robot.look(sign, 0).shown);
+        pictures_in_place(robot);
+        for (const int wheel : {0, 1})
+            EXPECT_EQ(white_rows(robot.render(), wheel == 0 ? 11 : 269),
+                      line_rows(robot, 11 * wheel));
+        EXPECT_EQ(white_rows(robot.render(), 11) != before, speed != 0);
     }
-    robot.macro(kSpinLeft, {150});
-    robot.advance(250);
-    image = robot.render();
-    expect_sign(robot, image, 8, PictureRole::MotorBackward);
-    expect_sign(robot, image, 266, PictureRole::MotorForward);
-    robot.macro(kDriveForwards, {0});
-    robot.advance(250);
-    expect_sign(robot, robot.render(), 8, PictureRole::MotorStopped);
-}
-
-TEST(PanelMotion, EveryHeadingPictureAboveTheLeds) {
-    ViewRobot robot;
+    // Every heading, the LEDs' frame in front of its lowest rows.
     for (int k = 0; k <= 12; ++k) {
+        SCOPED_TRACE(k);
         for (int other = 0; other <= 12; ++other)
             robot.put("imDirection", other, "Visible", Variant::boolean(other == k));
-        const QImage image = robot.render();
-        // Its top 4 rows lie above the panel, its lowest rows behind the LEDs' frame.
-        const QImage heading =
-            robot.picture(static_cast<PictureRole>(static_cast<int>(PictureRole::Heading0) + k));
-        EXPECT_EQ(mismatches(image, heading, {144, -4}, QRect(144, 0, 64, 68)), 0) << k;
-        // The LEDs' frame, in front, hides the rest.
-        const kestrone::Rgba back = robot.look("Frame1").back;
-        EXPECT_EQ(rgb_at(image, 175, 77), rgb(back)) << k;
+        pictures_in_place(robot);
     }
-}
-
-struct Sensor {
-    int index;
-    bool vertical;
-};
-
-TEST(PanelMotion, BarsFollowTheValueAcrossTheTrack) {
-    ViewRobot robot;
-    for (const Sensor s :
-         {Sensor{0, true}, Sensor{1, true}, Sensor{2, false}, Sensor{3, true}, Sensor{4, false}}) {
-        SCOPED_TRACE(s.index);
-        const QImage bar =
-            robot.picture(s.vertical ? PictureRole::BarVertical : PictureRole::BarHorizontal);
-        int along[3] = {}, ink[3] = {};
-        // The sensors read 8 bits here: 0 to 255 covers their tracks.
-        const int values[3] = {0, 100, 255};
-        // The arrows, in front, hide the bar's end at one end of a vertical track.
-        const QRect arrows = robot.box("updownADC", s.index);
-        for (int v = 0; v < 3; ++v) {
-            robot.put("updownADC", s.index, "Value", Variant::long_(values[v]));
-            const QImage image = robot.render();
-            const kestrone::ElementView look = robot.look("imSlideBar", s.index);
-            const QRect box = panelqt::pixel_rect(look.box);
-            EXPECT_EQ(
-                mismatches(image, bar, box.topLeft(), box & panelqt::pixel_rect(look.clip), arrows),
-                0)
-                << values[v];
-            along[v] = s.vertical ? box.top() : box.left();
-            ink[v] = count_ink(image, robot.box("lblADCVal", s.index), 0x00FF00u, 0x808000u);
+    // The bars across their tracks, the arrows in front of a vertical track's end.
+    for (int sensor = 0; sensor < 5; ++sensor)
+        for (const int value : {0, 100, 255}) {
+            SCOPED_TRACE(testing::Message() << sensor << " at " << value);
+            robot.put("updownADC", sensor, "Value", Variant::long_(value));
+            pictures_in_place(robot);
         }
-        // The bar moves one way along its track, and the caption from one digit to more.
-        EXPECT_TRUE((along[0] < along[1] && along[1] < along[2]) ||
-                    (along[0] > along[1] && along[1] > along[2]));
-        EXPECT_NE(ink[0], ink[2]);
-        EXPECT_GT(std::min(ink[0], ink[2]), 3);
-    }
 }
 
 TEST(PanelMotion, ACheckedSwitchStaysPressedIn) {

@@ -1,5 +1,5 @@
-// The panel as the view paints it at start-up: its size, and the pictures and captions where the
-// layout puts them, in the panel's pixels (15 twips to the pixel).
+// The panel as the view paints it at start-up: frames, captions and borders where the layout puts
+// them, in the panel's pixels (15 twips to the pixel).
 #include <gtest/gtest.h>
 
 #include "panel_view.h"
@@ -7,37 +7,11 @@
 
 namespace {
 
-using kestrone::PictureRole;
 using view_testing::count_colour;
 using view_testing::count_ink;
-using view_testing::mismatches;
 using view_testing::rgb;
 using view_testing::rgb_at;
 using view_testing::ViewRobot;
-
-TEST(PanelPlaces, StartUpIsCutAtTheRightMotorFrame) {
-    ViewRobot robot;
-    const QImage image = robot.render();
-    ASSERT_EQ(image.size(), QSize(344, 282));
-    // The logo reaches 8 pixels below the panel: its last row painted is its row 38.
-    EXPECT_EQ(mismatches(image, robot.picture(PictureRole::Logo), {91, 243}, image.rect()), 0);
-}
-
-TEST(PanelPlaces, MotorSignsAndDrumsInTheirFrames) {
-    ViewRobot robot;
-    const QImage image = robot.render();
-    const QImage drum = robot.picture(PictureRole::WheelDrum);
-    for (const int frame_left : {8, 266}) {
-        // The direction sign sits inside a one-pixel border of the fore colour.
-        const QRect sign(frame_left + 39, 245, 26, 26);
-        const auto fore = rgb(robot.look("imageStopped", 0).fore);
-        EXPECT_EQ(count_colour(image, QRect(sign.left(), sign.top(), 26, 1), fore), 26);
-        EXPECT_EQ(count_colour(image, QRect(sign.right(), sign.top(), 1, 26), fore), 26);
-        // The drum's rim shows round the lines that lie over it.
-        EXPECT_EQ(rgb_at(image, frame_left + 3, 202), drum.pixel(0, 0) & 0xFFFFFFu);
-        EXPECT_EQ(rgb_at(image, frame_left + 3 + 28, 202 + 75), drum.pixel(28, 75) & 0xFFFFFFu);
-    }
-}
 
 TEST(PanelPlaces, FrameCaptionsSitInTheTopEdgeInTheirColour) {
     ViewRobot robot;
@@ -94,7 +68,7 @@ TEST(PanelPlaces, ValueCaptionsAreGreenOnTheOlivePlate) {
     }
 }
 
-TEST(PanelPlaces, SpeedCaptionsInAWhiteBorderedBox) {
+TEST(PanelPlaces, SpeedCaptionsAndSignsInBorderedBoxes) {
     ViewRobot robot;
     const QImage image = robot.render();
     for (const int index : {0, 1}) {
@@ -111,6 +85,12 @@ TEST(PanelPlaces, SpeedCaptionsInAWhiteBorderedBox) {
         EXPECT_EQ(count_ink(image, QRect(inner.topLeft(), QSize(third, inner.height())), look.fore,
                             look.back),
                   0);
+    }
+    // The direction signs sit inside a one-pixel border of the fore colour.
+    const auto fore = rgb(robot.look("imageStopped", 0).fore);
+    for (const int frame_left : {8, 266}) {
+        EXPECT_EQ(count_colour(image, QRect(frame_left + 39, 245, 26, 1), fore), 26);
+        EXPECT_EQ(count_colour(image, QRect(frame_left + 64, 245, 1, 26), fore), 26);
     }
 }
 

@@ -13,24 +13,8 @@ namespace view_testing {
 using kestrone::S_OK;
 using kestrone::Variant;
 
-ViewRobot::ViewRobot() {
-    std::string error;
-    EXPECT_TRUE(session.load_module(KESTRONE_MODULE, &error)) << error;
-    EXPECT_EQ(session.create_object(), S_OK);
-    EXPECT_EQ(session.make_ready(), S_OK);
-}
-
 QImage ViewRobot::render(int zoom, int ratio) {
     return panelqt::render_panel(panel(), zoom, ratio);
-}
-
-std::int32_t ViewRobot::id(const std::string& element, std::int32_t index) {
-    std::int32_t found = -1;
-    EXPECT_EQ(
-        session.find_element(element, index < 0 ? std::nullopt : std::optional(index), &found),
-        S_OK)
-        << element << "(" << index << ")";
-    return found;
 }
 
 kestrone::ElementView ViewRobot::look(const std::string& element, std::int32_t index) {
@@ -54,24 +38,7 @@ void ViewRobot::macro(std::int32_t number, const std::vector<std::int16_t>& args
         ASSERT_EQ(session.start_simulation(), S_OK);
         started_ = true;
     }
-    std::vector<Variant> values;
-    for (const std::int16_t a : args)
-        values.push_back(Variant::integer(a));
-    const Variant params = Variant::array(kestrone::VarType::Variant, 0, values);
-    const auto op = host::ComponentSession::find_operation("SimMacroCall", false);
-    ASSERT_TRUE(op.has_value());
-    std::vector<Variant> call_args = {Variant::long_(number), params, Variant::long_(0), Variant(),
-                                      Variant::long_(0)};
-    Variant result;
-    ASSERT_EQ(session.call(*op, call_args, &result), S_OK) << "macro " << number;
-}
-
-void ViewRobot::call(const std::string& name) {
-    const auto op = host::ComponentSession::find_operation(name, false);
-    ASSERT_TRUE(op.has_value()) << name;
-    std::vector<Variant> args;
-    Variant result;
-    ASSERT_EQ(session.call(*op, args, &result), S_OK) << name;
+    StageRobot::macro(number, args);
 }
 
 void ViewRobot::advance(std::int64_t ms) {
@@ -122,7 +89,7 @@ int count_ink(const QImage& image, const QRect& r, kestrone::Rgba ink, kestrone:
 }
 
 int mismatches(const QImage& image, const QImage& picture, QPoint at, const QRect& cut,
-               const QRect& hidden) {
+               const QRegion& hidden) {
     int bad = 0, seen = 0;
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x) {

@@ -1,7 +1,6 @@
 // Zoom and device pixel ratio: pictures are scaled by whole pixels, never smoothed.
 #include <gtest/gtest.h>
 
-#include "picture_cache.h"
 #include "pixel_geometry.h"
 #include "view_robot.h"
 
@@ -50,15 +49,6 @@ TEST(ViewZoom, PicturesDoubleAndTriplePixelForPixel) {
     const QRect track = robot.box("imSlideBase", 3);
     EXPECT_EQ(track.height(), 72);
     EXPECT_TRUE(doubled(one, two, track, 2));
-}
-
-// A picture comes as its rows of bytes, a column or a row of it as well as many.
-TEST(ViewZoom, PicturesAreTakenAsTheirRowsOfBytes) {
-    const QImage column = panelqt::image_from_rgba(1, 2, {1, 2, 3, 255, 4, 5, 6, 255});
-    ASSERT_EQ(column.size(), QSize(1, 2));
-    EXPECT_EQ(column.pixel(0, 0), qRgba(1, 2, 3, 255));
-    EXPECT_EQ(column.pixel(0, 1), qRgba(4, 5, 6, 255));
-    EXPECT_TRUE(panelqt::image_from_rgba(1, 2, {1, 2, 3, 255}).isNull());
 }
 
 TEST(ViewZoom, ARatioOfTwoPaintsAsAZoomOfTwo) {

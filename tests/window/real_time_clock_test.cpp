@@ -1,6 +1,5 @@
-// The window's real-time clock: ticks at the asked interval in phase, held while a message box is
-// up with one tick a timer kept for after, and a program driven against the same clock.
-#include <QMessageBox>
+// The window's real-time clock: ticks at the asked interval in phase, wakes for the next tick, and
+// drives a program against the same clock.
 #include <set>
 
 #include "window_fixture.h"
@@ -23,7 +22,6 @@ class RealTimeClockTest : public WindowTest {
         call("SimMacroCall", {Variant::long_(9), std::move(bytes), Variant::long_(0), Variant(),
                               Variant::long_(0)});
     }
-    std::int64_t ticks() { return window_->clock().ticks(0) + window_->clock().ticks(1); }
 };
 
 TEST_F(RealTimeClockTest, TicksAtTheAskedIntervalWhateverTheTimersGranularity) {
@@ -61,36 +59,6 @@ TEST_F(RealTimeClockTest, TheTimerWakesForTheNextTickOfEitherWheel) {
     EXPECT_LE(window_->clock().next_wake_ms(), 50);
 }
 
-TEST_F(RealTimeClockTest, AMessageBoxHoldsTheTicksAndKeepsOneATimerForAfter) {
-    window_->start_simulation();
-    set_motors(speeds(0, 255, 0, 255));
-    elapse(20);
-    ASSERT_EQ(ticks(), 20);
-    std::int64_t during = -1;
-    window_->services().set_box_handler([&](QWidget* box) {
-        const std::int64_t before = ticks();
-        // The window's timer goes on firing in the box's event loop.
-        elapse(300, 4);
-        during = ticks() - before;
-        box->close();
-    });
-    // Writing a pin's port is refused with a message box.
-    const auto op = host::ComponentSession::find_operation("Port", true);
-    ASSERT_TRUE(op);
-    std::vector<Variant> args{Variant::long_(0), Variant::long_(5)};
-    Variant result;
-    window_->session().call(*op, args, &result);
-    EXPECT_EQ(window_->services().messages_shown(), 1);
-    EXPECT_EQ(during, 0);
-    // Once the box is closed, one tick a timer comes, no burst of the 300 ms missed.
-    const std::int64_t before = ticks();
-    window_->clock().pulse();
-    EXPECT_EQ(ticks() - before, 2);
-    // And the timers keep their phase: 2 ms a tick from here on.
-    elapse(10, 1);
-    EXPECT_EQ(ticks() - before, 2 + 10);
-}
-
 TEST_F(RealTimeClockTest, AProgramRunsAgainstTheClockAndItsPaneFollowsTheRunningLine) {
     ASSERT_TRUE(window_->open_program(example("square.kflow")));
     EXPECT_TRUE(window_->program_pane()->code().contains("void main"));
@@ -112,17 +80,6 @@ TEST_F(RealTimeClockTest, AProgramRunsAgainstTheClockAndItsPaneFollowsTheRunning
     EXPECT_TRUE(lines.count(7) && lines.count(11));
     EXPECT_EQ(window_->program_pane()->shown_line(), window_->stage().program().line());
     EXPECT_EQ(window_->services().tones_played(), 4);
-}
-
-TEST_F(RealTimeClockTest, StopHaltsARunningProgramAndTheSimulation) {
-    ASSERT_TRUE(window_->open_program(example("square.kflow")));
-    window_->run_program();
-    elapse(500);
-    ASSERT_EQ(window_->stage().program().state(), kflow::RunState::Running);
-    window_->stop_simulation();
-    EXPECT_EQ(window_->stage().program().state(), kflow::RunState::Halted);
-    EXPECT_EQ(field("bSimulating"), 0);
-    EXPECT_TRUE(window_->status_text().contains("Stopped"));
 }
 
 }  // namespace

@@ -1,14 +1,10 @@
 // What the user does in the window, recorded as a console script, brings a fresh object to the
 // same state when the console replays it headless: every field and every element property.
-#include <QLineEdit>
-#include <QTest>
 #include <algorithm>
 #include <fstream>
 #include <sstream>
 
 #include "console.h"
-#include "properties_dialog.h"
-#include "support/temp_dir.h"
 #include "value_syntax.h"
 #include "view_input.h"
 #include "window_fixture.h"
@@ -78,7 +74,6 @@ class RecordReplayTest : public WindowTest {
         in.pointer(PointerAction::Move, 1, 0, x, y + down_by);
         in.pointer(PointerAction::Up, 1, 0, x, y + down_by);
     }
-    testing_support::TempDir dir_;
 };
 
 TEST_F(RecordReplayTest, ARecordedSessionReplaysHeadlessToTheSameState) {
@@ -104,9 +99,7 @@ TEST_F(RecordReplayTest, ARecordedSessionReplaysHeadlessToTheSameState) {
     window_->input().arrow(element("updownADC", 4), false);
     auto dialog = window_->make_properties();
     ASSERT_NE(dialog, nullptr);
-    auto* text = qobject_cast<QLineEdit*>(dialog->widget("txtiThreshF"));
-    QTest::keyClick(text, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(text, "77");
+    type_into(*dialog, "txtiThreshF", "77");
     elapse(200, 13);
     dialog->ok();
     elapse(777, 19);

@@ -9,7 +9,6 @@
 #include <QTest>
 
 #include "properties_dialog.h"
-#include "support/temp_dir.h"
 #include "window_fixture.h"
 
 namespace window_testing {
@@ -20,15 +19,6 @@ using kestrone::Variant;
 class WindowActionsTest : public WindowTest {
   protected:
     std::int32_t setting(const std::string& name) { return number_of(call(name)); }
-    // Types `text` into the dialog's text box as a user would, replacing what it held.
-    static void type_into(window::PropertiesDialog& dialog, const std::string& name,
-                          const QString& text) {
-        auto* box = qobject_cast<QLineEdit*>(dialog.widget(name));
-        ASSERT_NE(box, nullptr) << name;
-        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(box, text);
-    }
-    testing_support::TempDir dir_;
 };
 
 TEST_F(WindowActionsTest, ApplyingThePageChangesTheSettingsAndMarksTheProjectUnsaved) {

@@ -3,7 +3,9 @@
 #include "support/variant_number.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QTest>
 
 namespace window_testing {
 
@@ -35,6 +37,14 @@ void WindowTest::elapse(std::int64_t ms, std::int64_t step) {
         done += by;
         window_->clock().pulse();
     }
+}
+
+void WindowTest::type_into(window::PropertiesDialog& dialog, const std::string& name,
+                           const char* text) {
+    auto* box = qobject_cast<QLineEdit*>(dialog.widget(name));
+    ASSERT_NE(box, nullptr) << name;
+    QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(box, text);
 }
 
 Variant WindowTest::call(const std::string& name, std::vector<Variant> args, bool write) {

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "main_window.h"
+#include "properties_dialog.h"
 #include "support/session_reads.h"
+#include "support/temp_dir.h"
 
 namespace window_testing {
 
@@ -32,10 +34,14 @@ class WindowTest : public ::testing::Test {
     std::int32_t element(const std::string& name, std::int32_t index = -1) {
         return testing_support::session_element(window_->session(), name, index);
     }
+    // Types `text` into the dialog's text box as a user would, replacing what it held.
+    static void type_into(window::PropertiesDialog& dialog, const std::string& name,
+                          const char* text);
 
     std::int64_t now_ = 1'000'000;
     std::unique_ptr<window::MainWindow> window_;
     std::vector<std::string> told_;  // the text of every box shown, closed at once
+    testing_support::TempDir dir_;
 };
 
 // The path of a file of examples/.

@@ -1,20 +1,12 @@
 // The flows through the window that used to double back: a played script that waits while a tone
 // holds the thread, a program's every way of ending stopping the simulation, and the C that
 // follows the object's settings as soon as they are applied.
-#include <QLineEdit>
-#include <QTest>
-
-#include "properties_dialog.h"
-#include "support/temp_dir.h"
 #include "window_fixture.h"
 
 namespace window_testing {
 namespace {
 
-class WindowFlowsTest : public WindowTest {
-  protected:
-    testing_support::TempDir dir_;
-};
+using WindowFlowsTest = WindowTest;
 
 // The tone plays for real in its nested event loop, where the window's timer keeps firing: the
 // click after it must wait for the tone's end, or the held panel would drop it.
@@ -51,9 +43,11 @@ TEST_F(WindowFlowsTest, EveryEndOfAProgramStopsTheSimulation) {
         elapse(500, 10);
         EXPECT_EQ(field("iWheelPhase", 0), phase);
         // Start runs the open program, not the wheels alone.
+        EXPECT_TRUE(window_->status_text().contains("Stopped"));
         window_->start_simulation();
         EXPECT_TRUE(window_->stage().program().running());
         window_->stop_simulation();
+        EXPECT_EQ(window_->stage().program().state(), kflow::RunState::Halted);
         EXPECT_EQ(field("bSimulating"), 0);
     }
 }
@@ -63,10 +57,7 @@ TEST_F(WindowFlowsTest, TheCFollowsASettingAsSoonAsItIsApplied) {
     const QString before = window_->program_pane()->code();
     auto dialog = window_->make_properties();
     ASSERT_NE(dialog, nullptr);
-    auto* box = qobject_cast<QLineEdit*>(dialog->widget("txtiThreshF"));
-    ASSERT_NE(box, nullptr);
-    QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(box, "173");
+    type_into(*dialog, "txtiThreshF", "173");
     ASSERT_TRUE(dialog->apply());
     const QString after = window_->program_pane()->code();
     EXPECT_NE(after, before);

@@ -5,7 +5,6 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
-#include "support/temp_dir.h"
 #include "window_fixture.h"
 
 namespace window_testing {
@@ -41,7 +40,6 @@ class WindowWorldTest : public WindowTest {
             if (l.rfind(start, 0) == 0) return true;
         return false;
     }
-    testing_support::TempDir dir_;
 };
 
 TEST_F(WindowWorldTest, AnArenaIsShownBesideThePanelUntilClosedAndABadOneLeavesIt) {

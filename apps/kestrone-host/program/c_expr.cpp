@@ -159,6 +159,13 @@ CValue CExprWriter::binary(const Expr& e) {
         if (comparison(e.op)) text = "(int)(" + text + ")";
     }
     const bool effect = l.effect || r.effect || !safe;
+    // The port folds x ^ x to a 0 that a comparison then reads as unsigned (-1 > (x ^ x) holds
+    // there): an exclusive or is held in a temporary, which it reads as the int it is.
+    if (e.op == Op::BitXor) {
+        const std::string t = temporary();
+        text = t + " = " + (ordered ? "(" + prefix + text + ")" : text);
+        return {"(" + text + ", " + t + ")", std::nullopt, effect, false};
+    }
     if (ordered) return {"(" + prefix + text + ")", std::nullopt, effect, false};
     return {text, std::nullopt, effect, routine == kRoutines.end() && !comparison(e.op)};
 }
