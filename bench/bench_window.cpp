@@ -1,5 +1,6 @@
-// The window in real time: both wheels at 2 ms for 10 s with the window open (run it under a
-// display, e.g. xvfb-run -a build/release/bin/bench_window). Reports the ticks delivered as a
+// The window in real time: both wheels at 2 ms for 10 s with the window open, alone, with the arena
+// open and with the arena and the scope open (run it under a display, e.g. xvfb-run -a
+// build/release/bin/bench_window). Reports the ticks delivered as a
 // share of the ticks asked, the process's CPU as a share of one core, and the repaints a second
 // against the display's rate.
 #include <benchmark/benchmark.h>
@@ -11,6 +12,7 @@
 #include <QTimer>
 
 #include "main_window.h"
+#include "scope_dock.h"
 
 namespace {
 
@@ -34,6 +36,8 @@ void BM_WindowBothWheelsAt2ms(benchmark::State& state) {
         window::MainWindow window(options);
         window.show();
         window.start();
+        if (state.range(0) & 1) window.open_arena(KESTRONE_EXAMPLES "/line_track.world");
+        if (state.range(0) & 2) window.scope()->show();
         window.start_simulation();
         // Both wheels at full speed through SetMotors: Interval 2 ms each.
         call(window.session(), "SimMacroCall",
@@ -60,7 +64,14 @@ void BM_WindowBothWheelsAt2ms(benchmark::State& state) {
         state.counters["display_hz"] = QGuiApplication::primaryScreen()->refreshRate();
     }
 }
-BENCHMARK(BM_WindowBothWheelsAt2ms)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
+BENCHMARK(BM_WindowBothWheelsAt2ms)
+    ->ArgName("arena1_scope2")
+    ->Arg(0)
+    ->Arg(1)
+    ->Arg(3)
+    ->Iterations(1)
+    ->Unit(benchmark::kSecond)
+    ->UseRealTime();
 
 }  // namespace
 

@@ -130,9 +130,25 @@ int run_help(const Invocation& in) {
 
 int run_code(const Invocation& in) {
     const QCommandLineParser& o = in.options;
+    kflow::CodeOptions options;
+    options.program = in.words.front().toStdString();
+    options.output = o.value("output").toStdString();
+    options.project = o.value("project").toStdString();
+    options.hex = o.isSet("hex");
+    options.module = in.module;
+    if (o.isSet("trace") || o.isSet("ms")) {
+        bool ms_ok = false;
+        options.trace = o.value("trace").toStdString();
+        options.trace_ms = o.value("ms").toLongLong(&ms_ok);
+        if (!options.hex || options.trace.empty() || !ms_ok || options.trace_ms <= 0 ||
+            options.trace_ms > 3600000) {
+            std::cerr << "kestrone-host: --trace FILE.vcd goes with --hex and --ms N, N from 1 to "
+                         "3600000\n";
+            return kflow::kCannotBuild;
+        }
+    }
     return kflow::run_code_command(
-        {in.words.front().toStdString(), o.value("output").toStdString(),
-         o.value("project").toStdString(), o.isSet("hex"), in.module},
+        options,
         [](const std::string& path, StoreEntries& out, std::string& error) {
             auto entries = load_project(path, &error);
             if (entries) out = std::move(*entries);
@@ -237,13 +253,16 @@ constexpr std::array kCommands{
                 "be loaded.\n",
                 false, 0, &run_info},
     HostCommand{"code", "the whole C program of a robot program (.kflow) for the robot's chip",
-                "kestrone-host code PROGRAM.kflow [-o FILE] [--project FILE] [--hex] [--module "
-                "PATH]\n\n"
+                "kestrone-host code PROGRAM.kflow [-o FILE] [--project FILE] [--hex [--trace "
+                "FILE.vcd --ms N]]\n                     [--module PATH]\n\n"
                 "The whole C program of a robot program for the robot's chip.\n\n"
                 "  -o FILE          the C file to write (default: standard output)\n"
                 "  --project FILE   the project file whose settings the component takes\n"
                 "  --hex            also compile the C with the PIC compiler; the .hex goes beside "
-                "the C\n",
+                "the C\n"
+                "  --trace FILE.vcd run the hex in gpsim for N ms (--ms N), inputs idle and no "
+                "wait for the\n                   start button, and write its pins as VCD with "
+                "FILE.gtkw beside it\n",
                 false, 1, &run_code},
     HostCommand{"chart", "the flowchart of a robot program (.kflow) as SVG or PNG",
                 "kestrone-host chart PROGRAM.kflow -o FILE.svg|FILE.png [--zoom N] [--module "
@@ -331,6 +350,8 @@ void add_host_options(QCommandLineParser& parser) {
         {"project", "code and window: the project file whose settings the component takes.",
          "FILE"},
         {"hex", "code: also compile the C with the PIC compiler; the .hex goes beside the C."},
+        {"trace", "code: run the hex in gpsim and write its pins as VCD (with --ms).", "FILE"},
+        {"ms", "code: the milliseconds of the chip's clock that --trace runs.", "N"},
         {"play", "window: play a console script in real time.", "FILE"},
         {"zoom", "window: the panel's and the text's zoom; chart: the picture's; 1, 2 or 3.", "N"},
         {"world", "window: open an arena for the robot to drive in.", "FILE"},

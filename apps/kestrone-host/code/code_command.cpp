@@ -6,9 +6,11 @@
 
 #include "c_program.h"
 #include "component_macros.h"
+#include "chip_trace.h"
 #include "component_module.h"
 #include "kestrone/component_v5.h"
 #include "kestrone/store.h"
+#include "kestrone/typelib.h"
 #include "macro_table.h"
 #include "object_recipe.h"
 #include "pic_compiler.h"
@@ -61,6 +63,20 @@ ComPtr<kestrone::IKestroneComponentV5> ready_component(
         return {};
     }
     object = made.object;
+    // A traced chip starts at once, as the panel does: no wait for the start button.
+    if (!o.trace.empty()) {
+        const auto dispatch =
+            object.query<kestrone::IKestroneDispatch>(kestrone::IID_IKestroneDispatch);
+        kestrone::Variant no = kestrone::Variant::integer(0);
+        const std::int32_t id = kestrone::member_number(kestrone::kRovantaMembers, "bWaitForButton",
+                                                        kestrone::InvokeKind::Set);
+        if (!dispatch ||
+            kestrone::failed(dispatch->Invoke(kestrone::Interface::Rovanta, id, &no, 1, nullptr))) {
+            err << "kestrone-host: the component would not leave out the wait for the start "
+                   "button\n";
+            return {};
+        }
+    }
     return object.query<kestrone::IKestroneComponentV5>(kestrone::IID_IKestroneComponentV5);
 }
 
@@ -92,6 +108,14 @@ int deliver(const CodeOptions& o, const std::string& c, std::ostream& out, std::
     for (std::string line; std::getline(said, line);)
         if (!line.empty() && line.rfind("message:", 0) != 0) err << line << "\n";
     err << "kestrone-host: wrote " << target << " and " << compiled.hex << "\n";
+    if (o.trace.empty()) return kCodeWritten;
+    const TraceResult traced =
+        trace_chip(beside(compiled.hex, ".cod"), o.trace_ms, TargetChip{}.clock_hz, o.trace);
+    if (!traced.ok) {
+        err << "kestrone-host: " << traced.why << "\n";
+        return kTraceFailed;
+    }
+    err << "kestrone-host: wrote " << o.trace << " and " << beside(o.trace, ".gtkw") << "\n";
     return kCodeWritten;
 }
 

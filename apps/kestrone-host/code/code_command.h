@@ -1,6 +1,8 @@
-// kestrone-host code PROGRAM.kflow [-o FILE] [--project FILE] [--hex] [--module PATH]
+// kestrone-host code PROGRAM.kflow [-o FILE] [--project FILE] [--hex [--trace FILE.vcd --ms N]]
+//                    [--module PATH]
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -16,6 +18,9 @@ struct CodeOptions {
     std::string project;  // a project file whose settings the component takes; empty: defaults
     bool hex = false;     // also compile the C for the chip
     std::string module;   // the component module
+    std::string trace;    // with hex: the chip's pins as VCD, run in gpsim (the wait for the start
+                          // button left out, so that its time 0 is the panel's)
+    std::int64_t trace_ms = 0;
 };
 
 // Reads a project file's store; false with `error` set when it cannot.
@@ -29,6 +34,7 @@ enum CodeStatus : int {
     kProgramFaulty = 1,   // every fault and warning listed by place, FILE:LINE:COLUMN: TEXT
     kCannotBuild = 2,     // a file, the module or the component failed
     kCompilerFailed = 3,  // the chip's compiler is missing or refused the C
+    kTraceFailed = 4,     // gpsim is missing or failed, or the trace could not be written
 };
 
 // The C goes to `out` when no output file is named; faults and notes go to `err`.

@@ -25,18 +25,19 @@ PathParts split_path(const std::string& path) {
     return {slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
 }
 
-// Runs `argv` in `folder`; its standard output and error come back as one text.
+}  // namespace
+
 bool run_in(const std::string& folder, const std::vector<std::string>& argv, std::string& output) {
     int pipe_fds[2];
     if (::pipe(pipe_fds) != 0) {
-        output = "could not make a pipe for the compiler";
+        output = "could not make a pipe for " + argv[0];
         return false;
     }
     const pid_t child = ::fork();
     if (child < 0) {
         ::close(pipe_fds[0]);
         ::close(pipe_fds[1]);
-        output = "could not start the compiler";
+        output = "could not start " + argv[0];
         return false;
     }
     if (child == 0) {
@@ -72,8 +73,6 @@ bool run_in(const std::string& folder, const std::vector<std::string>& argv, std
                   " KB of messages and was stopped)\n";
     return !stopped && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
-
-}  // namespace
 
 std::string sdcc_path() {
     const char* prefix = std::getenv("KESTRONE_PIC_PREFIX");

@@ -2,8 +2,13 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace kflow {
+
+// Runs `argv` (its first a full path) in `folder`; its standard output and error come back as one
+// text. True when it exited with 0.
+bool run_in(const std::string& folder, const std::vector<std::string>& argv, std::string& output);
 
 // ${KESTRONE_PIC_PREFIX:-/opt/kestrone-pic}/bin/sdcc
 std::string sdcc_path();

@@ -14,6 +14,7 @@
 #include "command_line.h"
 #include "kestrone/panel.h"
 #include "kestrone/status.h"
+#include "log_file.h"
 #include "stage.h"
 
 namespace commands {
@@ -47,6 +48,7 @@ struct Context {
     stage::Stage& stage;
     std::function<void(const std::string& line)> notice = [](const std::string&) {};
     SnapshotHook snapshot;
+    std::unique_ptr<signal_log::LogFile> log;  // `log start` to `log stop`
     bool quit = false;             // `quit` ran
     bool expectations_met = true;  // no `expect` has failed
     // Where a relative file name of a command is found: as written when empty, else in this
@@ -105,7 +107,12 @@ class CommandOf final : public Command {
   public:
     explicit CommandOf(Data data) : data_(std::move(data)) {}
     std::string format() const override { return format_of(data_); }
-    Reply execute(Context& context) const override { return execute_of(data_, context); }
+    // The stage's listeners learn of it at once: a log of the signals samples them then.
+    Reply execute(Context& context) const override {
+        Reply reply = execute_of(data_, context);
+        context.stage.changed();
+        return reply;
+    }
     bool equals(const Command& other) const override {
         const auto* o = dynamic_cast<const CommandOf*>(&other);
         return o && o->data_ == data_;

@@ -3,6 +3,7 @@
 
 #include "debug_commands.h"
 #include "error_text.h"
+#include "log_commands.h"
 #include "object_commands.h"
 #include "panel_commands.h"
 #include "program_commands.h"
@@ -65,6 +66,8 @@ constexpr std::array kTable{
                 &parse_undebug},
     CommandSpec{"world", "world load|reset|x|y|heading|in|unload", "the arena the robot drives in",
                 &parse_world},
+    CommandSpec{"log", "log start FILE, log stop",
+                "a log of the signals into a CSV or VCD file, written when stopped", &parse_log},
     CommandSpec{"new", "new", "a new object through the class factory", &parse_new},
     CommandSpec{"help", "help [NAME]", "this list, or the parameters of operation NAME",
                 &parse_help},

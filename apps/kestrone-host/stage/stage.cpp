@@ -8,9 +8,10 @@ namespace stage {
 using kestrone::HRESULT;
 using kflow::Pause;
 
-Stage::Stage(kestrone::IHostServices& services, host::ProjectCodec codec) {
+Stage::Stage(kestrone::IHostServices& services, host::ProjectCodec codec)
+    : services_(*this, services) {
     auto robot = std::make_unique<Robot>();
-    robot->session = std::make_unique<host::ComponentSession>(services, std::move(codec));
+    robot->session = std::make_unique<host::ComponentSession>(services_, std::move(codec));
     robot->port = std::make_unique<world::SessionPort>(*robot->session);
     robot->driver = std::make_unique<world::WorldDriver>(world_, *robot->port);
     // The program holds the object's interfaces: it goes before them.
@@ -40,6 +41,22 @@ void Stage::notify(const ClockEvent& event) {
     for (ClockListener* l : now)
         if (std::find(listeners_.begin(), listeners_.end(), l) != listeners_.end())
             l->on_clock(event);
+}
+
+void Stage::changed() {
+    notify({ClockEvent::Kind::Changed, now(), -1, focus_});
+}
+
+void Stage::ToneTap::PlayTone(std::int32_t hertz, std::int32_t milliseconds) noexcept {
+    ClockEvent tone{ClockEvent::Kind::Tone, stage_.now(), -1, stage_.focus_};
+    tone.hertz = hertz;
+    tone.length_ms = milliseconds;
+    try {
+        stage_.notify(tone);
+    } catch (...) {
+        // A listener that could not keep it (out of memory) does not stop the tone.
+    }
+    face_.PlayTone(hertz, milliseconds);
 }
 
 bool Stage::load_program(const std::string& path, std::string* error) {

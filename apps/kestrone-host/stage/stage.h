@@ -82,9 +82,26 @@ class Stage {
 
     void subscribe(ClockListener& listener);
     void unsubscribe(ClockListener& listener);
+    // Tells the listeners that something may have changed off the clock, now: every command
+    // calls it when it has run, and a face calls it after whatever it did to the robot outside a
+    // command.
+    void changed();
     void set_progress_check(ProgressCheck check) { progress_ = std::move(check); }
 
   private:
+    // The face's services as the component sees them: each tone is told to the listeners at
+    // its start, before the face plays it.
+    class ToneTap : public kestrone::IHostServices {
+      public:
+        ToneTap(Stage& stage, kestrone::IHostServices& face) : stage_(stage), face_(face) {}
+        virtual ~ToneTap() = default;
+        void ShowMessage(const std::string& text) noexcept override { face_.ShowMessage(text); }
+        void PlayTone(std::int32_t hertz, std::int32_t milliseconds) noexcept override;
+
+      private:
+        Stage& stage_;
+        kestrone::IHostServices& face_;
+    };
     struct Robot {
         std::unique_ptr<host::ComponentSession> session;
         std::unique_ptr<world::SessionPort> port;
@@ -104,6 +121,7 @@ class Stage {
                             std::optional<std::int64_t> until);
     void notify(const ClockEvent& event);
 
+    ToneTap services_;
     world::World world_;
     std::vector<std::unique_ptr<Robot>> robots_;
     std::size_t focus_ = 0;

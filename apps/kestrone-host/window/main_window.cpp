@@ -18,6 +18,7 @@
 #include "object_commands.h"
 #include "project_file.h"
 #include "properties_dialog.h"
+#include "scope_dock.h"
 #include "store_commands.h"
 #include "value_syntax.h"
 
@@ -93,6 +94,7 @@ bool MainWindow::start() {
     }
     set_zoom(options_.zoom);
     clock_.start();
+    log_.start();
     // After the clock has started: an action brings the stage to the clock's now first.
     if (opened) open_project_links();
     if (!options_.world.empty() && !open_arena(options_.world)) exit_status_ = 1;
@@ -123,6 +125,7 @@ void MainWindow::make_object_ready() {
 
 bool MainWindow::make_object(bool ready) {
     const commands::Reply made = commands::make_object(context_);
+    stage_.changed();  // a new object, made outside a command: the log reads it anew
     if (!made.is_ok()) {
         tell("The component could not make its object (" + made.line() + ").");
         follow_object();

@@ -23,6 +23,7 @@
 #include "program_pane.h"
 #include "real_time_clock.h"
 #include "script_player.h"
+#include "signal_log.h"
 #include "stage.h"
 #include "variables_view.h"
 #include "view_input.h"
@@ -45,6 +46,7 @@ struct Lesson;
 namespace window {
 
 class PropertiesDialog;
+class ScopeDock;
 
 // The file dialogs; an empty name when the user cancels.
 QString ask_open_path(QWidget* parent, const QString& title, const QString& filter);
@@ -99,6 +101,11 @@ class MainWindow : public QMainWindow {
     // A file of Recent files or Examples, opened by its kind: a program, an arena or a project.
     bool open_file(const std::string& path);
     bool save_recording(const std::string& path);
+    // The signals since the window started (log.h keeps the newest hour), CSV or VCD by the
+    // file's extension; false with the user told when it fails.
+    bool export_log(const std::string& path);
+    const signal_log::SignalLog& signal_log() const { return log_; }
+    ScopeDock* scope() const { return scope_; }
     bool save_code(const std::string& path);
     // Compiles the C for the chip off the interface's thread; the .hex goes to `path`.
     bool save_hex(const std::string& path);
@@ -226,6 +233,7 @@ class MainWindow : public QMainWindow {
     WindowServices services_;
     stage::Stage stage_;
     commands::Context context_{stage_};
+    signal_log::SignalLog log_{stage_};
     RealTimeClock clock_;
     ActionRecorder recorder_;
     ActionRunner runner_;
@@ -251,6 +259,7 @@ class MainWindow : public QMainWindow {
     ProblemsView* problems_ = nullptr;
     VariablesView* variables_ = nullptr;
     chartqt::ChartDock* chart_ = nullptr;
+    ScopeDock* scope_ = nullptr;  // hidden until View > Scope
     QLabel* status_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QDockWidget* lesson_dock_ = nullptr;

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "log_file.h"
 #include "main_window.h"
 #include "object_commands.h"
 #include "store_commands.h"
@@ -83,6 +84,13 @@ bool MainWindow::save_recording(const std::string& path) {
     std::string error;
     if (recorder_.save(path, &error)) return true;
     tell(error);
+    return false;
+}
+
+bool MainWindow::export_log(const std::string& path) {
+    std::string why;
+    if (signal_log::export_log(log_, path, &why)) return true;
+    tell("The log could not be written: " + why);
     return false;
 }
 

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "main_window.h"
+#include "scope_dock.h"
 
 namespace window {
 
@@ -64,6 +65,11 @@ void MainWindow::build_docks() {
     chart_->setObjectName("chart");
     addDockWidget(Qt::RightDockWidgetArea, chart_);
     splitDockWidget(variables, chart_, Qt::Vertical);
+    // The scope under everything, hidden until View > Scope.
+    scope_ = new ScopeDock(log_, this);
+    scope_->setObjectName("scope");
+    addDockWidget(Qt::BottomDockWidgetArea, scope_);
+    scope_->hide();
     problems_ = new ProblemsView;
     QDockWidget* problems =
         add_dock(tr("Problems"), "problems", problems_, Qt::BottomDockWidgetArea);

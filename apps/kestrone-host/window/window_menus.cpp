@@ -8,6 +8,7 @@
 #include "examples_folder.h"
 #include "help_window.h"
 #include "main_window.h"
+#include "scope_dock.h"
 
 namespace window {
 
@@ -77,6 +78,8 @@ void MainWindow::build_file_menu() {
     fill_recent_menu();
     fill_examples_menu(file->addMenu(tr("E&xamples")));
     file->addSeparator();
+    file_entry(file, this, tr("Export &log..."), tr("Export the log of the signals"),
+               tr("Logs (*.csv *.vcd)"), true, [this](const std::string& p) { export_log(p); });
     file_entry(file, this, tr("Save &recording..."), tr("Save the recording"), kScripts, true,
                [this](const std::string& p) { save_recording(p); });
     file_entry(file, this, tr("&Play script..."), tr("Play a console script"), kScripts, false,

@@ -74,6 +74,7 @@ void MainWindow::robot_put_down() {
     recorder_.note_comment("the robot was put down by hand at x " + std::to_string(p.x) + ", y " +
                            std::to_string(p.y) + ", heading " + std::to_string(p.heading) +
                            "; the console has no line for it");
+    stage_.changed();
     after_action();
 }
 
