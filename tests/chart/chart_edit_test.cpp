@@ -122,7 +122,7 @@ TEST(ChartEdit, EveryPaletteIconAtEveryKindOfPlaceWritesTheLineAUserWouldType) {
             macros += m.is_private ? 0 : 1;
         ASSERT_EQ(icons.size(), macros + 7);
         for (const chart::PaletteIcon& icon : icons) {
-            ASSERT_EQ(icon.field_names.size(), icon.spec.fields.size()) << icon.label;
+            ASSERT_EQ(icon.field_names.size(), icon.form.fields.size()) << icon.label;
             const auto [code, block] = typed(icon.label, !c->variables().empty());
             std::string want = place.want;
             const std::size_t at = want.find('@');
@@ -130,11 +130,11 @@ TEST(ChartEdit, EveryPaletteIconAtEveryKindOfPlaceWritesTheLineAUserWouldType) {
             const std::string indent = want.substr(start, at - start);
             const std::string cr = want[at + 1] == '\r' ? "\r" : "";
             want.replace(at, 1, code + (block ? cr + "\n" + indent + "end" : ""));
-            const auto r = chart::insert_icon(*c, place.way, icon.spec);
+            const auto r = chart::insert_icon(*c, place.way, icon.form);
             EXPECT_EQ(r.text, want) << icon.label;
             EXPECT_EQ(r.line, std::count(want.begin(), want.begin() + at, '\n') + 1);
             EXPECT_EQ(r.faults.empty(),
-                      !(place.assignment_faulty && icon.spec.kind == chart::IconKind::Assign))
+                      !(place.assignment_faulty && icon.form.kind == chart::IconKind::Assign))
                 << icon.label;
         }
     }
@@ -143,10 +143,10 @@ TEST(ChartEdit, EveryPaletteIconAtEveryKindOfPlaceWritesTheLineAUserWouldType) {
 TEST(ChartEdit, NamesEachMacroParameterAsItsFieldAndSortsFaultsUnderTheirFields) {
     const auto c = chart_of("int a = 0\nPlayTone(44, 0, 200)   # tone\nif a\nelse if a > 2\nend\n");
     ASSERT_TRUE(c);
-    const auto spec = chart::spec_at(*c, 2);
-    ASSERT_TRUE(spec);
-    EXPECT_EQ(chart::field_names(c->macros(), *spec), (std::vector<std::string>{"P1", "P2", "P3"}));
-    EXPECT_EQ(spec->fields, (std::vector<std::string>{"44", "0", "200"}));
+    const auto form = chart::form_at(*c, 2);
+    ASSERT_TRUE(form);
+    EXPECT_EQ(chart::field_names(c->macros(), *form), (std::vector<std::string>{"P1", "P2", "P3"}));
+    EXPECT_EQ(form->fields, (std::vector<std::string>{"44", "0", "200"}));
     struct Case {
         int line;
         std::vector<std::string> fields;
@@ -177,7 +177,7 @@ TEST(ChartEdit, RefusesWhatCannotBeAndLeavesTheTextAsItWas) {
         "int a = 0\nrepeat 2\n    LedOn(1)\nend\nif a\nelse if a\nelse\nend\n";
     const auto c = chart_of(source);
     ASSERT_TRUE(c);
-    const chart::IconSpec stop{chart::IconKind::Stop, "", {}};
+    const chart::IconForm stop{chart::IconKind::Stop, "", {}};
     const chart::EditResult refused[] = {
         chart::insert_icon(*c, {9, 0, 0}, stop),  // no block there
         chart::insert_icon(*c, {2, 1, 0}, stop),  // a loop has one way
@@ -269,13 +269,13 @@ TEST(ChartEdit, RemovalsMovesAndFieldEditsOverTheCorpusTouchOnlyTheirLines) {
             }
         }
 
-        auto spec = chart::spec_at(*c, n);
-        ASSERT_TRUE(spec);
+        auto form = chart::form_at(*c, n);
+        ASSERT_TRUE(form);
         const bool named =
-            spec->kind == chart::IconKind::Assign || spec->kind == chart::IconKind::Declare;
-        for (std::size_t f = named ? 1 : 0; f < spec->fields.size(); ++f)
-            spec->fields[f] = "1";
-        const auto edited = chart::edit_icon(*c, n, spec->fields);
+            form->kind == chart::IconKind::Assign || form->kind == chart::IconKind::Declare;
+        for (std::size_t f = named ? 1 : 0; f < form->fields.size(); ++f)
+            form->fields[f] = "1";
+        const auto edited = chart::edit_icon(*c, n, form->fields);
         ASSERT_TRUE(edited.ok()) << edited.text;
         std::vector<std::string> now = chart::ProgramLines(edited.text).all();
         const std::string& old_line = lines[static_cast<std::size_t>(n - 1)];
@@ -288,7 +288,7 @@ TEST(ChartEdit, RemovalsMovesAndFieldEditsOverTheCorpusTouchOnlyTheirLines) {
         EXPECT_EQ(now, lines);
         const auto again = chart_of(edited.text);
         ASSERT_TRUE(again);
-        EXPECT_EQ(chart::spec_at(*again, n)->fields, spec->fields);
+        EXPECT_EQ(chart::form_at(*again, n)->fields, form->fields);
     }
 }
 

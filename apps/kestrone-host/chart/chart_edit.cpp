@@ -111,27 +111,27 @@ bool one_line_each(const std::vector<std::string>& fields) {
 
 }  // namespace
 
-EditResult insert_icon(const Chart& c, const Way& way, const IconSpec& spec) {
+EditResult insert_icon(const Chart& c, const Way& way, const IconForm& form) {
     const auto spot = spot_of(c, way);
     if (!spot) return refusal(c, "there is no such way in the chart");
-    if (!one_line_each(spec.fields)) return refusal(c, "a field holds one line");
-    const WrittenLine written = write_line(spec);
+    if (!one_line_each(form.fields)) return refusal(c, "a field holds one line");
+    const WrittenLine written = write_line(form);
     int line = 0;
-    auto added = lines_for(c, *spot, written.code, has_body(spec.kind), &line);
+    auto added = lines_for(c, *spot, written.code, has_body(form.kind), &line);
     std::vector<std::string> lines = c.lines().all();
     lines.insert(lines.begin() + spot->after, added.begin(), added.end());
     return finish(c, std::move(lines), line, &written, spot->indent.size());
 }
 
 EditResult edit_icon(const Chart& c, int line, const std::vector<std::string>& fields) {
-    auto spec = spec_at(c, line);
-    if (!spec) return refusal(c, "there is no icon to edit on line " + std::to_string(line));
-    if (fields.size() != spec->fields.size())
-        return refusal(c, "the icon has " + std::to_string(spec->fields.size()) + " fields, not " +
+    auto form = form_at(c, line);
+    if (!form) return refusal(c, "there is no icon to edit on line " + std::to_string(line));
+    if (fields.size() != form->fields.size())
+        return refusal(c, "the icon has " + std::to_string(form->fields.size()) + " fields, not " +
                               std::to_string(fields.size()));
     if (!one_line_each(fields)) return refusal(c, "a field holds one line");
-    spec->fields = fields;
-    WrittenLine written = write_line(*spec);
+    form->fields = fields;
+    WrittenLine written = write_line(*form);
     if (c.node_at(line)->line != line) {  // an `else if`
         written.code = "else " + written.code;
         for (auto& [begin, end] : written.fields)

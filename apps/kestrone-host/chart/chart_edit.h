@@ -27,7 +27,7 @@ struct EditResult {
 
 // An icon from the palette on a way: a loop or decision comes with its `end`, and a decision's
 // "no" way without an `else` gets one.
-EditResult insert_icon(const Chart& chart, const Way& way, const IconSpec& spec);
+EditResult insert_icon(const Chart& chart, const Way& way, const IconForm& form);
 // The icon of `line` (a decision's `else if` too) with new values in its fields.
 EditResult edit_icon(const Chart& chart, int line, const std::vector<std::string>& fields);
 // The icon of `line` and, for a loop or decision, its body; an `else if` or `else` takes its way.

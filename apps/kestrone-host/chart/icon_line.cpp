@@ -42,17 +42,17 @@ void put_field(WrittenLine& out, const std::vector<std::string>& fields, std::si
 
 }  // namespace
 
-std::vector<std::string> field_names(const kflow::MacroTable& macros, const IconSpec& spec) {
-    if (spec.kind == IconKind::Call) {
+std::vector<std::string> field_names(const kflow::MacroTable& macros, const IconForm& form) {
+    if (form.kind == IconKind::Call) {
         std::vector<std::string> names;
-        if (const kflow::MacroInfo* m = macros.find(spec.word))
+        if (const kflow::MacroInfo* m = macros.find(form.word))
             for (const kflow::MacroParam& p : m->params)
                 names.push_back(p.name);
         return names;
     }
-    if (spec.kind == IconKind::Declare || spec.kind == IconKind::Assign)
+    if (form.kind == IconKind::Declare || form.kind == IconKind::Assign)
         return {"variable", "value"};
-    const KindWords* w = words_of(spec.kind);
+    const KindWords* w = words_of(form.kind);
     return w && w->field ? std::vector<std::string>{w->field} : std::vector<std::string>{};
 }
 
@@ -60,50 +60,50 @@ std::vector<PaletteIcon> palette(const Chart& chart) {
     std::vector<PaletteIcon> out;
     for (const kflow::MacroInfo& m : chart.macros().macros()) {
         if (m.is_private) continue;
-        IconSpec spec{IconKind::Call, m.name, std::vector<std::string>(m.params.size(), "0")};
-        out.push_back({m.name, spec, field_names(chart.macros(), spec)});
+        IconForm form{IconKind::Call, m.name, std::vector<std::string>(m.params.size(), "0")};
+        out.push_back({m.name, form, field_names(chart.macros(), form)});
     }
     const std::string first = chart.variables().empty() ? "" : chart.variables().front();
     for (const KindWords& w : kKinds) {
-        IconSpec spec{w.kind, "", {}};
-        if (w.kind == IconKind::Assign) spec.fields.push_back(first);
-        if (w.field) spec.fields.emplace_back(w.start);
-        out.push_back({w.label, spec, field_names(chart.macros(), spec)});
+        IconForm form{w.kind, "", {}};
+        if (w.kind == IconKind::Assign) form.fields.push_back(first);
+        if (w.field) form.fields.emplace_back(w.start);
+        out.push_back({w.label, form, field_names(chart.macros(), form)});
     }
     return out;
 }
 
-WrittenLine write_line(const IconSpec& spec) {
+WrittenLine write_line(const IconForm& form) {
     WrittenLine out;
-    if (spec.kind == IconKind::Call) {
-        out.code = spec.word + "(";
-        const std::size_t count = spec.fields.size();
+    if (form.kind == IconKind::Call) {
+        out.code = form.word + "(";
+        const std::size_t count = form.fields.size();
         for (std::size_t k = 0; k < count; ++k) {
             if (k) out.code += ", ";
-            put_field(out, spec.fields, k);
+            put_field(out, form.fields, k);
         }
         out.code += ")";
         return out;
     }
-    if (spec.kind == IconKind::Declare) out.code = spec.word + " ";
-    if (spec.kind == IconKind::Declare || spec.kind == IconKind::Assign) {
-        put_field(out, spec.fields, 0);
+    if (form.kind == IconKind::Declare) out.code = form.word + " ";
+    if (form.kind == IconKind::Declare || form.kind == IconKind::Assign) {
+        put_field(out, form.fields, 0);
         const bool valued =
-            spec.kind == IconKind::Assign || (spec.fields.size() > 1 && !spec.fields[1].empty());
+            form.kind == IconKind::Assign || (form.fields.size() > 1 && !form.fields[1].empty());
         if (valued) out.code += " = ";
-        put_field(out, spec.fields, 1);
+        put_field(out, form.fields, 1);
         return out;
     }
-    const KindWords* w = words_of(spec.kind);
+    const KindWords* w = words_of(form.kind);
     out.code = w->keyword;
     if (w->field) {
         out.code += " ";
-        put_field(out, spec.fields, 0);
+        put_field(out, form.fields, 0);
     }
     return out;
 }
 
-std::optional<IconSpec> spec_at(const Chart& chart, int line) {
+std::optional<IconForm> form_at(const Chart& chart, int line) {
     const Node* n = chart.node_at(line);
     if (!n) return std::nullopt;
     const std::string& text = chart.lines().at(line);
@@ -117,15 +117,15 @@ std::optional<IconSpec> spec_at(const Chart& chart, int line) {
         const auto end = static_cast<std::size_t>(t[to - 1].at.column - 1) + t[to - 1].text.size();
         return text.substr(begin, end - begin);
     };
-    IconSpec spec{n->kind, "", {}};
+    IconForm form{n->kind, "", {}};
     if (line != n->line) {  // an `else if`, or an `else`, which has no icon
         if (t.size() < 2 || t[1].text != "if") return std::nullopt;
-        spec.fields.push_back(span(2, t.size()));
-        return spec;
+        form.fields.push_back(span(2, t.size()));
+        return form;
     }
     switch (n->kind) {
         case IconKind::Call: {
-            spec.word = t[0].text;
+            form.word = t[0].text;
             int depth = 0;
             std::size_t from = 2;
             for (std::size_t k = 1; k < t.size(); ++k) {
@@ -133,25 +133,25 @@ std::optional<IconSpec> spec_at(const Chart& chart, int line) {
                 if (kind == kflow::Tok::LParen) ++depth;
                 if (kind == kflow::Tok::RParen) --depth;
                 if ((depth == 1 && kind == kflow::Tok::Comma) || (depth == 0 && from < k)) {
-                    spec.fields.push_back(span(from, k));
+                    form.fields.push_back(span(from, k));
                     from = k + 1;
                 }
             }
-            return spec;
+            return form;
         }
         case IconKind::Declare:
-            spec.word = t[0].text;
-            spec.fields = {t[1].text, span(3, t.size())};
-            return spec;
+            form.word = t[0].text;
+            form.fields = {t[1].text, span(3, t.size())};
+            return form;
         case IconKind::Assign:
-            spec.fields = {t[0].text, span(2, t.size())};
-            return spec;
+            form.fields = {t[0].text, span(2, t.size())};
+            return form;
         case IconKind::Forever:
         case IconKind::Stop:
-            return spec;
+            return form;
         default:
-            spec.fields.push_back(span(1, t.size()));
-            return spec;
+            form.fields.push_back(span(1, t.size()));
+            return form;
     }
 }
 

@@ -12,7 +12,7 @@
 
 namespace chart {
 
-struct IconSpec {
+struct IconForm {
     IconKind kind = IconKind::Call;
     std::string word;                 // the macro a call calls; the type word of a declaration
     std::vector<std::string> fields;  // in the order of field_names
@@ -20,11 +20,11 @@ struct IconSpec {
 
 // The names of an icon's fields: a macro's parameters; "variable" and "value"; "milliseconds";
 // "count"; "condition"; none for `forever` and `stop`.
-std::vector<std::string> field_names(const kflow::MacroTable& macros, const IconSpec& spec);
+std::vector<std::string> field_names(const kflow::MacroTable& macros, const IconForm& form);
 
 struct PaletteIcon {
     std::string label;  // the macro's name, or the icon's: "assignment", "delay", "decision" ...
-    IconSpec spec;      // with a value in each field to start the form with
+    IconForm form;      // with a value in each field to start the form with
     std::vector<std::string> field_names;
 };
 
@@ -37,10 +37,10 @@ struct WrittenLine {
     std::string code;
     std::vector<std::pair<std::size_t, std::size_t>> fields;  // [begin, end) in `code`
 };
-WrittenLine write_line(const IconSpec& spec);
+WrittenLine write_line(const IconForm& form);
 
-// The icon whose line is `line` as a spec, its fields as written there; an `else if` is a
+// The icon whose line is `line` as a form, its fields as written there; an `else if` is a
 // decision. Nothing for a line without an icon or for an `else`.
-std::optional<IconSpec> spec_at(const Chart& chart, int line);
+std::optional<IconForm> form_at(const Chart& chart, int line);
 
 }  // namespace chart

@@ -49,8 +49,8 @@ struct Context {
     std::function<void(const std::string& line)> notice = [](const std::string&) {};
     SnapshotHook snapshot;
     std::unique_ptr<signal_log::LogFile> log;  // `log start` to `log stop`
-    bool quit = false;             // `quit` ran
-    bool expectations_met = true;  // no `expect` has failed
+    bool quit = false;                         // `quit` ran
+    bool expectations_met = true;              // no `expect` has failed
     // Where a relative file name of a command is found: as written when empty, else in this
     // folder (a lesson's checks name the files beside the lesson).
     std::string folder;
@@ -136,7 +136,7 @@ struct Parsed {
 
 // One entry of the table: the command's word, how it is written and what it does (for `help`),
 // and its parser, which gets the whole line split into words.
-struct CommandSpec {
+struct CommandEntry {
     std::string_view word;
     std::string_view usage;
     std::string_view what;
@@ -145,7 +145,7 @@ struct CommandSpec {
 
 // Every command by its word; a line whose word is none of them calls an operation of the
 // component by name.
-std::span<const CommandSpec> command_table();
+std::span<const CommandEntry> command_table();
 // A line that is not blank or a comment.
 Parsed parse_command(std::string_view line);
 

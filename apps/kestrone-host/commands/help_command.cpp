@@ -39,8 +39,8 @@ Reply execute(const Help& c, Context& context) {
         list_line(context, "NAME ARG ...",
                   "calls an operation of the component (help NAME shows its parameters)");
         list_line(context, "NAME ARG ... = VALUE", "writes a property of the component");
-        for (const CommandSpec& spec : command_table())
-            list_line(context, spec.usage, spec.what);
+        for (const CommandEntry& entry : command_table())
+            list_line(context, entry.usage, entry.what);
         return Reply::ok();
     }
     const auto call = host::ComponentSession::find_operation(c.name, false);

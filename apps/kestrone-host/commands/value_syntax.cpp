@@ -207,10 +207,9 @@ class Parser {
     // The kind of float a number is read as: its suffix's, else a float array's own, so that an
     // element keeps every bit (a -0 stays negative, a Single is rounded once).
     VarType float_kind(char suffix) const {
-        if (suffix == '!') return VarType::Single;
-        if (suffix == '#') return VarType::Double;
-        if (suffix == '%' || suffix == '&') return VarType::Empty;
-        return bare_float_;
+        if (suffix == '!' || suffix == '#')
+            return suffix == '!' ? VarType::Single : VarType::Double;
+        return suffix == '%' || suffix == '&' ? VarType::Empty : bare_float_;
     }
 
     // inf, nan and their kin, from `start` (at a sign, if any).
