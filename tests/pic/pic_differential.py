@@ -156,6 +156,10 @@ FOUND = [
     [("decl", "b5", True, lit(0)),
      ("set", "b5", ("bin", "+", ("bin", "/", lit(0), lit(0)),
                     ("par", ("bin", "+", ("bin", "/", lit(0), lit(0)), ("var", "b5")))))],
+    # A product with a logical result: the port made (1 + b) * (int)(b && b) 4 for b = 1.
+    [("decl", "b0", True, lit(1)),
+     ("set", "b0", ("bin", "*", ("par", ("bin", "+", lit(1), ("var", "b0"))),
+                    ("par", ("bin", "&&", ("var", "b0"), ("var", "b0")))))],
 ]
 
 

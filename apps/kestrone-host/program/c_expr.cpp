@@ -177,7 +177,9 @@ CValue CExprWriter::logical(const Expr& e) {
     }
     const CValue r = value(e.rhs);
     if (constant(r)) return (*r.known != 0) != is_and ? after(l, is_and ? 0 : 1) : truth(l);
-    return {"(int)(" + operand(l) + " " + op_text(e.op) + " " + operand(r) + ")", std::nullopt,
+    // As a choice of 1 or 0, not a cast: the port has multiplied by a cast && wrongly
+    // ((1 + b) * (int)(b && b) made 4 of b = 1).
+    return {"(" + operand(l) + " " + op_text(e.op) + " " + operand(r) + " ? 1 : 0)", std::nullopt,
             l.effect || r.effect, false};
 }
 
