@@ -1,6 +1,7 @@
 #include "window_command.h"
 
 #include <QApplication>
+#include <QThreadPool>
 
 namespace window {
 
@@ -12,7 +13,11 @@ int run_window(const WindowOptions& options) {
         if (options.quit_after_play) return 2;
     }
     const int status = QApplication::exec();
-    return status != 0 ? status : window.exit_status();
+    const int shown = status != 0 ? status : window.exit_status();
+    // The checks and the hex ran on the pool's threads: they end here, not in the exit's
+    // teardown, where a thread that is still going leaves its memory behind.
+    QThreadPool::globalInstance()->waitForDone();
+    return shown;
 }
 
 }  // namespace window
