@@ -27,17 +27,6 @@ std::string format_of(const std::string& path) {
     return ext == "csv" || ext == "vcd" ? ext : std::string();
 }
 
-// A link is followed, so that the file it names is the one replaced.
-std::string resolve_link(const std::string& path) {
-    struct stat st {};
-    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
-    char* real = ::realpath(path.c_str(), nullptr);
-    if (!real) return path;
-    std::string out(real);
-    std::free(real);
-    return out;
-}
-
 // Why `target` cannot be replaced; empty when it can.
 std::string why_not_writable(const std::string& target, mode_t* mode) {
     struct stat st {};
@@ -70,7 +59,7 @@ std::optional<Prepared> prepare(const std::string& path, std::string* why) {
         return std::nullopt;
     };
     if (const std::string link = host::broken_link(path); !link.empty()) return cannot(link);
-    Prepared p{resolve_link(path), {}, format == "vcd"};
+    Prepared p{host::resolve_link(path), {}, format == "vcd"};
     mode_t mode = 0;
     if (const std::string reason = why_not_writable(p.target, &mode); !reason.empty())
         return cannot(reason);

@@ -46,17 +46,6 @@ std::string name_of(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-// A link is followed, so that the file it names is the one replaced.
-std::string resolve_link(const std::string& path) {
-    struct stat st {};
-    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
-    char* real = ::realpath(path.c_str(), nullptr);
-    if (!real) return path;
-    std::string out(real);
-    std::free(real);
-    return out;
-}
-
 // Every writer holds a lock on its new file until it is renamed or removed; one that can be
 // locked by anybody else belongs to a save that was killed.
 void remove_stale_saves(const std::string& target) {

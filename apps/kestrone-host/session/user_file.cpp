@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 namespace host {
@@ -88,6 +89,16 @@ std::string broken_link(const std::string& path) {
         return "it is a symbolic link to " + std::string(target, static_cast<std::size_t>(n)) +
                ", which does not exist";
     return "it is a symbolic link that leads to no file (" + system_reason(err) + ")";
+}
+
+std::string resolve_link(const std::string& path) {
+    struct stat st {};
+    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
+    char* real = ::realpath(path.c_str(), nullptr);
+    if (!real) return path;
+    std::string out(real);
+    std::free(real);
+    return out;
 }
 
 }  // namespace host

@@ -26,4 +26,8 @@ std::string system_reason(int err);
 // such a link alike: a save never puts a file in its place.
 std::string broken_link(const std::string& path);
 
+// The file a link names, so that a save replaces that file and not the link; any other path as
+// it stands.
+std::string resolve_link(const std::string& path);
+
 }  // namespace host
