@@ -173,6 +173,7 @@ void MainWindow::after_action() {
 // With a program in the editor, Start runs it, as the host's Start runs the user's program;
 // without one the panel simulates alone.
 void MainWindow::start_simulation() {
+    if (editing_arena()) return;
     if (!program_->program_path().isEmpty() || !editor()->text().trimmed().isEmpty())
         return run_program();
     runner_.perform(commands::Operation{"StartSimulation", false, {}});
@@ -225,6 +226,7 @@ void MainWindow::update_status() {
     // Which inputs are the world's: each is set when its reading changes, and is the user's
     // between changes.
     if (world().loaded()) state += tr(" - the arena sets the line sensors, bumpers, LDR and IR");
+    if (editing_arena()) state = tr("Editing arena - the robot runs when the editor is closed");
     const QString text = tr("%1    left wheel %2 ticks/s    right wheel %3 ticks/s")
                              .arg(state)
                              .arg(clock_.rate(0), 0, 'f', 0)
@@ -284,7 +286,7 @@ bool MainWindow::write_snapshot(const std::string& path) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!may_discard() || !may_discard_program()) return event->ignore();
+    if (!may_discard() || !may_discard_program() || !may_discard_arena()) return event->ignore();
     player_.stop();
     clock_.stop();
     save_layout();

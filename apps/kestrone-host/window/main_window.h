@@ -13,8 +13,8 @@
 
 #include "action_recorder.h"
 #include "action_runner.h"
-#include "hex_builder.h"
 #include "chart_dock.h"
+#include "hex_builder.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "problems_view.h"
@@ -30,6 +30,11 @@
 #include "window_services.h"
 #include "window_settings.h"
 #include "world_view.h"
+
+namespace world {
+class ArenaEditor;
+class ArenaDocument;
+}  // namespace world
 
 class QAction;
 class QDockWidget;
@@ -127,6 +132,18 @@ class MainWindow : public QMainWindow {
     // A lesson (window_lesson.cpp): its settings, arena, program and instructions; a bad one is
     // told with its file and what is wrong, and changes nothing.
     bool open_lesson(const std::string& path);
+    // The arena editor (window_arena_edit.cpp): a new arena or the open one edited in the arena's
+    // dock; the robot runs again when it is closed, in the arena as saved.
+    bool new_arena(double width, double height);
+    bool edit_arena();
+    bool save_arena();
+    bool save_arena_as(const std::string& path);
+    bool close_arena_editor();  // false when the user goes on editing
+    bool editing_arena() const;
+    world::ArenaEditor* arena_editor() const { return arena_editor_; }
+    void set_confirm_arena_discard(std::function<bool()> confirm) {
+        confirm_arena_discard_ = std::move(confirm);
+    }
     void reset_robot();
     // The panel as it stands to a PNG: at a zoom of 1, as the console's snapshot; with an arena,
     // the panel and the world side by side at the window's zoom. False with the user told when
@@ -224,6 +241,10 @@ class MainWindow : public QMainWindow {
     void follow_world();
     void robot_put_down();
     std::string write_stage(kestrone::IKestronePanel& panel, const std::string& path);
+    // window_arena_edit.cpp
+    void build_arena_edit_menu(QMenu* file);
+    void begin_arena_edit(world::ArenaDocument document, const std::string& path);
+    bool may_discard_arena();
     // window_lesson.cpp
     void build_lesson_dock();
     bool take_lesson_settings(const lesson::Lesson& lesson, const std::string& path);
@@ -251,6 +272,10 @@ class MainWindow : public QMainWindow {
     QDockWidget* arena_dock_ = nullptr;
     QAction* close_arena_ = nullptr;
     QAction* reset_robot_ = nullptr;
+    QAction* start_action_ = nullptr;
+    world::ArenaEditor* arena_editor_ = nullptr;
+    QAction *save_arena_ = nullptr, *save_arena_as_ = nullptr;
+    std::function<bool()> confirm_arena_discard_;
     QMenu* recent_menu_ = nullptr;
     struct DebugActions {
         QAction *run, *pause, *step, *go_on, *run_to, *stop;

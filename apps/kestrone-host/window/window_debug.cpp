@@ -35,6 +35,7 @@ bool MainWindow::load_editor_program() {
 
 // Started under the debugger, stopped before its first statement.
 bool MainWindow::begin_debugging() {
+    if (editing_arena()) return false;
     clock_.pulse();
     if (!load_editor_program()) return false;
     // The console replays no program in real time: the recording says where it ran.

@@ -44,7 +44,8 @@ void MainWindow::build_menus() {
     build_program_menu();
     build_debug_menu();
     QMenu* sim = menuBar()->addMenu(tr("&Simulation"));
-    sim->addAction(tr("&Start"), this, [this] { start_simulation(); })->setShortcut(Qt::Key_F5);
+    start_action_ = sim->addAction(tr("&Start"), this, [this] { start_simulation(); });
+    start_action_->setShortcut(Qt::Key_F5);
     sim->addAction(tr("S&top"), this, [this] { stop_simulation(); })
         ->setShortcut(Qt::SHIFT | Qt::Key_F5);
     reset_robot_ = sim->addAction(tr("&Reset robot"), this, [this] { reset_robot(); });
@@ -71,6 +72,7 @@ void MainWindow::build_file_menu() {
     file_entry(file, this, tr("Open ar&ena..."), tr("Open an arena"), kArenas, false,
                [this](const std::string& p) { open_arena(p); });
     close_arena_ = file->addAction(tr("&Close arena"), this, [this] { close_arena(); });
+    build_arena_edit_menu(file);
     file_entry(file, this, tr("Open &lesson..."), tr("Open a lesson"), kLessons, false,
                [this](const std::string& p) { open_lesson(p); });
     file->addSeparator();

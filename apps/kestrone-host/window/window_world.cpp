@@ -37,15 +37,22 @@ void MainWindow::build_world_view() {
 
 // Shown while an arena is loaded; movable by hand only while the simulation is stopped.
 void MainWindow::follow_world() {
-    const bool loaded = world().loaded();
-    if (close_arena_) close_arena_->setEnabled(loaded);
-    if (reset_robot_) reset_robot_->setEnabled(loaded);
-    world_view_->set_movable(loaded && !simulating());
+    const bool loaded = world().loaded(), editing = editing_arena();
+    if (close_arena_) close_arena_->setEnabled(loaded && !editing);
+    if (reset_robot_) reset_robot_->setEnabled(loaded && !editing);
+    // While the arena is edited, the robot stays put.
+    for (QAction* a : {start_action_, debug_.run, debug_.step, debug_.go_on, debug_.run_to})
+        if (a) a->setEnabled(!editing);
+    if (save_arena_) save_arena_->setEnabled(editing);
+    if (save_arena_as_) save_arena_as_->setEnabled(editing);
+    world_view_->set_movable(loaded && !simulating() && !editing);
+    if (editing) return;
     arena_stack_->setCurrentIndex(loaded ? 1 : 0);
     if (loaded) world_view_->refresh();
 }
 
 bool MainWindow::open_arena(const std::string& path) {
+    if (!close_arena_editor()) return false;
     const commands::Reply loaded = runner_.perform(commands::WorldLoad{path});
     if (!loaded.is_ok()) {
         tell("The arena could not be opened: " + loaded.text);
@@ -58,6 +65,7 @@ bool MainWindow::open_arena(const std::string& path) {
 }
 
 void MainWindow::close_arena() {
+    if (!close_arena_editor()) return;
     if (world().loaded()) runner_.perform(commands::WorldUnload{});
     arena_path_.clear();
 }
