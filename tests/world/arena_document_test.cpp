@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "arena_document.h"
+#include "arena_shapes.h"
 #include "arena_writer.h"
 
 namespace world {
@@ -186,6 +187,32 @@ TEST(ArenaDocument, EditsReadBackAsTheItemsTheyDescribeKeepingUntouchedLines) {
         std::sort(kept.begin(), kept.end());
         EXPECT_EQ(kept, expected);
     }
+}
+
+// What the pointer takes: the nearest item within reach, a zone only where nothing else is near.
+TEST(ArenaDocument, ThePointerTakesTheNearestItemAndAZoneLast) {
+    ArenaDocument d = ArenaDocument::blank(1000, 800);
+    d.add(Zone{"z", {100, 100}, 400, 300});                 // 0
+    d.add(Line{30, {{150, 200}, {450, 200}, {450, 350}}});  // 1
+    d.add(Segment{{300, 120}, {300, 380}});                 // 2
+    d.add(Light{{700, 600}, 0.5});                          // 3
+    d.add(Zone{"y", {400, 300}, 200, 200});                 // 4, over the first
+    // Lines lie under walls, as drawn: on both, the wall.
+    const struct {
+        Vec at;
+        int item;  // -1: none
+    } probes[] = {
+        {{200, 218}, 1}, {{200, 224}, 0}, {{464, 300}, 1}, {{474, 300}, 4},  {{307, 250}, 2},
+        {{309, 250}, 0}, {{300, 214}, 2}, {{742, 600}, 3}, {{749, 600}, -1}, {{700, 652}, -1},
+        {{450, 395}, 4}, {{550, 450}, 4}, {{150, 150}, 0}, {{99, 150}, -1},
+    };
+    for (const auto& p : probes) {
+        const auto found = item_at(d, p.at, 8);
+        EXPECT_EQ(found ? static_cast<int>(*found) : -1, p.item) << p.at.x << "," << p.at.y;
+    }
+    const Shape moved_line = moved(d.items()[1].shape, {-50, 25});
+    EXPECT_EQ(std::get<Line>(moved_line).points.back(), (Vec{400, 375}));
+    EXPECT_EQ(std::get<Zone>(moved(d.items()[0].shape, {5, -7})).corner, (Vec{105, 93}));
 }
 
 }  // namespace
