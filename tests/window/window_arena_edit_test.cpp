@@ -44,14 +44,20 @@ class ArenaEditTest : public WindowTest {
 
 TEST_F(ArenaEditTest, WhatIsDrawnWithTheMouseIsWhatTheWorldLoads) {
     ASSERT_TRUE(window_->new_arena(2000, 1500));
-    editor().set_grid(50);
+    // The floor fills the canvas along one side inside its rim, centred along the other.
+    const QPointF corner = editor().canvas()->to_pixels({0, 1500}),
+                  far = editor().canvas()->to_pixels({2000, 0});
+    const QSize room = editor().canvas()->size();
+    EXPECT_NEAR(corner.x() + corner.y() - room.width() - room.height() + far.x() + far.y(), 0, 1);
+    EXPECT_NEAR(std::min(corner.x(), corner.y()), 8, 0.5);
     drag(Tool::Wall, {500, 500}, {550, 1000});
     editor().set_tool(Tool::Line);
     for (Vec p : {Vec{200, 250}, Vec{1000, 200}, Vec{1050, 800}})
         click(p);
     QTest::mouseDClick(editor().canvas(), Qt::LeftButton, {}, px({1050, 800}));
+    // The line just drawn is selected: the width box changes it, the intensity box does not.
     for (auto* spin : editor().findChildren<QDoubleSpinBox*>())
-        if (spin->prefix().startsWith("intensity")) spin->setValue(0.3);
+        spin->setValue(spin->prefix().startsWith("intensity") ? 0.3 : 35);
     editor().set_tool(Tool::Light);
     click({1800, 1300});
     drag(Tool::Zone, {1800, 600}, {1500, 200});
@@ -70,6 +76,7 @@ TEST_F(ArenaEditTest, WhatIsDrawnWithTheMouseIsWhatTheWorldLoads) {
     EXPECT_EQ(a.walls[4].b, (Vec{550, 1000}));
     ASSERT_EQ(a.lines.size(), 1u);
     EXPECT_EQ(a.lines[0].points, (std::vector<Vec>{{200, 250}, {1000, 200}, {1050, 800}}));
+    EXPECT_EQ(a.lines[0].width, 35);
     ASSERT_EQ(a.lights.size(), 1u);
     EXPECT_EQ(a.lights[0].at, (Vec{1800, 1300}));
     EXPECT_DOUBLE_EQ(a.lights[0].intensity, 0.3);

@@ -63,6 +63,8 @@ TEST(ArenaDocument, WritesAnOpenedFileBackByteForByte) {
             const auto doc = ArenaDocument::read(text);
             ASSERT_TRUE(doc) << text;
             EXPECT_EQ(write_arena(*doc), text);
+            // The heading as written, which a moved start keeps.
+            EXPECT_EQ(doc->arena().start.heading, read_arena(text).arena->start.heading) << text;
         }
 }
 
@@ -213,6 +215,8 @@ TEST(ArenaDocument, ThePointerTakesTheNearestItemAndAZoneLast) {
     const Shape moved_line = moved(d.items()[1].shape, {-50, 25});
     EXPECT_EQ(std::get<Line>(moved_line).points.back(), (Vec{400, 375}));
     EXPECT_EQ(std::get<Zone>(moved(d.items()[0].shape, {5, -7})).corner, (Vec{105, 93}));
+    const Segment wall = std::get<Segment>(moved(d.items()[2].shape, {-20, 30}));
+    EXPECT_EQ(wall.a + wall.b, (Vec{560, 560}));
 }
 
 }  // namespace

@@ -13,8 +13,8 @@
 
 #include "action_recorder.h"
 #include "action_runner.h"
-#include "chart_dock.h"
 #include "hex_builder.h"
+#include "chart_dock.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "problems_view.h"
