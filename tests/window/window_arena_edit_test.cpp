@@ -55,12 +55,17 @@ TEST_F(ArenaEditTest, WhatIsDrawnWithTheMouseIsWhatTheWorldLoads) {
     for (Vec p : {Vec{200, 250}, Vec{1000, 200}, Vec{1050, 800}})
         click(p);
     QTest::mouseDClick(editor().canvas(), Qt::LeftButton, {}, px({1050, 800}));
+    EXPECT_TRUE(editor().canvas()->drawn_path().empty());  // ended by the double click
     // The line just drawn is selected: the width box changes it, the intensity box does not.
     for (auto* spin : editor().findChildren<QDoubleSpinBox*>())
         spin->setValue(spin->prefix().startsWith("intensity") ? 0.3 : 35);
     editor().set_tool(Tool::Light);
     click({1800, 1300});
     drag(Tool::Zone, {1800, 600}, {1500, 200});
+    editor().set_tool(Tool::Line);  // a line of two points, ended by Return
+    click({1900, 100});
+    click({1900, 1400});
+    QTest::keyClick(editor().canvas(), Qt::Key_Return);
     drag(Tool::Start, {300, 1200}, {300, 1400});
     // A wall across the start would make a file the reader refuses: it is not drawn.
     drag(Tool::Wall, {250, 1200}, {350, 1200});
@@ -74,8 +79,9 @@ TEST_F(ArenaEditTest, WhatIsDrawnWithTheMouseIsWhatTheWorldLoads) {
     ASSERT_EQ(a.walls.size(), 5u);
     EXPECT_EQ(a.walls[4].a, (Vec{500, 500}));
     EXPECT_EQ(a.walls[4].b, (Vec{550, 1000}));
-    ASSERT_EQ(a.lines.size(), 1u);
+    ASSERT_EQ(a.lines.size(), 2u);
     EXPECT_EQ(a.lines[0].points, (std::vector<Vec>{{200, 250}, {1000, 200}, {1050, 800}}));
+    EXPECT_EQ(a.lines[1].points, (std::vector<Vec>{{1900, 100}, {1900, 1400}}));
     EXPECT_EQ(a.lines[0].width, 35);
     ASSERT_EQ(a.lights.size(), 1u);
     EXPECT_EQ(a.lights[0].at, (Vec{1800, 1300}));

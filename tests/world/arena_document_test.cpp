@@ -163,6 +163,7 @@ TEST(ArenaDocument, EditsReadBackAsTheItemsTheyDescribeKeepingUntouchedLines) {
         auto walls = of_kind<Segment>(m);
         walls.insert(walls.begin(), back.arena->walls.begin(), back.arena->walls.begin() + 4);
         EXPECT_EQ(back.arena->walls, walls);
+        EXPECT_EQ(edits.doc().arena().walls, walls);  // what the editor draws
         EXPECT_EQ(back.arena->lines, of_kind<Line>(m));
         EXPECT_EQ(back.arena->lights, of_kind<Light>(m));
         EXPECT_EQ(back.arena->zones, of_kind<Zone>(m));
