@@ -32,6 +32,8 @@ class ChartCanvas : public QWidget {
     // The editor's line: its icon framed; 0: none. The rectangle it takes, in pixels, or an empty
     // one when the line has no icon.
     QRect set_framed_line(int line);
+    // The rectangle of the icon of `line`, in pixels; an empty one when it has none.
+    QRect pixels_of_line(int line) const { return pixels_of(layout_.icon_of_line(line)); }
     // A whole-number zoom, 1 to 3: the drawing grows with it.
     void set_zoom(int zoom);
     int zoom() const { return zoom_; }

@@ -68,12 +68,17 @@ QString ChartDock::status() const {
     return out_of_date_ ? status_->text() : QString();
 }
 
+// The running icon is kept in sight, as the editor keeps the running line.
 void ChartDock::set_running_line(int line) {
     canvas_->set_lit_line(line);
+    bring_into_sight(canvas_->pixels_of_line(line));
 }
 
 void ChartDock::show_line(int line) {
-    const QRect icon = canvas_->set_framed_line(line);
+    bring_into_sight(canvas_->set_framed_line(line));
+}
+
+void ChartDock::bring_into_sight(const QRect& icon) {
     if (!icon.isEmpty())
         scroll_->ensureVisible(icon.center().x(), icon.center().y(), icon.width() / 2 + 16,
                                icon.height() / 2 + 16);

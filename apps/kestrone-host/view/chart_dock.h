@@ -65,6 +65,7 @@ class ChartDock : public QDockWidget {
 
   private:
     void ask_where_to_save();
+    void bring_into_sight(const QRect& icon);
     void take(const chart::EditResult& result);
     void drop(const ChartDrag& drag, const chart::Way& way);
 
