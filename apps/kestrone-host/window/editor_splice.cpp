@@ -8,9 +8,9 @@
 namespace window {
 
 namespace {
-// A tail starts a line when it is empty or follows a line's end.
+// A tail starts a line when it is empty, the whole text, or follows a line's end.
 bool line_starts_at(std::string_view text, std::size_t at) {
-    return at == text.size() || (at > 0 && text[at - 1] == '\n');
+    return at == 0 || at == text.size() || text[at - 1] == '\n';
 }
 }  // namespace
 
