@@ -29,11 +29,12 @@ ChartDock::ChartDock(QWidget* parent)
     scroll_->setWidget(canvas_);
     scroll_->setBackgroundRole(QPalette::Base);
     auto* save = new QPushButton(tr("Save as SVG or PNG..."));
-    auto* sides = new QSplitter;
+    // The palette over the chart: the dock is narrower than it is tall.
+    auto* sides = new QSplitter(Qt::Vertical);
     sides->addWidget(palette_);
     sides->addWidget(scroll_);
     sides->setStretchFactor(1, 1);
-    sides->setSizes({160, 400});
+    sides->setSizes({90, 400});
     column->addWidget(status_);
     column->addWidget(sides, 1);
     column->addWidget(save, 0, Qt::AlignRight);

@@ -41,6 +41,11 @@ ChartPalette::ChartPalette(QWidget* parent) : QListWidget(parent) {
     setDragEnabled(true);
     setDragDropMode(QAbstractItemView::DragOnly);
     setSelectionMode(QAbstractItemView::SingleSelection);
+    // Side by side, row after row: the dock is narrow.
+    setFlow(QListView::LeftToRight);
+    setWrapping(true);
+    setResizeMode(QListView::Adjust);
+    setSpacing(2);
     setToolTip(tr("Drag an icon onto a way of the chart to put it there"));
 }
 
