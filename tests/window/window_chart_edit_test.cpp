@@ -3,9 +3,11 @@
 // in the editor as the chart's library writes it, as one step of the editor's own undo; and a
 // breakpoint toggled on an icon is the editor's.
 #include <QApplication>
+#include <QDrag>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QSignalSpy>
 #include <QTest>
 #include <memory>
 
@@ -42,18 +44,22 @@ class ChartEditTest : public WindowTest {
             }
         return best.center() * canvas().zoom();
     }
+    // Dragged over the canvas to `at`, where a way lights, and dropped.
     void drop(std::unique_ptr<QMimeData> data, QPoint at) {
         QDragEnterEvent enter(at, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&canvas(), &enter);
         QDragMoveEvent move(at, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&canvas(), &move);
-        EXPECT_TRUE(move.isAccepted());
+        const bool on_a_way = canvas().way_at(at).has_value();
+        EXPECT_EQ(move.isAccepted(), on_a_way);
+        const QRgb seen = canvas().grab(QRect(at, QSize(1, 1))).toImage().pixel(0, 0) & 0xFFFFFFu;
+        EXPECT_EQ(seen == 0x1C6DD0u, on_a_way) << std::hex << seen;
         QDropEvent drop(at, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&canvas(), &drop);
     }
     void mouse(QEvent::Type type, QPoint at) {
-        QMouseEvent e(type, at, canvas().mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
-                      Qt::NoModifier);
+        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent e(type, at, canvas().mapToGlobal(at), button, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&canvas(), &e);
     }
 };
@@ -61,26 +67,47 @@ class ChartEditTest : public WindowTest {
 TEST_F(ChartEditTest, EditsOnTheChartGoIntoTheEditorEachOneStepOfItsUndo) {
     ASSERT_TRUE(window_->open_program(example("square.kflow")));
     window_->set_zoom(2);
+    window_->show();
+    QApplication::setActiveWindow(window_.get());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+    // Typed but not yet checked: the chart is behind, and an edit on it would lose the typing.
+    window_->editor()->append("LedOn(3)\n");
     std::vector<std::string> texts{text()};
     const auto took = [&](const chart::EditResult& want) {
-        ASSERT_TRUE(want.ok()) << want.refused;
+        ASSERT_EQ(want.refused, "");
         EXPECT_EQ(text(), want.text);
         texts.push_back(text());
     };
 
-    // The palette's first macro with a parameter, dropped before the first `delay` in the loop.
+    // Every icon of the palette dropped before the first `delay` in the loop, the first macro
+    // with a parameter last.
     const chartqt::ChartPalette& palette = *dock().palette();
-    int row = 0;
-    while (palette.icons()[row].form.kind != chart::IconKind::Call ||
-           palette.icons()[row].field_names.empty())
-        ++row;
+    const auto from_palette = [&](int row) {
+        return std::unique_ptr<QMimeData>(
+            palette.model()->mimeData({palette.model()->index(row, 0)}));
+    };
+    std::vector<int> rows;
+    int row = -1;
+    for (int r = 0; r < palette.count(); ++r) {
+        const chart::PaletteIcon& i = palette.icons()[r];
+        if (row < 0 && i.form.kind == chart::IconKind::Call && !i.field_names.empty())
+            row = r;
+        else
+            rows.push_back(r);
+    }
+    rows.push_back(row);
     const chart::Way in_loop{line_of("repeat"), 0, 2};
     EXPECT_EQ(canvas().way_at(on_way(in_loop)), in_loop);
-    const chart::EditResult inserted =
-        chart::insert_icon(shown(), in_loop, palette.icons()[row].form);
-    drop(std::unique_ptr<QMimeData>(palette.model()->mimeData({palette.model()->index(row, 0)})),
-         on_way(in_loop));
-    took(inserted);
+    drop(from_palette(row), on_way(in_loop));
+    EXPECT_EQ(text(), texts.back());
+    drop(from_palette(row), QPoint(0, 0));  // on no way
+    EXPECT_EQ(text(), texts.back());
+    chart::EditResult inserted;
+    for (const int r : rows) {
+        inserted = chart::insert_icon(shown(), in_loop, palette.icons()[r].form);
+        drop(from_palette(r), on_way(in_loop));
+        took(inserted);
+    }
 
     // Its form: a field named after the parameter, a fault under it while it is wrong.
     mouse(QEvent::MouseButtonDblClick, centre_of(inserted.line));
@@ -103,31 +130,45 @@ TEST_F(ChartEditTest, EditsOnTheChartGoIntoTheEditorEachOneStepOfItsUndo) {
     const int spin = line_of("SpinLeft");
     const chart::EditResult removed = chart::remove_icon(shown(), spin);
     mouse(QEvent::MouseButtonPress, centre_of(spin));
-    QTest::keyClick(&canvas(), Qt::Key_Delete);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
     took(removed);
 
-    // The decision with its body, dragged to the top.
-    const int decision = line_of("if");
+    // The decision with its body, dragged to the top once the pointer has gone far enough.
+    const int decision = line_of("if ReadSwitch");
     const chart::Way top{0, 0, 0};
     const chart::EditResult moved = chart::move_icon(shown(), decision, top);
-    drop(std::unique_ptr<QMimeData>(chartqt::drag_data({chartqt::ChartDrag::From::Line, decision})),
+    mouse(QEvent::MouseButtonPress, centre_of(decision));
+    mouse(QEvent::MouseMove, centre_of(decision) + QPoint(1, 1));
+    EXPECT_EQ(canvas().findChild<QDrag*>(), nullptr);
+    mouse(QEvent::MouseMove, centre_of(decision) + QPoint(0, 40));
+    const QDrag* dragged = canvas().findChild<QDrag*>();
+    ASSERT_NE(dragged, nullptr);
+    drop(std::unique_ptr<QMimeData>(chartqt::drag_data(*chartqt::drag_of(dragged->mimeData()))),
          on_way(top));
     took(moved);
 
+    // Undone and redone on the chart, which follows at once, and in the editor alike.
     for (std::size_t k = texts.size() - 1; k > 0; --k) {
-        window_->editor()->undo();
+        QTest::keyClick(&canvas(), Qt::Key_Z, Qt::ControlModifier);
         EXPECT_EQ(text(), texts[k - 1]) << "undo to " << k - 1;
+        EXPECT_EQ(shown().text(), texts[k - 1]) << "undo to " << k - 1;
     }
     for (std::size_t k = 1; k < texts.size(); ++k) {
-        window_->editor()->redo();
+        QTest::keyClick(&canvas(), Qt::Key_Y, Qt::ControlModifier);
         EXPECT_EQ(text(), texts[k]) << "redo to " << k;
+        EXPECT_EQ(shown().text(), texts[k]) << "redo to " << k;
     }
+    window_->editor()->undo();
+    EXPECT_EQ(text(), texts[texts.size() - 2]);
 }
 
 // A click on an icon's left edge, or the editor's margin, toggles one set of breakpoints, marked
 // on the icons in the breakpoints' colour.
 TEST_F(ChartEditTest, BreakpointsToggledOnIconsAreTheEditorsAndMarkedThere) {
     ASSERT_TRUE(window_->open_program(example("line_follower.kflow")));
+    QSignalSpy clicked(&dock(), &chartqt::ChartDock::line_clicked);
+    mouse(QEvent::MouseButtonPress, QPoint(0, 0));  // on no icon
+    EXPECT_EQ(clicked.count(), 0);
     std::set<int> model;
     const auto marked = [&](int line) {
         const QRect icon = canvas().pixels_of_line(line);

@@ -65,13 +65,8 @@ void ChartCanvas::set_breakpoints(std::set<int> lines) {
     update();
 }
 
-bool ChartCanvas::in_mark_zone(QPoint pixel) const {
-    if (!line_at(pixel)) return false;
-    const chart::Rect& r = layout_
-                               .icons[static_cast<std::size_t>(
-                                   layout_.icon_at({pixel.x() / zoom_, pixel.y() / zoom_}))]
-                               .rect;
-    return pixel.x() / zoom_ < r.x + kMarkZone;
+bool ChartCanvas::in_mark_zone(QPoint pixel, int line) const {
+    return pixel.x() < pixels_of_line(line).x() + kMarkZone * zoom_;
 }
 
 std::optional<chart::Way> ChartCanvas::way_at(QPoint pixel) const {
@@ -128,10 +123,9 @@ void ChartCanvas::paint_marks(QPainter& painter) const {
     painter.setPen(Qt::NoPen);
     painter.setBrush(kBreakColour);
     const int radius = 5 * zoom_;
-    for (const int line : breakpoints_) {
-        const int icon = layout_.icon_of_line(line);
-        if (icon < 0 || !layout_.icons[static_cast<std::size_t>(icon)].of_code()) continue;
-        const QRect r = pixels_of(icon);
+    for (const chart::Icon& i : layout_.icons) {
+        if (!i.of_code() || !breakpoints_.count(i.line)) continue;
+        const QRect r(i.rect.x * zoom_, i.rect.y * zoom_, i.rect.w * zoom_, i.rect.h * zoom_);
         painter.drawEllipse(QPoint(r.left() + radius, r.center().y()), radius, radius);
     }
 }
@@ -154,13 +148,15 @@ void ChartCanvas::mousePressEvent(QMouseEvent* event) {
     const QPoint at = event->position().toPoint();
     const int line = line_at(at);
     if (!line) return;
-    if (in_mark_zone(at)) {
+    if (in_mark_zone(at, line)) {
         emit breakpoint_toggled(line);
         return;
     }
     pressed_at_ = at;
     pressed_line_ = line;
     emit line_clicked(line);
+    // The editor's caret goes to the line; the keys stay here, for Delete.
+    setFocus();
 }
 
 // A pressed icon dragged far enough goes, with its body, where it is dropped.
@@ -176,15 +172,15 @@ void ChartCanvas::mouseMoveEvent(QMouseEvent* event) {
 
 void ChartCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint at = event->position().toPoint();
-    if (event->button() == Qt::LeftButton && !in_mark_zone(at))
-        if (const int line = line_at(at)) emit edit_asked(line);
+    const int line = line_at(at);
+    if (event->button() == Qt::LeftButton && line && !in_mark_zone(at, line)) emit edit_asked(line);
 }
 
 void ChartCanvas::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Undo)) return emit undo_asked();
+    if (event->matches(QKeySequence::Redo)) return emit redo_asked();
     const bool remove = event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace;
-    const int icon = layout_.icon_of_line(framed_line_);
-    if (!remove || icon < 0 || !layout_.icons[static_cast<std::size_t>(icon)].of_code())
-        return QWidget::keyPressEvent(event);
+    if (!remove || !chart_ || !chart_->node_at(framed_line_)) return QWidget::keyPressEvent(event);
     emit remove_asked(framed_line_);
 }
 

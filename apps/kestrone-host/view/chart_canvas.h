@@ -42,9 +42,6 @@ class ChartCanvas : public QWidget {
     // Lines with a breakpoint: their icons marked.
     void set_breakpoints(std::set<int> lines);
     const std::set<int>& breakpoints() const { return breakpoints_; }
-    // Whether `pixel` falls in the zone of an icon's left edge where a click toggles its
-    // breakpoint.
-    bool in_mark_zone(QPoint pixel) const;
     // The way under `pixel` that an icon dropped there would go on.
     std::optional<chart::Way> way_at(QPoint pixel) const;
 
@@ -55,6 +52,9 @@ class ChartCanvas : public QWidget {
     void breakpoint_toggled(int line);
     void edit_asked(int line);
     void remove_asked(int line);
+    // The editor's undo and redo, asked for on the chart.
+    void undo_asked();
+    void redo_asked();
     void dropped(const chartqt::ChartDrag& drag, const chart::Way& way);
 
   protected:
@@ -73,6 +73,9 @@ class ChartCanvas : public QWidget {
   private:
     void redraw();
     QRect pixels_of(int icon) const;
+    // Whether `pixel`, on the icon of `line`, falls on its left edge, where a click toggles its
+    // breakpoint.
+    bool in_mark_zone(QPoint pixel, int line) const;
     void paint_marks(QPainter& painter) const;
     void paint_drop_way(QPainter& painter) const;
 

@@ -44,6 +44,8 @@ ChartDock::ChartDock(QWidget* parent)
     connect(canvas_, &ChartCanvas::edit_asked, this, &ChartDock::open_form);
     connect(canvas_, &ChartCanvas::remove_asked, this, &ChartDock::remove);
     connect(canvas_, &ChartCanvas::dropped, this, &ChartDock::drop);
+    connect(canvas_, &ChartCanvas::undo_asked, this, &ChartDock::undo_asked);
+    connect(canvas_, &ChartCanvas::redo_asked, this, &ChartDock::redo_asked);
     connect(save, &QPushButton::clicked, this, &ChartDock::ask_where_to_save);
 }
 

@@ -62,6 +62,8 @@ class ChartDock : public QDockWidget {
     void breakpoint_toggled(int line);
     // The program's text after an edit on the chart; `line` is the icon edited, in that text.
     void edited(const QString& text, int line);
+    void undo_asked();
+    void redo_asked();
 
   private:
     void ask_where_to_save();

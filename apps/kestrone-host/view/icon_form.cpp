@@ -39,9 +39,10 @@ IconForm::IconForm(const chart::Chart& chart, int line, QWidget* parent)
     auto* fields = new QFormLayout;
     const std::vector<std::string> names =
         form ? chart::field_names(chart.macros(), *form) : std::vector<std::string>{};
+    std::vector<std::string> values = form ? form->fields : std::vector<std::string>{};
+    values.resize(names.size());
     for (std::size_t k = 0; k < names.size(); ++k) {
-        auto* box =
-            new QLineEdit(QString::fromStdString(k < form->fields.size() ? form->fields[k] : ""));
+        auto* box = new QLineEdit(QString::fromStdString(values[k]));
         box->setObjectName(QString::fromStdString(names[k]));
         boxes_.push_back(box);
         faults_.push_back(fault_label());
