@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 #include <memory>
@@ -32,17 +33,15 @@ class ChartEditTest : public WindowTest {
         return 0;
     }
     QPoint centre_of(int line) { return canvas().pixels_of_line(line).center(); }
-    // The middle of the longest run of the way, in pixels.
+    // The middle of the way's last run, in pixels.
     QPoint on_way(const chart::Way& way) {
-        QLine best;
         for (const chart::Path& p : canvas().layout().ways)
-            for (std::size_t k = 1; p.place == way && k < p.points.size(); ++k) {
-                const QLine run(p.points[k - 1].x, p.points[k - 1].y, p.points[k].x, p.points[k].y);
-                if (std::abs(run.dx()) + std::abs(run.dy()) >
-                    std::abs(best.dx()) + std::abs(best.dy()))
-                    best = run;
+            if (p.place == way) {
+                const chart::Point a = p.points[p.points.size() - 2], b = p.points.back();
+                return QPoint(a.x + b.x, a.y + b.y) * canvas().zoom() / 2;
             }
-        return best.center() * canvas().zoom();
+        ADD_FAILURE() << "no way";
+        return {};
     }
     // Dragged over the canvas to `at`, where a way lights, and dropped.
     void drop(std::unique_ptr<QMimeData> data, QPoint at) {
@@ -109,7 +108,18 @@ TEST_F(ChartEditTest, EditsOnTheChartGoIntoTheEditorEachOneStepOfItsUndo) {
         took(inserted);
     }
 
-    // Its form: a field named after the parameter, a fault under it while it is wrong.
+    // Its form: a field named after the parameter, a fault under it while it is wrong. Another
+    // text closes it; the palette follows that text's variables.
+    mouse(QEvent::MouseButtonDblClick, centre_of(inserted.line));
+    QPointer<chartqt::IconForm> other = dock().form();
+    const kflow::MacroTable& macros = *window_->checker().macros();
+    ASSERT_TRUE(dock().set_program("int zed = 0\n" + text(), "square.kflow", macros));
+    EXPECT_TRUE(other.isNull() || !other->isVisible());
+    const auto assign =
+        std::find_if(palette.icons().begin(), palette.icons().end(),
+                     [](const auto& i) { return i.form.kind == chart::IconKind::Assign; });
+    EXPECT_EQ(assign->form.fields.front(), "zed");
+    dock().set_program(text(), "square.kflow", macros);
     mouse(QEvent::MouseButtonDblClick, centre_of(inserted.line));
     chartqt::IconForm* form = dock().form();
     ASSERT_NE(form, nullptr);
@@ -143,6 +153,8 @@ TEST_F(ChartEditTest, EditsOnTheChartGoIntoTheEditorEachOneStepOfItsUndo) {
     mouse(QEvent::MouseMove, centre_of(decision) + QPoint(0, 40));
     const QDrag* dragged = canvas().findChild<QDrag*>();
     ASSERT_NE(dragged, nullptr);
+    mouse(QEvent::MouseMove, centre_of(decision) + QPoint(0, 60));  // one drag a press
+    EXPECT_EQ(canvas().findChildren<QDrag*>().size(), 1);
     drop(std::unique_ptr<QMimeData>(chartqt::drag_data(*chartqt::drag_of(dragged->mimeData()))),
          on_way(top));
     took(moved);
@@ -170,17 +182,13 @@ TEST_F(ChartEditTest, BreakpointsToggledOnIconsAreTheEditorsAndMarkedThere) {
     mouse(QEvent::MouseButtonPress, QPoint(0, 0));  // on no icon
     EXPECT_EQ(clicked.count(), 0);
     std::set<int> model;
-    const auto marked = [&](int line) {
-        const QRect icon = canvas().pixels_of_line(line);
-        const QImage image = canvas().grab().toImage();
-        return (image.pixel(icon.left() + 5, icon.center().y()) & 0xFFFFFFu) == 0xD03030u;
-    };
     for (const int line : {9, 13, 9, 23}) {
         if (!model.erase(line)) model.insert(line);
         const QRect icon = canvas().pixels_of_line(line);
         mouse(QEvent::MouseButtonPress, QPoint(icon.left() + 2, icon.center().y()));
         EXPECT_EQ(window_->editor()->breakpoints(), model) << line;
-        EXPECT_EQ(marked(line), model.count(line) == 1) << line;
+        const QRgb mark = canvas().grab().toImage().pixel(icon.left() + 5, icon.center().y());
+        EXPECT_EQ((mark & 0xFFFFFFu) == 0xD03030u, model.count(line) == 1) << line;
     }
     window_->editor()->toggle_breakpoint(13);
     EXPECT_EQ(canvas().breakpoints(), (std::set<int>{23}));

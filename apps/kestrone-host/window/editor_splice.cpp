@@ -26,8 +26,8 @@ Splice splice_of(std::string_view before, std::string_view after) {
     while (tail < shorter - begin &&
            before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
         ++tail;
-    while (tail > 0 && !(line_starts_at(before, before.size() - tail) &&
-                         line_starts_at(after, after.size() - tail)))
+    while (!(line_starts_at(before, before.size() - tail) &&
+             line_starts_at(after, after.size() - tail)))
         --tail;
     return {begin, before.size() - tail, after.size() - tail};
 }
