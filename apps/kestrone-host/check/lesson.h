@@ -23,6 +23,7 @@ struct Lesson {
     std::optional<std::string> program;  // the starting program's text, or the student's work
     std::vector<kestrone::MemoryStore::Entry> settings;
     std::vector<std::string> checks;  // console lines, run in order
+    bool operator==(const Lesson&) const = default;
 };
 
 // The lesson in `text`, or nullopt with `what` saying what is wrong (without the file's name).
