@@ -18,6 +18,8 @@ void MainWindow::build_lesson_dock() {
     lesson_text_->setOpenExternalLinks(true);
     lesson_dock_->setWidget(lesson_text_);
     addDockWidget(Qt::RightDockWidgetArea, lesson_dock_);
+    // A tab beside the chart, in front while a lesson is new: the instructions get the room.
+    tabifyDockWidget(chart_, lesson_dock_);
     lesson_dock_->hide();
 }
 
@@ -69,6 +71,7 @@ void MainWindow::show_lesson_text(const lesson::Lesson& lesson) {
     lesson_dock_->setWindowTitle(QString::fromStdString(lesson.title));
     lesson_text_->setMarkdown(QString::fromStdString(lesson.instructions));
     lesson_dock_->show();
+    lesson_dock_->raise();
 }
 
 // A new object that takes the lesson's settings as a host loads a project; the recording says
