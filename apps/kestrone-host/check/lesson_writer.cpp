@@ -168,11 +168,8 @@ std::optional<std::string> with_program(std::string_view text, std::string_view 
         } while (m.at(','));
         if (!m.at('}')) return refuse(what, "a member is not followed by , or }"), std::nullopt;
     }
-    if (!found) {
-        const bool empty = text[first_key] == '}';
-        out.append(text.substr(first, first_key - first))
-            .append("\"program\": " + value + (empty ? "" : ","));
-    }
+    if (!found)
+        out.append(text.substr(first, first_key - first)).append("\"program\": " + value + ",");
     return out.append(text.substr(kept));
 }
 

@@ -15,8 +15,8 @@ namespace lesson {
 std::string write_lesson(const Lesson& l);
 
 // `text`, a lesson's file, with the value of its "program" replaced by `program` and every other
-// byte as it was; a lesson without a program gets one as its first key. nullopt with `what` when
-// `text` is no JSON object.
+// byte as it was; a lesson without a program gets one as its first key (a lesson has one key at
+// least). nullopt with `what` when `text` is no JSON object.
 std::optional<std::string> with_program(std::string_view text, std::string_view program,
                                         std::string* what);
 

@@ -25,7 +25,7 @@ void MainWindow::build_lesson_dock() {
 
 // A bad lesson is told with its file and what is wrong, and nothing of it is used.
 bool MainWindow::open_lesson(const std::string& path) {
-    if (!may_discard()) return false;
+    if (!may_discard() || !may_discard_program()) return false;
     std::optional<kflow::MacroTable> macros;
     if (session().component()) macros = kflow::MacroTable::read(*session().component(), nullptr);
     std::string error, text;
@@ -63,6 +63,7 @@ bool MainWindow::open_lesson(const std::string& path) {
     show_lesson_text(*lesson);
     lesson_path_ = path;
     lesson_source_ = std::move(text);
+    remember_file(path);
     after_action();
     return true;
 }
