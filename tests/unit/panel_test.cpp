@@ -2,6 +2,9 @@
 // panel's clock, resizing, and the properties by name.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
+
 #include "panel/properties.h"
 #include "simulation_fixture.h"
 
@@ -246,6 +249,19 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
     EXPECT_EQ(robot.el("updownADC", 1).min, 7);
     EXPECT_EQ(robot.el("updownADC", 1).max, 300);
     EXPECT_EQ(robot.el("updownADC", 1).value, 255);
+}
+
+// Every tab index from the logo's 0 to the heading's 37 once; the order of those that take the
+// focus is walked in the view's tests.
+TEST(PanelLayout, EveryTabIndexComesOnce) {
+    panel::Panel p;
+    std::vector<int> stops;
+    for (int id = 0; id < p.count(); ++id)
+        if (p.at(id).tab_index >= 0) stops.push_back(p.at(id).tab_index);
+    std::sort(stops.begin(), stops.end());
+    std::vector<int> expected(38);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(stops, expected);
 }
 
 }  // namespace
