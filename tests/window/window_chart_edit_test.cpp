@@ -101,6 +101,10 @@ TEST_F(ChartEditTest, EditsOnTheChartGoIntoTheEditorEachOneStepOfItsUndo) {
     EXPECT_EQ(text(), texts.back());
     drop(from_palette(row), QPoint(0, 0));  // on no way
     EXPECT_EQ(text(), texts.back());
+    drop(std::unique_ptr<QMimeData>(
+             chartqt::drag_data({chartqt::ChartDrag::From::Palette, palette.count()})),
+         on_way(in_loop));  // a row the palette has not
+    EXPECT_EQ(text(), texts.back());
     chart::EditResult inserted;
     for (const int r : rows) {
         inserted = chart::insert_icon(shown(), in_loop, palette.icons()[r].form);
