@@ -9,12 +9,13 @@
 #include <QMainWindow>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "action_recorder.h"
 #include "action_runner.h"
-#include "hex_builder.h"
 #include "chart_dock.h"
+#include "hex_builder.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "problems_view.h"
@@ -50,12 +51,15 @@ struct Lesson;
 
 namespace window {
 
+class LessonDialog;
 class PropertiesDialog;
 class ScopeDock;
 
 // The file dialogs; an empty name when the user cancels.
 QString ask_open_path(QWidget* parent, const QString& title, const QString& filter);
 QString ask_save_path(QWidget* parent, const QString& title, const QString& filter);
+// A name ending in .klesson.
+bool is_lesson_file(const std::string& path);
 
 struct WindowOptions {
     std::string module;    // the component module
@@ -132,6 +136,17 @@ class MainWindow : public QMainWindow {
     // A lesson (window_lesson.cpp): its settings, arena, program and instructions; a bad one is
     // told with its file and what is wrong, and changes nothing.
     bool open_lesson(const std::string& path);
+    // window_lesson_files.cpp: the editor's program saved into the open lesson, at its own file
+    // or at a new one, every other byte of the lesson kept; a new lesson of the open program,
+    // arena and settings, its title, instructions and checks edited in a dialog first (the file
+    // asked for after it when `path` is empty). False with the user told when it fails.
+    bool save_into_lesson(const std::string& path);
+    bool new_lesson(const std::string& path = {});
+    const std::string& lesson_path() const { return lesson_path_; }
+    // Tests fill the new lesson's dialog themselves (true: OK).
+    void set_edit_lesson(std::function<bool(LessonDialog&)> edit) {
+        edit_lesson_ = std::move(edit);
+    }
     // The arena editor (window_arena_edit.cpp): a new arena or the open one edited in the arena's
     // dock; the robot runs again when it is closed, in the arena as saved.
     bool new_arena(double width, double height);
@@ -231,6 +246,8 @@ class MainWindow : public QMainWindow {
     void remember_file(const std::string& path);
     void open_project_links();
     void hex_built(bool ok, const QString& why, const QStringList& messages);
+    // window_chart.cpp: edits and breakpoints made on the chart, into the editor.
+    void connect_chart();
     // window_debug.cpp
     bool load_editor_program();
     bool begin_debugging();
@@ -248,6 +265,11 @@ class MainWindow : public QMainWindow {
     // window_lesson.cpp
     void build_lesson_dock();
     bool take_lesson_settings(const lesson::Lesson& lesson, const std::string& path);
+    void show_lesson_text(const lesson::Lesson& lesson);
+    // window_lesson_files.cpp
+    bool write_lesson_file(const std::string& path, const std::string& text);
+    void show_saved_lesson(const std::string& path, const std::string& text);
+    std::optional<std::string> open_arena_text();
 
     WindowOptions options_;
     WindowSettings settings_;
@@ -290,6 +312,8 @@ class MainWindow : public QMainWindow {
     QDockWidget* lesson_dock_ = nullptr;
     QTextBrowser* lesson_text_ = nullptr;
     std::string lesson_path_;
+    std::string lesson_source_;  // the open lesson's text, as read or last saved
+    std::function<bool(LessonDialog&)> edit_lesson_;
     kestrone::IKestronePanel* shown_panel_ = nullptr;
     kestrone::IKestroneComponentV5* checked_against_ = nullptr;
     std::function<bool()> confirm_discard_;
