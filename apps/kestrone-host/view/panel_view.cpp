@@ -14,9 +14,32 @@ using kestrone::S_OK;
 
 namespace {
 
-// At most one repaint a display frame.
-constexpr int kFrameMs = 16;
 constexpr int kMinZoom = 1, kMaxZoom = 3;
+// Places this close are painted as one.
+constexpr int kNear = 4;
+
+// The region's rectangles gathered into the boxes of those that lie close together. The wheels
+// turning at both sides of the panel change a few thin strips each; the box around all of them
+// would take in most of the panel, and painting every element in it would cost far more than
+// painting each group apart.
+std::vector<QRect> clusters(const QRegion& region) {
+    std::vector<QRect> boxes;
+    for (const QRect& r : region) {
+        QRect box = r;
+        // A grown box may now touch others: those are taken into it until none is left.
+        for (auto it = boxes.begin(); it != boxes.end();) {
+            if (it->adjusted(-kNear, -kNear, kNear, kNear).intersects(box)) {
+                box |= *it;
+                boxes.erase(it);
+                it = boxes.begin();
+            } else {
+                ++it;
+            }
+        }
+        boxes.push_back(box);
+    }
+    return boxes;
+}
 
 }  // namespace
 
@@ -34,12 +57,13 @@ HRESULT DirectPanelInput::arrow(std::int32_t id, bool up) {
 }
 
 PanelView::PanelView(kestrone::IKestronePanel& panel, PanelInput& input, QWidget* parent)
-    : QWidget(parent), panel_(&panel), input_(input), scene_(std::make_unique<PanelScene>(panel)) {
+    : QWidget(parent),
+      panel_(&panel),
+      input_(input),
+      scene_(std::make_unique<PanelScene>(panel)),
+      pacer_(*this, [this] { flush(); }) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    frame_timer_.setSingleShot(true);
-    frame_timer_.setInterval(kFrameMs);
-    connect(&frame_timer_, &QTimer::timeout, this, &PanelView::flush);
     reset(panel);
 }
 
@@ -56,7 +80,8 @@ void PanelView::reset(kestrone::IKestronePanel& panel) {
     scene_->reset(panel);
     focused_ = -1;
     pending_ = QRegion();
-    frame_timer_.stop();
+    added_.clear();
+    pacer_.cancel();
     if (panel_->GetRevision(&painted_revision_) != S_OK) painted_revision_ = 0;
     remember_places();
     set_zoom(zoom_);
@@ -76,15 +101,14 @@ void PanelView::refresh() {
         schedule(rect());
         return;
     }
-    QRegion region;
     for (const std::int32_t id : changed) {
         // An element that moved or hid leaves its old place to repaint as well.
         const QRect place = scene_->element_rect(id);
-        region += scaled(last_rects_[id]);
-        region += scaled(place);
-        last_rects_[id] = place;
+        QRect& last = last_rects_[id];
+        schedule(scaled(last));
+        if (place != last) schedule(scaled(place));
+        last = place;
     }
-    schedule(region);
 }
 
 QRect PanelView::scaled(const QRect& r) const {
@@ -103,15 +127,21 @@ void PanelView::remember_places() {
         last_rects_[id] = scene_->element_rect(id);
 }
 
-void PanelView::schedule(const QRegion& region) {
-    pending_ += region;
-    if (!frame_timer_.isActive()) frame_timer_.start();
+// Called at every tick for the same few elements: a union only for a place not yet added since
+// the last paint.
+void PanelView::schedule(const QRect& place) {
+    if (std::find(added_.begin(), added_.end(), place) == added_.end()) {
+        pending_ += place;
+        added_.push_back(place);
+    }
+    pacer_.request();
 }
 
 void PanelView::flush() {
     if (pending_.isEmpty()) return;
     update(pending_);
     pending_ = QRegion();
+    added_.clear();
 }
 
 void PanelView::paintEvent(QPaintEvent* event) {
@@ -121,14 +151,16 @@ void PanelView::paintEvent(QPaintEvent* event) {
     refresh();
     QPainter p(this);
     p.scale(zoom_, zoom_);
-    const QRect area = event->rect();
-    // The panel pixels the event touches, rounded outwards.
-    const QRect panel_area(QPoint(area.left() / zoom_, area.top() / zoom_),
-                           QPoint(area.right() / zoom_, area.bottom() / zoom_));
-    scene_->paint(p, panel_area, focused_);
+    for (const QRect& area : clusters(event->region())) {
+        // The panel pixels the area touches, rounded outwards.
+        const QRect panel_area(QPoint(area.left() / zoom_, area.top() / zoom_),
+                               QPoint(area.right() / zoom_, area.bottom() / zoom_));
+        scene_->paint(p, panel_area, focused_);
+    }
     ++repaint_count_;
     pending_ -= event->region();
-    if (pending_.isEmpty()) frame_timer_.stop();
+    added_.clear();
+    if (pending_.isEmpty()) pacer_.cancel();
 }
 
 QImage render_panel(kestrone::IKestronePanel& panel, int zoom, int device_pixel_ratio) {

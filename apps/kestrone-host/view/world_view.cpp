@@ -20,7 +20,8 @@ constexpr double kWallThickness = 10;
 constexpr double kDegreesPerNotch = 15;
 }  // namespace
 
-WorldView::WorldView(WorldDriver& driver, QWidget* parent) : QWidget(parent), driver_(driver) {
+WorldView::WorldView(WorldDriver& driver, QWidget* parent)
+    : QWidget(parent), driver_(driver), pacer_(*this, [this] { update(); }) {
     setMouseTracking(false);
 }
 
@@ -80,7 +81,7 @@ Vec WorldView::to_floor(QPointF px) const {
 }
 
 void WorldView::refresh() {
-    if (driver_.world().revision() != painted_revision_) update();
+    if (driver_.world().revision() != painted_revision_) pacer_.request();
 }
 
 QImage WorldView::render_image(std::string* why) const {

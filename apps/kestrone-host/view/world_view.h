@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 
+#include "frame_pacer.h"
 #include "world_driver.h"
 
 class QPainter;
@@ -85,6 +86,7 @@ class WorldView : public QWidget {
     Vec grip_;    // from the robot's centre to the point it was picked up by
     Vec lifted_;  // where its centre stood when it was picked up
     std::uint64_t painted_revision_ = ~std::uint64_t{0};
+    panelqt::FramePacer pacer_;  // a moving robot repaints once a display frame
 };
 
 }  // namespace world
