@@ -18,26 +18,27 @@ constexpr int kMinZoom = 1, kMaxZoom = 3;
 // Places this close are painted as one.
 constexpr int kNear = 4;
 
-// The region's rectangles gathered into the boxes of those that lie close together. The wheels
-// turning at both sides of the panel change a few thin strips each; the box around all of them
-// would take in most of the panel, and painting every element in it would cost far more than
-// painting each group apart.
+// `r` into `boxes`: the box of it and of every box that lies close to it, taken in until none
+// is left. The wheels turning at both sides of the panel change a few thin strips each; the box
+// around all of them would take in most of the panel, and painting every element in it would
+// cost far more than painting each group apart.
+void gather(std::vector<QRect>& boxes, QRect r) {
+    for (auto it = boxes.begin(); it != boxes.end();) {
+        if (it->adjusted(-kNear, -kNear, kNear, kNear).intersects(r)) {
+            r |= *it;
+            boxes.erase(it);
+            it = boxes.begin();
+        } else {
+            ++it;
+        }
+    }
+    boxes.push_back(r);
+}
+
 std::vector<QRect> clusters(const QRegion& region) {
     std::vector<QRect> boxes;
-    for (const QRect& r : region) {
-        QRect box = r;
-        // A grown box may now touch others: those are taken into it until none is left.
-        for (auto it = boxes.begin(); it != boxes.end();) {
-            if (it->adjusted(-kNear, -kNear, kNear, kNear).intersects(box)) {
-                box |= *it;
-                boxes.erase(it);
-                it = boxes.begin();
-            } else {
-                ++it;
-            }
-        }
-        boxes.push_back(box);
-    }
+    for (const QRect& r : region)
+        gather(boxes, r);
     return boxes;
 }
 
@@ -80,7 +81,7 @@ void PanelView::reset(kestrone::IKestronePanel& panel) {
     scene_->reset(panel);
     focused_ = -1;
     pending_ = QRegion();
-    added_.clear();
+    boxes_.clear();
     pacer_.cancel();
     if (panel_->GetRevision(&painted_revision_) != S_OK) painted_revision_ = 0;
     remember_places();
@@ -127,21 +128,22 @@ void PanelView::remember_places() {
         last_rects_[id] = scene_->element_rect(id);
 }
 
-// Called at every tick for the same few elements: a union only for a place not yet added since
-// the last paint.
+// Called at every tick for the same few elements: the region grows only by a place outside the
+// boxes already due, and then by the box that gathers it.
 void PanelView::schedule(const QRect& place) {
-    if (std::find(added_.begin(), added_.end(), place) == added_.end()) {
-        pending_ += place;
-        added_.push_back(place);
-    }
     pacer_.request();
+    if (place.isEmpty()) return;
+    for (const QRect& box : boxes_)
+        if (box.contains(place)) return;
+    gather(boxes_, place);
+    pending_ += boxes_.back();
 }
 
 void PanelView::flush() {
     if (pending_.isEmpty()) return;
     update(pending_);
     pending_ = QRegion();
-    added_.clear();
+    boxes_.clear();
 }
 
 void PanelView::paintEvent(QPaintEvent* event) {
@@ -159,7 +161,7 @@ void PanelView::paintEvent(QPaintEvent* event) {
     }
     ++repaint_count_;
     pending_ -= event->region();
-    added_.clear();
+    boxes_.clear();
     if (pending_.isEmpty()) pacer_.cancel();
 }
 

@@ -104,7 +104,7 @@ class PanelView : public QWidget {
     std::uint64_t painted_revision_ = 0;
     std::int32_t focused_ = -1;
     QRegion pending_;
-    std::vector<QRect> added_;                            // to pending_ since the last paint
+    std::vector<QRect> boxes_;                            // added to pending_ since the last paint
     std::unordered_map<std::int32_t, QRect> last_rects_;  // in panel pixels
     FramePacer pacer_;
     int repaint_count_ = 0;

@@ -18,10 +18,14 @@ const QColor kRim(0xd8, 0xd8, 0xd8), kFloor(0xfa, 0xf8, 0xf0), kLine(0x20, 0x20,
 constexpr double kWallThickness = 10;
 // The wheel turns the robot this many degrees a notch.
 constexpr double kDegreesPerNotch = 15;
+// The floor's picture is kept up to this many pixels (a large window's worth).
+constexpr std::int64_t kLargestKeptFloor = 4096 * 2160;
 }  // namespace
 
 WorldView::WorldView(WorldDriver& driver, QWidget* parent)
     : QWidget(parent), driver_(driver), pacer_(*this, [this] { update(); }) {
+    // It paints all of itself: the dock under it is not painted at each frame.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(false);
 }
 
@@ -104,12 +108,42 @@ QImage WorldView::render_image(std::string* why) const {
     return image;
 }
 
+const QPixmap& WorldView::floor_picture() {
+    const World& w = driver_.world();
+    if (floor_arena_ == w.arena_revision() && floor_size_ == size() && floor_zoom_ == zoom_ &&
+        floor_fit_ == fit_)
+        return floor_;
+    floor_arena_ = w.arena_revision();
+    floor_size_ = size();
+    floor_zoom_ = zoom_;
+    floor_fit_ = fit_;
+    floor_ = QPixmap();
+    if (!w.loaded() || std::int64_t{width()} * height() > kLargestKeptFloor) return floor_;
+    const qreal ratio = devicePixelRatioF();
+    floor_ = QPixmap(size() * ratio);
+    floor_.setDevicePixelRatio(ratio);
+    floor_.fill(kRim);
+    QPainter p(&floor_);
+    p.setRenderHint(QPainter::Antialiasing);
+    paint_floor(p, screen_frame());
+    return floor_;
+}
+
 void WorldView::paintEvent(QPaintEvent* event) {
     QPainter p(this);
     // Only what is exposed: a floor of kilometres is far larger than its scroll area.
     p.setClipRect(event->rect());
-    p.fillRect(event->rect(), kRim);
-    paint(p, screen_frame());
+    // The floor changes only with the arena and the size: at each frame only the robot moves.
+    if (const QPixmap& floor = floor_picture(); !floor.isNull()) {
+        p.drawPixmap(event->rect(), floor,
+                     QRectF(event->rect().topLeft() * floor.devicePixelRatio(),
+                            event->rect().size() * floor.devicePixelRatio()));
+        p.setRenderHint(QPainter::Antialiasing);
+        paint_robot(p, screen_frame());
+    } else {
+        p.fillRect(event->rect(), kRim);
+        paint(p, screen_frame());
+    }
     painted_revision_ = driver_.world().revision();
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QImage>
+#include <QPixmap>
 #include <QPointF>
 #include <QWidget>
 #include <cstdint>
@@ -73,6 +74,9 @@ class WorldView : public QWidget {
     Frame zoom_frame() const;
     Frame screen_frame() const;
     void paint(QPainter& p, const Frame& f) const;
+    // The rim and the floor at the widget's size, drawn again only when they change; null when
+    // the widget is too large to keep a picture of.
+    const QPixmap& floor_picture();
     void paint_floor(QPainter& p, const Frame& f) const;
     void paint_robot(QPainter& p, const Frame& f) const;
     // The robot put down at `pose`, if the walls allow it.
@@ -86,7 +90,12 @@ class WorldView : public QWidget {
     Vec grip_;    // from the robot's centre to the point it was picked up by
     Vec lifted_;  // where its centre stood when it was picked up
     std::uint64_t painted_revision_ = ~std::uint64_t{0};
-    panelqt::FramePacer pacer_;  // a moving robot repaints once a display frame
+    panelqt::FramePacer pacer_;
+    QPixmap floor_;
+    std::uint64_t floor_arena_ = 0;  // the arena's revision in floor_
+    QSize floor_size_;
+    int floor_zoom_ = 0;
+    bool floor_fit_ = false;  // a moving robot repaints once a display frame
 };
 
 }  // namespace world
