@@ -13,8 +13,8 @@
 
 #include "action_recorder.h"
 #include "action_runner.h"
-#include "hex_builder.h"
 #include "chart_dock.h"
+#include "hex_builder.h"
 #include "panel_snapshot.h"
 #include "panel_view.h"
 #include "problems_view.h"
@@ -64,6 +64,7 @@ struct WindowOptions {
     std::string shot;      // a PNG of the whole window, written then too
     std::string settings;  // a settings file of the window's own; empty: the user's settings
     bool quit_after_play = false;
+    bool scope = false;  // the scope shown from the start
 };
 
 class MainWindow : public QMainWindow {
