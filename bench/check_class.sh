@@ -53,6 +53,6 @@ out = subprocess.run([host, "check", "class.klesson", *programs, "--jobs", jobs]
 wall = time.monotonic() - start
 used = resource.getrusage(resource.RUSAGE_CHILDREN)
 print(out.splitlines()[-1])
-print(f"{len(programs)} programs of 20 simulated seconds on {jobs} worker{"" if jobs == "1" else "s"}: {wall:.2f} s wall, "
+print(f"{len(programs)} programs of 20 simulated seconds on {jobs} worker{'' if jobs == '1' else 's'}: {wall:.2f} s wall, "
       f"{used.ru_utime + used.ru_stime:.2f} s CPU (load average before: {load:.1f})")
 PY

@@ -160,6 +160,9 @@ FOUND = [
     [("decl", "b0", True, lit(1)),
      ("set", "b0", ("bin", "*", ("par", ("bin", "+", lit(1), ("var", "b0"))),
                     ("par", ("bin", "&&", ("var", "b0"), ("var", "b0")))))],
+    # An int set from the sum of two bytes, then narrowed: the port wrote messages without end.
+    [("decl", "b0", True, lit(1)), ("decl", "i1", False, ("bin", "+", ("var", "b0"), ("var", "b0"))),
+     ("call", "LedOff", ("var", "i1"))],
 ]
 
 

@@ -41,7 +41,9 @@ kflow::ComponentCode printing_component(const kflow::Program& p) {
             args += ", (int)" + param.name;
         }
         std::string body = "    printf(\"" + format + "\\n\"" + args + ");\n";
-        body += m.is_function ? "    return fake_calls++ * 37 + 11;\n" : "    fake_calls++;\n";
+        // The last line as the code file may leave it: a comment, and no line end.
+        body += m.is_function ? "    return fake_calls++ * 37 + 11; // answered"
+                              : "    fake_calls++; // counted";
         code.macro_bodies[id] = body;
     }
     return code;

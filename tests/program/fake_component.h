@@ -25,10 +25,27 @@ struct SimCall {
     bool operator==(const SimCall&) const = default;
 };
 
-class FakeComponent : public kestrone::IKestroneComponentV5 {
+// Every operation answered E_NOTIMPL: a running program asks only those FakeComponent overrides.
+#define KT_NOT_IMPLEMENTED(kind, name, ...)                              \
+    KT_SIGNATURE(kind, name, __VA_ARGS__) override {                     \
+        return not_implemented(KT_FOR_EACH(KT_PARAM_NAME, __VA_ARGS__)); \
+    }
+class NoOperations : public kestrone::IKestroneComponentV5 {
+  public:
+    virtual ~NoOperations() = default;
+    KESTRONE_COMPONENT_V5_OPERATIONS(KT_NOT_IMPLEMENTED)
+
+  private:
+    template <class... A>
+    static kestrone::HRESULT not_implemented(const A&...) {
+        return kestrone::E_NOTIMPL;
+    }
+};
+#undef KT_NOT_IMPLEMENTED
+
+class FakeComponent : public NoOperations {
   public:
     explicit FakeComponent(std::vector<FakeMacro> macros) : macros_(std::move(macros)) {}
-    virtual ~FakeComponent() = default;
 
     // The Rovanta robot's table as the code file gives it: ids 0 to 20.
     static std::vector<FakeMacro> robot_macros();
@@ -66,48 +83,8 @@ class FakeComponent : public kestrone::IKestroneComponentV5 {
                                    std::int32_t* pRetVal, kestrone::Variant* pvAffected,
                                    std::int32_t* pCycles) noexcept override;
 
-    // Nothing else is asked by a running program.
-#define U(signature)                                \
-    kestrone::HRESULT signature noexcept override { \
-        return kestrone::E_NOTIMPL;                 \
-    }
-    // clang-format off
-    U(get_MultipleAllowed(std::int32_t*)) U(get_MacroCode(std::int32_t, std::string*))
-    U(get_IsSimulating(std::int32_t*)) U(get_HasInitialisation(std::int32_t*))
-    U(get_HasInterrupts(std::int32_t*)) U(get_HasExclusiveInts(std::int32_t*))
-    U(get_InitialisationCode(std::string*)) U(get_InterruptCode(std::string*))
-    U(get_ExclusiveInterrupts(kestrone::Variant*)) U(get_PinName(std::int32_t, std::string*))
-    U(get_DesiredPort(std::int32_t, std::int32_t*)) U(get_Direction(std::int32_t, std::int32_t*))
-    U(get_PortMandatory(std::int32_t, std::int32_t*))
-    U(get_SamePortAsID(std::int32_t, std::int32_t*)) U(get_Description(std::string*))
-    U(get_DesiredBit(std::int32_t, std::int32_t*)) U(get_BitMandatory(std::int32_t, std::int32_t*))
-    U(get_Port(std::int32_t, std::int32_t*)) U(put_Port(std::int32_t, std::int32_t))
-    U(get_Bit(std::int32_t, std::int32_t*)) U(put_Bit(std::int32_t, std::int32_t))
-    U(get_ConnectedOK(std::int32_t*)) U(get_SimIODirection(std::int32_t, std::int32_t*))
-    U(SimReadPins(kestrone::Variant*)) U(SimWritePins(const kestrone::Variant&))
-    U(KeyDown(std::int32_t)) U(KeyUp(std::int32_t)) U(get_SupportsKeys(std::int32_t*))
-    U(get_IsAnalogue(std::int32_t*)) U(put_ClockSpeed(std::int32_t))
-    U(put_PICAnalogueBits(std::int32_t)) U(put_ADCCaptureCode(const std::string&))
-    U(put_ADCReadHighCode(const std::string&)) U(put_ADCReadLowCode(const std::string&))
-    U(put_TargetController(const std::string&)) U(put_ADCReadIntCode(const std::string&))
-    U(put_KestroneVersion(std::int32_t)) U(get_ComponentVersion(std::int32_t*))
-    U(GeneralMethod(std::int32_t, kestrone::Variant*))
-    U(put_GeneralPut(std::int32_t, kestrone::Variant*))
-    U(get_GeneralGet(std::int32_t, kestrone::Variant*)) U(put_KtxFilename(const std::string&))
-    U(get_VNodeCount(std::int32_t*)) U(get_VNodeProtocol(std::int32_t, std::int32_t*))
-    U(get_VNodeName(std::int32_t, std::string*))
-    U(get_VNodeMsgRead(std::int32_t, std::int32_t*, kestrone::Variant*))
-    U(put_VNodeMsgWrite(std::int32_t, std::int32_t, kestrone::Variant*))
-    U(MacroCodeOverride(std::string*)) U(get_CodeFilename(std::string*))
-    U(get_DefinesCode(std::string*)) U(get_ReadCustomImages(std::int32_t, std::string*))
-    U(put_WriteCustomImages(std::int32_t, const std::string&))
-    U(SimMacroCall2(std::int32_t, const kestrone::Variant&, kestrone::Variant*, kestrone::Variant*, std::int32_t*))
-    U(Refresh())
-    // clang-format on
-#undef U
-
-                                                                                        private
-        : const FakeMacro& macro(std::int32_t id) const {
+  private:
+    const FakeMacro& macro(std::int32_t id) const {
         return macros_.at(static_cast<std::size_t>(std::int64_t{id} - first_id));
     }
     std::vector<FakeMacro> macros_;

@@ -78,6 +78,38 @@ TEST(ProjectFile, ReadsTheFirstVersion) {
     EXPECT_EQ(old->at(1).value, Variant::double_(-INFINITY));
 }
 
+// A key is written as text exactly when it is well-formed UTF-8; any other is written as Base64.
+// Code points at the edges of each length and of the excluded ranges, encoded by the textbook rule
+// (which also makes surrogates and points past U+10FFFF, the ill-formed ones).
+TEST(ProjectFile, WritesWellFormedTextAsTextOnly) {
+    const auto utf8 = [](std::uint32_t c) {
+        std::string s;
+        const auto add = [&](std::uint32_t b) { s += static_cast<char>(b); };
+        if (c < 0x80) {
+            add(c);
+        } else if (c < 0x800) {
+            add(0xC0 | c >> 6), add(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            add(0xE0 | c >> 12), add(0x80 | (c >> 6 & 0x3F)), add(0x80 | (c & 0x3F));
+        } else {
+            add(0xF0 | c >> 18), add(0x80 | (c >> 12 & 0x3F));
+            add(0x80 | (c >> 6 & 0x3F)), add(0x80 | (c & 0x3F));
+        }
+        return s;
+    };
+    const std::uint32_t points[] = {0x7F,     0x80,     0x7FF,    0x800,   0xD7FF,
+                                    0xD800,   0xDFFF,   0xE000,   0xFFFF,  0x10000,
+                                    0x10F000, 0x10FFFF, 0x110000, 0x13FFFF};
+    for (const std::uint32_t c : points) {
+        const bool well_formed = c < 0xD800 || (c > 0xDFFF && c <= 0x10FFFF);
+        const std::string file = host::encode_project({{"k" + utf8(c), Variant::integer(1)}});
+        EXPECT_EQ(file.find("\"keyBase64\"") == std::string::npos, well_formed) << std::hex << c;
+    }
+    EXPECT_NE(host::encode_project({{"\xE0\x9F\xBF", Variant::integer(1)}}).find("keyBase64"),
+              std::string::npos)
+        << "an overlong form";
+}
+
 // Each damaged file is refused with a message that names what is wrong.
 TEST(ProjectFile, RefusesDamagedContentWithAReason) {
     const std::string good = host::encode_project({{"iThreshL", Variant::integer(5)}});

@@ -58,7 +58,7 @@ TEST(ValueSyntax, RefusesWhatIsNoValue) {
         "", "abc", "32768%", "2147483648&", "1.5%", "\"open", "\"\\q\"", "\"\\x4\"", "Long[0 to 1](1)",
         "Integer[0 to 0](70000)", "Byte[0 to 0](256)", "Long[0 to 0](\"a\")", "[1, 2", "[1,]", "1e",
         "5 6", "Long[a to b]()", "Boolean[0 to 0](1)", "1e999!", "nan(0x0)!", "nan(0x800000)!",
-        "nan(0x1", "nanx", "inf%", "-nan&", "Single[0 to 0](1e39)"};
+        "nan(0x1", "nanx", "inf%", "-nan&", "Single[0 to 0](1e39)", "Single[0 to 0](True)"};
     // clang-format on
     for (const char* text : kNoValues)
         EXPECT_FALSE(parse_value(text).has_value()) << text;

@@ -2,6 +2,12 @@
 // panel's clock, resizing, and the properties by name.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <set>
+#include <string>
+
 #include "panel/properties.h"
 #include "simulation_fixture.h"
 
@@ -246,6 +252,34 @@ TEST(PanelProperties, ReadAndWriteAsAProgramWould) {
     EXPECT_EQ(robot.el("updownADC", 1).min, 7);
     EXPECT_EQ(robot.el("updownADC", 1).max, 300);
     EXPECT_EQ(robot.el("updownADC", 1).value, 255);
+}
+
+// Every tab index from the logo's 0 to the heading's 37 once; the order of those that take the
+// focus is walked in the view's tests.
+TEST(PanelLayout, EveryTabIndexComesOnce) {
+    panel::Panel p;
+    std::vector<int> stops;
+    for (int id = 0; id < p.count(); ++id)
+        if (p.at(id).tab_index >= 0) stops.push_back(p.at(id).tab_index);
+    std::sort(stops.begin(), stops.end());
+    std::vector<int> expected(38);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(stops, expected);
+}
+
+// The panel was drawn on a grid of whole pixels: at its design every element's edges lie on them,
+// in the panel's pixels or, inside a frame, in whole multiples of 15 twips; and all is shown but
+// the lit LEDs and the motors' moving signs.
+TEST(PanelLayout, AtItsDesignEveryElementStandsOnWholePixels) {
+    const panel::Panel p;
+    const std::set<std::string> hidden{"imageLedOn", "imageUp", "imageDown"};
+    for (int id = 0; id < p.count(); ++id) {
+        const panel::Element& e = p.at(id);
+        const float unit = e.container < 0 ? 1.0f : 15.0f;
+        for (const float length : {e.left, e.top, e.width, e.height})
+            EXPECT_EQ(std::fmod(length, unit), 0.0f) << e.name << "(" << e.index << ") " << length;
+        EXPECT_EQ(e.visible, hidden.count(e.name) == 0) << e.name << "(" << e.index << ")";
+    }
 }
 
 }  // namespace

@@ -76,6 +76,10 @@ TEST(Registration, WritesTheRecordAndRemovesOnlyItsOwn) {
     EXPECT_EQ(rovanta::unregister_component(module), kestrone::S_FALSE);
     // Nothing but the record was ever left in the folder.
     EXPECT_TRUE(std::filesystem::is_empty(folder));
+    // A record that names no module is no other copy's: it goes.
+    dir.write("kestrone/components/" + file.substr(folder.size() + 1), "{\"name\": \"Rovanta\"}\n");
+    EXPECT_EQ(rovanta::unregister_component(module), kestrone::S_OK);
+    EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 TEST(Registration, FailsWithAStatusWhenTheFolderCannotBeMade) {

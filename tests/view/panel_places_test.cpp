@@ -16,30 +16,26 @@ using view_testing::ViewRobot;
 TEST(PanelPlaces, FrameCaptionsSitInTheTopEdgeInTheirColour) {
     ViewRobot robot;
     const QImage image = robot.render();
-    struct Frame {
-        const char* name;
-        int index;
-        int left, top;
-    };
-    for (const Frame f : {Frame{"frameADC", 0, 8, 0}, Frame{"frameADC", 3, 146, 126},
-                          Frame{"frameMotor", 1, 266, 189}, Frame{"Frame1", -1, 82, 68},
-                          Frame{"frameSwitches", -1, 65, 0}}) {
-        SCOPED_TRACE(f.name);
-        const kestrone::ElementView look = robot.look(f.name, f.index);
+    const std::pair<const char*, int> frames[] = {
+        {"frameADC", 0}, {"frameADC", 3}, {"frameMotor", 1}, {"Frame1", -1}, {"frameSwitches", -1}};
+    for (const auto& [name, index] : frames) {
+        SCOPED_TRACE(name);
+        const kestrone::ElementView look = robot.look(name, index);
+        const QRect box = robot.box(name, index);
+        const int left = box.left(), top = box.top();
         // The etched line runs half a text line down; the caption's back cuts it from a pixel
         // before the text on.
-        EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 6), rgb(look.shadow));
-        EXPECT_EQ(rgb_at(image, f.left + 3, f.top + 7), rgb(look.light));
-        EXPECT_EQ(rgb_at(image, f.left + 4, f.top + 6), rgb(look.shadow));
-        EXPECT_EQ(rgb_at(image, f.left + 5, f.top + 6), rgb(look.back));
+        EXPECT_EQ(rgb_at(image, left + 3, top + 6), rgb(look.shadow));
+        EXPECT_EQ(rgb_at(image, left + 3, top + 7), rgb(look.light));
+        EXPECT_EQ(rgb_at(image, left + 4, top + 6), rgb(look.shadow));
+        EXPECT_EQ(rgb_at(image, left + 5, top + 6), rgb(look.back));
         // The etching round the bottom: shadow, then light on the frame's last row.
-        const QRect box = robot.box(f.name, f.index);
-        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom() - 1), rgb(look.shadow));
-        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom()), rgb(look.light));
-        EXPECT_EQ(rgb_at(image, f.left + 3, box.bottom() - 2), rgb(look.back));
-        EXPECT_GT(count_ink(image, QRect(f.left + 6, f.top, 18, 6), look.fore, look.back), 4);
+        EXPECT_EQ(rgb_at(image, left + 3, box.bottom() - 1), rgb(look.shadow));
+        EXPECT_EQ(rgb_at(image, left + 3, box.bottom()), rgb(look.light));
+        EXPECT_EQ(rgb_at(image, left + 3, box.bottom() - 2), rgb(look.back));
+        EXPECT_GT(count_ink(image, QRect(left + 6, top, 18, 6), look.fore, look.back), 4);
         // No ink left of the caption, above the frame's line.
-        EXPECT_EQ(count_ink(image, QRect(f.left, f.top, 5, 6), look.fore, look.back), 0);
+        EXPECT_EQ(count_ink(image, QRect(left, top, 5, 6), look.fore, look.back), 0);
     }
     // The frame of the heading pictures has no caption: its pictures cover its edge.
     EXPECT_EQ(rgb_at(image, 150, 2), 0xFFFFFFu);

@@ -1,4 +1,5 @@
-// The view's tests run under the offscreen platform: no display is needed.
+// The views' tests, the panel's and the world's, run under the offscreen platform: no display is
+// needed.
 #include <gtest/gtest.h>
 
 #include <QApplication>

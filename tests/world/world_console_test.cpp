@@ -63,6 +63,7 @@ TEST(WorldConsole, AnswersThePoseTheZonesAndFailsAsItShould) {
         {"world in start", "ok True"},
         {"world in far", "ok False"},
         {"world in Start", "fail the world has no zone Start"},
+        {"world in \"\\q\"", "fail the world has no zone \"\\q\""},
         // A bad file changes nothing.
         {"world load " + bad, "fail " + bad + ":3: wall takes 4 numbers (x1 y1 x2 y2), not 3"},
         {"world y", "ok 500&"},

@@ -21,16 +21,6 @@ struct NoPanel : PanelPort {
     bool arrow(int, bool) override { return false; }
 };
 
-QApplication& app() {
-    static int argc = 1;
-    static char name[] = "world_view_tests";
-    static char* argv[] = {name, nullptr};
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Never destroyed: it must outlive every widget, and the process's end tidies it.
-    static QApplication* a = new QApplication(argc, argv);
-    return *a;
-}
-
 // 2000 by 1500: a wall down the middle, a line track, a light and a goal.
 const char* const kArena = R"(size 2000 1500
 robot 400 300 0
@@ -41,7 +31,6 @@ zone goal 1600 1100 300 300
 )";
 
 struct Scene {
-    QApplication& application = app();  // before any widget
     World world;
     NoPanel panel;
     WorldDriver driver{world, panel};

@@ -23,6 +23,7 @@ struct Lesson {
     std::optional<std::string> program;  // the starting program's text, or the student's work
     std::vector<kestrone::MemoryStore::Entry> settings;
     std::vector<std::string> checks;  // console lines, run in order
+    bool operator==(const Lesson&) const = default;
 };
 
 // The lesson in `text`, or nullopt with `what` saying what is wrong (without the file's name).
@@ -31,9 +32,9 @@ std::optional<Lesson> parse_lesson(std::string_view text, const kflow::MacroTabl
                                    std::string* what);
 
 // The lesson in the file at `path`: a regular file of at most 16 MB. nullopt with `error` as
-// "FILE: what".
+// "FILE: what". With `text`, the file's text too.
 std::optional<Lesson> read_lesson(const std::string& path, const kflow::MacroTable* macros,
-                                  std::string* error);
+                                  std::string* error, std::string* text = nullptr);
 
 // The folder of the lesson at `path`, where its checks find the files they name: empty for a
 // lesson in the current folder.

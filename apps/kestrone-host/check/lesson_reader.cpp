@@ -141,7 +141,7 @@ std::optional<Lesson> parse_lesson(std::string_view text, const kflow::MacroTabl
 }
 
 std::optional<Lesson> read_lesson(const std::string& path, const kflow::MacroTable* macros,
-                                  std::string* error) {
+                                  std::string* error, std::string* file_text) {
     std::string text, why;
     std::optional<Lesson> l;
     if (!host::read_user_file(path, host::kLargestTextFile, "a lesson", &text, &why))
@@ -149,6 +149,7 @@ std::optional<Lesson> read_lesson(const std::string& path, const kflow::MacroTab
     else
         l = parse_lesson(text, macros, &why);
     if (!l && error) *error = path + ": " + why;
+    if (l && file_text) *file_text = std::move(text);
     return l;
 }
 

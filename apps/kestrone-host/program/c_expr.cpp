@@ -75,9 +75,15 @@ CValue CExprWriter::after(const CValue& side, std::int16_t v) {
     return {"(" + t + " = (" + side.text + ", " + c_literal(v) + "), " + t + ")", v, true, false};
 }
 
+CValue CExprWriter::widened(const std::string& narrow, bool effect, const std::string& prefix) {
+    if (!prefix.empty())
+        return {"(" + prefix + "(int)" + narrow + ")", std::nullopt, effect, false};
+    return {"(int)" + narrow, std::nullopt, effect, false, narrow};
+}
+
 CValue CExprWriter::truth(const CValue& v) {
     if (v.known) return after(v, *v.known != 0);
-    return {"(int)(" + operand(v) + " != 0)", std::nullopt, v.effect, false};
+    return widened("(" + operand(v) + " != 0)", v.effect);
 }
 
 std::string CExprWriter::temporary() {
@@ -97,8 +103,8 @@ CValue CExprWriter::value(ExprId id) {
         }
         case ExprKind::Variable: {
             const Variable& var = p_.variables[static_cast<std::size_t>(e.ref)];
-            return {(var.is_byte ? "(int)" : "") + std::string(kVariablePrefix) + var.name,
-                    std::nullopt, false, false};
+            const std::string name = kVariablePrefix + var.name;
+            return var.is_byte ? widened(name, false) : CValue{name, std::nullopt, false, false};
         }
         case ExprKind::Call:
             return call(e);
@@ -114,7 +120,7 @@ CValue CExprWriter::unary(const Expr& e) {
     const CValue v = value(e.lhs);
     if (v.known) return after(v, pic::unary(e.op, *v.known));
     // Not as !x: the port has read !b wrongly where b was set from && just before.
-    if (e.op == Op::Not) return {"(int)(" + operand(v) + " == 0)", std::nullopt, v.effect, false};
+    if (e.op == Op::Not) return widened("(" + operand(v) + " == 0)", v.effect);
     return {op_text(e.op) + operand(v), std::nullopt, v.effect, true};
 }
 
@@ -151,7 +157,9 @@ CValue CExprWriter::binary(const Expr& e) {
         text = std::string(routine->name) + "(" + left + ", " + right + ")";
     } else {
         text = left + " " + op_text(e.op) + " " + right;
-        if (comparison(e.op)) text = "(int)(" + text + ")";
+        if (comparison(e.op)) return widened("(" + text + ")", l.effect || r.effect, prefix);
+        if (e.op == Op::Add && !ordered && !l.narrow.empty() && !r.narrow.empty())
+            text = "(int)((unsigned int)" + l.narrow + " + (unsigned int)" + r.narrow + ")";
     }
     const bool effect = l.effect || r.effect || !safe;
     // The port folds x ^ x to a 0 that a comparison then reads as unsigned (-1 > (x ^ x) holds
@@ -205,8 +213,8 @@ CValue CExprWriter::call(const Expr& e) {
         }
         list += (list.empty() ? "" : ", ") + text;
     }
-    std::string text = m.name + "(" + list + ")";
-    if (m.is_function && m.returns != "int") text = "(int)" + text;
+    const std::string text = m.name + "(" + list + ")";
+    if (m.is_function && m.returns != "int") return widened(text, true, prefix);
     return {prefix.empty() ? text : "(" + prefix + text + ")", std::nullopt, true, false};
 }
 

@@ -18,13 +18,16 @@
 //   helpers: an arithmetic right shift, and counts from 16 up shift all out;
 // - where two operands of one operator (or two arguments of one call) each call a macro or may
 //   stop the program, they are evaluated left to right through temporaries, since C leaves that
-//   order open.
+//   order open;
+// - the sum of two such chars is made in unsigned int and cast back: the port, given
+//   i = (int)b + (int)c, writes messages without end where i is later narrowed to a char.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "program.h"
 
@@ -37,10 +40,17 @@ enum class Helper { Stop, Delay, Divide, Remainder, ShiftLeft, ShiftRight };
 
 // An expression as C of type int.
 struct CValue {
+    CValue() = default;
+    CValue(std::string t, std::optional<std::int16_t> k, bool e, bool c, std::string n = {})
+        : text(std::move(t)), known(k), effect(e), compound(c), narrow(std::move(n)) {}
+
     std::string text;
     std::optional<std::int16_t> known;  // the value it has on every run
     bool effect = false;                // it calls a macro or may stop the program
     bool compound = false;              // an operation: bracketed where it is an operand
+    // The char the int was cast from (a byte variable, a 0 or 1, a macro's char), bracketed;
+    // empty for a value that is an int itself.
+    std::string narrow;
 };
 
 // A literal's C: the 16-bit value, negative ones in brackets.
@@ -69,6 +79,8 @@ class CExprWriter {
     std::optional<CValue> decided(const Expr& e, const CValue& l, const CValue& r);
     // A known result once `side` has run for its effect.
     CValue after(const CValue& side, std::int16_t v);
+    // A char read as an int; after `prefix`, the temporaries it needs, it is an int alone.
+    static CValue widened(const std::string& narrow, bool effect, const std::string& prefix = "");
     // 1 when the value is not 0.
     CValue truth(const CValue& v);
 

@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "action_recorder.h"
@@ -45,12 +46,15 @@ struct Lesson;
 
 namespace window {
 
+class LessonDialog;
 class PropertiesDialog;
 class ScopeDock;
 
 // The file dialogs; an empty name when the user cancels.
 QString ask_open_path(QWidget* parent, const QString& title, const QString& filter);
 QString ask_save_path(QWidget* parent, const QString& title, const QString& filter);
+// A name ending in .klesson.
+bool is_lesson_file(const std::string& path);
 
 struct WindowOptions {
     std::string module;    // the component module
@@ -128,6 +132,17 @@ class MainWindow : public QMainWindow {
     // A lesson (window_lesson.cpp): its settings, arena, program and instructions; a bad one is
     // told with its file and what is wrong, and changes nothing.
     bool open_lesson(const std::string& path);
+    // window_lesson_files.cpp: the editor's program saved into the open lesson, at its own file
+    // or at a new one, every other byte of the lesson kept; a new lesson of the open program,
+    // arena and settings, its title, instructions and checks edited in a dialog first (the file
+    // asked for after it when `path` is empty). False with the user told when it fails.
+    bool save_into_lesson(const std::string& path);
+    bool new_lesson(const std::string& path = {});
+    const std::string& lesson_path() const { return lesson_path_; }
+    // Tests fill the new lesson's dialog themselves (true: OK).
+    void set_edit_lesson(std::function<bool(LessonDialog&)> edit) {
+        edit_lesson_ = std::move(edit);
+    }
     void reset_robot();
     // The panel as it stands to a PNG: at a zoom of 1, as the console's snapshot; with an arena,
     // the panel and the world side by side at the window's zoom. False with the user told when
@@ -228,6 +243,11 @@ class MainWindow : public QMainWindow {
     // window_lesson.cpp
     void build_lesson_dock();
     bool take_lesson_settings(const lesson::Lesson& lesson, const std::string& path);
+    void show_lesson_text(const lesson::Lesson& lesson);
+    // window_lesson_files.cpp
+    bool write_lesson_file(const std::string& path, const std::string& text);
+    void show_saved_lesson(const std::string& path, const std::string& text);
+    std::optional<std::string> open_arena_text();
 
     WindowOptions options_;
     WindowSettings settings_;
@@ -266,6 +286,8 @@ class MainWindow : public QMainWindow {
     QDockWidget* lesson_dock_ = nullptr;
     QTextBrowser* lesson_text_ = nullptr;
     std::string lesson_path_;
+    std::string lesson_source_;  // the open lesson's text, as read or last saved
+    std::function<bool(LessonDialog&)> edit_lesson_;
     kestrone::IKestronePanel* shown_panel_ = nullptr;
     kestrone::IKestroneComponentV5* checked_against_ = nullptr;
     std::function<bool()> confirm_discard_;

@@ -18,16 +18,18 @@ void MainWindow::build_lesson_dock() {
     lesson_text_->setOpenExternalLinks(true);
     lesson_dock_->setWidget(lesson_text_);
     addDockWidget(Qt::RightDockWidgetArea, lesson_dock_);
+    // A tab beside the chart, in front while a lesson is new: the instructions get the room.
+    tabifyDockWidget(chart_, lesson_dock_);
     lesson_dock_->hide();
 }
 
 // A bad lesson is told with its file and what is wrong, and nothing of it is used.
 bool MainWindow::open_lesson(const std::string& path) {
-    if (!may_discard()) return false;
+    if (!may_discard() || !may_discard_program()) return false;
     std::optional<kflow::MacroTable> macros;
     if (session().component()) macros = kflow::MacroTable::read(*session().component(), nullptr);
-    std::string error;
-    const auto lesson = lesson::read_lesson(path, macros ? &*macros : nullptr, &error);
+    std::string error, text;
+    const auto lesson = lesson::read_lesson(path, macros ? &*macros : nullptr, &error, &text);
     if (!lesson) {
         tell("The lesson could not be opened: " + error);
         return false;
@@ -37,11 +39,13 @@ bool MainWindow::open_lesson(const std::string& path) {
     if (!take_lesson_settings(*lesson, path)) return false;
     if (lesson->arena && !stage_.world_driver().load_text(*lesson->arena, path, &error))
         tell("The lesson's arena could not be loaded: " + error);
-    if (lesson->arena)
+    if (lesson->arena) {
+        arena_path_.clear();
         recorder_.note_comment("the arena of the lesson " + path + " was loaded here");
-    else
+    } else
         close_arena();
     program_->hide();
+    file_.follow({}, {});
     if (lesson->program) {
         if (stage_.load_program_text(*lesson->program, path, &error)) {
             // The editor holds the lesson's program; the lesson's file is not a program to read.
@@ -56,12 +60,19 @@ bool MainWindow::open_lesson(const std::string& path) {
             tell("The lesson's program could not be loaded: " + error);
         }
     }
-    lesson_dock_->setWindowTitle(QString::fromStdString(lesson->title));
-    lesson_text_->setMarkdown(QString::fromStdString(lesson->instructions));
-    lesson_dock_->show();
+    show_lesson_text(*lesson);
     lesson_path_ = path;
+    lesson_source_ = std::move(text);
+    remember_file(path);
     after_action();
     return true;
+}
+
+void MainWindow::show_lesson_text(const lesson::Lesson& lesson) {
+    lesson_dock_->setWindowTitle(QString::fromStdString(lesson.title));
+    lesson_text_->setMarkdown(QString::fromStdString(lesson.instructions));
+    lesson_dock_->show();
+    lesson_dock_->raise();
 }
 
 // A new object that takes the lesson's settings as a host loads a project; the recording says

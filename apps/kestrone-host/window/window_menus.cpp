@@ -23,7 +23,8 @@ QString ask_save_path(QWidget* parent, const QString& title, const QString& filt
 namespace {
 const QString kProjects = QStringLiteral("Projects (*.kproj *.json);;All files (*)");
 const QString kScripts = QStringLiteral("Console scripts (*.console);;All files (*)");
-const QString kPrograms = QStringLiteral("Robot programs (*.kflow);;All files (*)");
+const QString kPrograms =
+    QStringLiteral("Robot programs (*.kflow);;Lessons (*.klesson);;All files (*)");
 const QString kArenas = QStringLiteral("Arenas (*.world);;All files (*)");
 const QString kLessons = QStringLiteral("Lessons (*.klesson);;All files (*)");
 
@@ -73,6 +74,9 @@ void MainWindow::build_file_menu() {
     close_arena_ = file->addAction(tr("&Close arena"), this, [this] { close_arena(); });
     file_entry(file, this, tr("Open &lesson..."), tr("Open a lesson"), kLessons, false,
                [this](const std::string& p) { open_lesson(p); });
+    file->addAction(tr("New lesso&n..."), this, [this] { new_lesson(); });
+    file_entry(file, this, tr("Save lesson as..."), tr("Save the lesson as"), kLessons, true,
+               [this](const std::string& p) { save_into_lesson(p); });
     file->addSeparator();
     recent_menu_ = file->addMenu(tr("Recent &files"));
     fill_recent_menu();

@@ -121,6 +121,9 @@ bool MainWindow::save_program() {
 }
 
 bool MainWindow::save_program_as(const std::string& path) {
+    // A program saved as a lesson goes into the open one, or makes a new one.
+    if (is_lesson_file(path))
+        return lesson_path_.empty() ? new_lesson(path) : save_into_lesson(path);
     std::string error;
     if (!file_.write(QString::fromStdString(path), editor()->text(), &error)) {
         tell(error);
@@ -171,6 +174,7 @@ bool MainWindow::open_file(const std::string& path) {
     const QString suffix = QFileInfo(QString::fromStdString(path)).suffix();
     if (suffix == QLatin1String("kflow")) return open_program(path);
     if (suffix == QLatin1String("world")) return open_arena(path);
+    if (suffix == QLatin1String("klesson")) return open_lesson(path);
     return open_project(path);
 }
 
