@@ -28,6 +28,7 @@ TEST(ValueSyntax, ReadsEveryKind) {
         {"-1&", Variant::long_(-1)},
         {"3000000000", Variant::double_(3e9)},
         {"0.5", Variant::double_(0.5)},
+        {"+12", Variant::integer(12)},
         {"1E3", Variant::double_(1000)},
         {"75!", Variant::single(75.0f)},
         {"1263.9409!", Variant::single(1263.9409f)},

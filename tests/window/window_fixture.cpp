@@ -60,7 +60,9 @@ Variant WindowTest::call(const std::string& name, std::vector<Variant> args, boo
 }  // namespace window_testing
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Offscreen unless a display is asked for (the tests run once under Xvfb too).
+    const QByteArray platform = qgetenv("KESTRONE_TEST_PLATFORM");
+    qputenv("QT_QPA_PLATFORM", platform.isEmpty() ? QByteArray("offscreen") : platform);
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

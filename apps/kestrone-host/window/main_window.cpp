@@ -62,6 +62,7 @@ MainWindow::MainWindow(WindowOptions options, SteadyClock clock)
     connect(&clock_, &RealTimeClock::advanced, this, &MainWindow::after_action);
     connect(&player_, &ScriptPlayer::finished, this, &MainWindow::played_to_end);
     connect_program_parts();
+    connect_chart();
     restore_layout();
     update_title();
 }

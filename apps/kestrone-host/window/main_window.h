@@ -230,6 +230,8 @@ class MainWindow : public QMainWindow {
     void remember_file(const std::string& path);
     void open_project_links();
     void hex_built(bool ok, const QString& why, const QStringList& messages);
+    // window_chart.cpp: edits and breakpoints made on the chart, into the editor.
+    void connect_chart();
     // window_debug.cpp
     bool load_editor_program();
     bool begin_debugging();

@@ -155,6 +155,7 @@ void ProgramEditor::set_breakpoints(const std::set<int>& lines) {
     markerDeleteAll(kBreakMarker);
     for (const int line : lines)
         markerAdd(line - 1, kBreakMarker);
+    emit breakpoint_marks_changed();
 }
 
 void ProgramEditor::toggle_breakpoint(int line) {
@@ -162,6 +163,7 @@ void ProgramEditor::toggle_breakpoint(int line) {
         markerDelete(line - 1, kBreakMarker);
     else
         markerAdd(line - 1, kBreakMarker);
+    emit breakpoint_marks_changed();
 }
 
 void ProgramEditor::go_to(int line, int column) {

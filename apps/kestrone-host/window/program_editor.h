@@ -52,6 +52,8 @@ class ProgramEditor : public QsciScintilla {
   signals:
     // The user set or cleared a breakpoint by the margin.
     void breakpoints_changed();
+    // The breakpoints shown changed, however that came about.
+    void breakpoint_marks_changed();
 
   private:
     void dwell(int position, int x, int y);

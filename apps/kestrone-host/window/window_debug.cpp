@@ -30,6 +30,7 @@ bool MainWindow::load_editor_program() {
     }
     loaded_as_ = name;
     push_breakpoints();
+    update_chart();  // the object is ready now: its macros chart the text that runs
     return true;
 }
 
