@@ -203,6 +203,7 @@ int run_window(const Invocation& in) {
     options.lesson = o.value("lesson").toStdString();
     options.run = o.value("run").toStdString();
     options.quit_after_play = o.isSet("quit-after-play");
+    options.scope = o.isSet("scope");
     bool zoom_ok = true;
     options.zoom = o.isSet("zoom") ? o.value("zoom").toInt(&zoom_ok) : 0;
     if (!zoom_ok || (o.isSet("zoom") && (options.zoom < 1 || options.zoom > 3))) {
@@ -215,7 +216,8 @@ int run_window(const Invocation& in) {
 constexpr std::array kCommands{
     HostCommand{"window", "the panel in a window (the default where a display exists)",
                 "kestrone-host window [--module PATH | --component NAME] [--project FILE]\n"
-                "                     [--world FILE] [--lesson FILE] [--run FILE] [--zoom N]\n"
+                "                     [--world FILE] [--lesson FILE] [--run FILE] [--zoom N] "
+                "[--scope]\n"
                 "                     [--play FILE [--snapshot PNG] [--shot PNG] "
                 "[--quit-after-play]]\n\n"
                 "A workbench for robot programs beside the panel: an editor that checks as you "
@@ -227,6 +229,7 @@ constexpr std::array kCommands{
                 "  --run FILE         a robot program, opened and run at once\n"
                 "  --zoom N           the panel's and the text's zoom, 1, 2 or 3 (default: as "
                 "last left)\n"
+                "  --scope            the scope shown from the start\n"
                 "  --play FILE        a console script played in real time\n"
                 "  --snapshot PNG     the panel (and world) as a picture once the script has "
                 "played\n"
@@ -363,6 +366,7 @@ void add_host_options(QCommandLineParser& parser) {
          "PNG"},
         {"shot", "window: write the whole window as a PNG once the script has played.", "PNG"},
         {"quit-after-play", "window: close once the script has played."},
+        {"scope", "window: show the scope from the start."},
         {"jobs", "check: the number of programs checked at once (default: one per core).", "N"},
         {"shard", "check: only the programs at places K, K + M, K + 2M, ...", "K/M"},
         {"junit", "check: write a JUnit XML report.", "FILE"},

@@ -10,12 +10,15 @@
 #include <fstream>
 #include <map>
 #include <random>
+#include <set>
 #include <sstream>
 
 #include "command.h"
+#include "gtkw_view.h"
 #include "pins.h"
 #include "signal_log.h"
 #include "support/temp_dir.h"
+#include "vcd_writer.h"
 #include "window_double.h"
 
 namespace {
@@ -217,7 +220,8 @@ Rows read_vcd(const std::string& path, std::string* header) {
             in >> type >> width >> id >> name;
             for (int i = 0; i < 13; ++i)
                 if (name == names[i]) ids[id] = i;
-            *header += name + (width == "1" ? " " : "[" + width + "] ");
+            *header += (type == "wire" ? "" : type + " ") + name +
+                       (width == "1" ? " " : "[" + width + "] ");
         } else if (w == "$timescale" || w == "$scope") {
             std::string a, b;
             in >> a >> b;
@@ -279,14 +283,40 @@ TEST(SignalLog, CsvAndVcdHoldEveryReadingAtItsMoment) {
             const Rows rows = vcd ? read_vcd(dir.path() + "/" + file, &header)
                                   : read_csv(dir.path() + "/" + file, &header);
             check(r, rows, vcd ? 1000 : 1, vcd, seed);
-            EXPECT_EQ(header, vcd ? std::string("$timescale 1 us $scope module panel PORTD[8] RB0 "
-                                                "RB1 RB2 RB3 RC0 RC5 duty_left[10] duty_right[10] "
-                                                "RB5 ") +
-                                        (r.arena ? "x[32] y[32] theta[32] " : "")
-                                  : "time_ms,motor_left,motor_right,phase_left,phase_right,leds,"
-                                    "switch_left,switch_right,line_left,line_right,ldr,mic,"
-                                    "ir_left,ir_forward,ir_right,tone_hz,heading,x,y,theta");
+            EXPECT_EQ(header,
+                      vcd ? std::string("$timescale 1 us $scope module panel PORTD[8] RB0 "
+                                        "RB1 RB2 RB3 RC0 RC5 duty_left[10] duty_right[10] "
+                                        "RB5 ") +
+                                (r.arena ? "integer x[32] integer y[32] integer theta[32] " : "")
+                          : "time_ms,motor_left,motor_right,phase_left,phase_right,leds,"
+                            "switch_left,switch_right,line_left,line_right,ldr,mic,"
+                            "ir_left,ir_forward,ir_right,tone_hz,heading,x,y,theta");
         }
+}
+
+// The view for GTKWave names each pin as the dump declares it (a vector with its bit range), or
+// GTKWave leaves it out.
+TEST(SignalLog, TheViewNamesEveryPinAsTheDumpDeclaresIt) {
+    std::vector<signal_log::VcdVariable> variables;
+    for (const signal_log::PinInfo& p : signal_log::pins())
+        variables.push_back({p.name, p.width});
+    std::ostringstream dump, view;
+    signal_log::VcdWriter(dump, "", signal_log::kPinScope, variables);
+    signal_log::write_gtkw(view, "panel.vcd");
+    std::set<std::string> declared, shown;
+    std::istringstream lines(dump.str());
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string var, type, width, id, name, range;
+        if (words >> var >> type >> width >> id >> name >> range && var == "$var")
+            declared.insert(std::string(signal_log::kPinScope) + "." + name +
+                            (range == "$end" ? "" : range));
+    }
+    std::istringstream rows(view.str());
+    for (std::string row; std::getline(rows, row);)
+        if (row.starts_with(std::string(signal_log::kPinScope) + ".") && !row.ends_with("."))
+            shown.insert(row);
+    EXPECT_EQ(shown, declared);
 }
 
 // The chip's registers that would show a moment of the panel, by the robot's wiring, carry the

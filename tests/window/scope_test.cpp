@@ -9,6 +9,8 @@
 #include <qcustomplot.h>
 
 #include <QApplication>
+#include <QLabel>
+#include <QTest>
 #include <QWheelEvent>
 
 #include "scope_dock.h"
@@ -67,6 +69,16 @@ TEST_F(WindowTest, TheScopeFollowsTheLineFollowerAndItsCursorReadsTheLog) {
     const auto wide = scope.time_range();
     QApplication::sendEvent(plot, &wheel);
     EXPECT_LT(scope.time_range().second - scope.time_range().first, wide.second - wide.first);
+    // A left press drags the time; only a right one puts the cursor, at that pixel's moment.
+    auto* readout = scope.findChild<QLabel*>();
+    const double pointed =
+        plot->axisRect(plot->axisRectCount() - 1)->axis(QCPAxis::atBottom)->pixelToCoord(over.x());
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
+        QTest::mousePress(plot, button, Qt::NoModifier, over.toPoint());
+        QTest::mouseRelease(plot, button, Qt::NoModifier, over.toPoint());
+        EXPECT_EQ(readout->text().startsWith(QString::number(pointed, 'f', 0) + " ms:"),
+                  button == Qt::RightButton);
+    }
     const std::string csv = dir.path() + "/scope.csv";
     ASSERT_TRUE(window_->export_log(csv));
     const auto rows = read_csv(csv);

@@ -6,6 +6,7 @@
 #include <QWheelEvent>
 #include <random>
 
+#include "scope_dock.h"
 #include "window_fixture.h"
 
 namespace window_testing {
@@ -129,19 +130,23 @@ TEST_F(WindowWorldTest, AProgramRunInTheWindowDrivesTheRobotAndAResetBringsItBac
     EXPECT_TRUE(recorded("world reset"));
 }
 
-// --world and --run: the window opens with the arena and the program running, its clock where
-// it started.
+// --world, --run and --scope: the window opens with the arena, the program running, its clock
+// where it started, and the scope in front of the problems.
 TEST(WindowWorldStartTest, OpensWithTheArenaAndRunsTheProgram) {
     window::WindowOptions options;
     options.module = KESTRONE_MODULE;
     options.world = example("line_track.world");
     options.run = example("line_follower.kflow");
+    options.scope = true;
     window::MainWindow window(options, [] { return std::int64_t{5'000'000}; });
     ASSERT_TRUE(window.start());
     EXPECT_TRUE(window.world().loaded());
     EXPECT_EQ(window.stage().program().state(), kflow::RunState::Running);
     EXPECT_LT(window.session().now(), 100);
     EXPECT_EQ(window.exit_status(), 0);
+    window.show();
+    QApplication::processEvents();
+    EXPECT_FALSE(window.scope()->visibleRegion().isEmpty());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "dialogue_font.h"
 
 #include <QFontMetrics>
+#include <QHash>
 
 namespace panelqt {
 
@@ -12,6 +13,7 @@ constexpr const char* kFamily = "DejaVu Sans";
 constexpr int kPixelSize = 10;
 // DejaVu Sans is a little wide for a dialogue font: narrowed, its digits fill the 6-pixel cell.
 constexpr int kStretch = 94;
+constexpr qsizetype kWidthsKept = 256;
 
 }  // namespace
 
@@ -27,8 +29,15 @@ QFont dialogue_font() {
     return font;
 }
 
+// A frame's caption is measured at each repaint of the frame: the widths are kept (a few captions,
+// at one font), since making the font and shaping the text cost more than the rest of the paint.
 int text_width(const QString& text) {
-    return QFontMetrics(dialogue_font()).horizontalAdvance(text);
+    thread_local QHash<QString, int> widths;
+    if (const auto known = widths.constFind(text); known != widths.constEnd()) return *known;
+    if (widths.size() >= kWidthsKept) widths.clear();
+    const int width = QFontMetrics(dialogue_font()).horizontalAdvance(text);
+    widths.insert(text, width);
+    return width;
 }
 
 }  // namespace panelqt

@@ -128,9 +128,16 @@ void paint_text(QPainter& p, const QString& text, int left, int top, int width, 
     // 0 left, 1 right, 2 centre.
     static constexpr Qt::Alignment kAlign[] = {Qt::AlignLeft, Qt::AlignRight, Qt::AlignHCenter};
     const Qt::Alignment h = alignment >= 0 && alignment < 3 ? kAlign[alignment] : Qt::AlignLeft;
+    const QRect cell(left, top, width, kTextCellHeight);
+    // A repaint of a small change inside a frame need not lay out the frame's caption. Only the
+    // rows are compared: a text wider than its cell runs past it sideways.
+    if (p.hasClipping()) {
+        const QRectF clip = p.clipBoundingRect();
+        if (clip.bottom() <= cell.top() || clip.top() >= cell.top() + kTextCellHeight) return;
+    }
     p.setFont(dialogue_font());
     p.setPen(qt_colour(colour));
-    p.drawText(QRect(left, top, width, kTextCellHeight), static_cast<int>(h | Qt::AlignTop), text);
+    p.drawText(cell, static_cast<int>(h | Qt::AlignTop), text);
 }
 
 void paint_element(QPainter& p, const ElementPaint& e) {

@@ -14,9 +14,33 @@ using kestrone::S_OK;
 
 namespace {
 
-// At most one repaint a display frame.
-constexpr int kFrameMs = 16;
 constexpr int kMinZoom = 1, kMaxZoom = 3;
+// Places this close are painted as one.
+constexpr int kNear = 4;
+
+// `r` into `boxes`: the box of it and of every box that lies close to it, taken in until none
+// is left. The wheels turning at both sides of the panel change a few thin strips each; the box
+// around all of them would take in most of the panel, and painting every element in it would
+// cost far more than painting each group apart.
+void gather(std::vector<QRect>& boxes, QRect r) {
+    for (auto it = boxes.begin(); it != boxes.end();) {
+        if (it->adjusted(-kNear, -kNear, kNear, kNear).intersects(r)) {
+            r |= *it;
+            boxes.erase(it);
+            it = boxes.begin();
+        } else {
+            ++it;
+        }
+    }
+    boxes.push_back(r);
+}
+
+std::vector<QRect> clusters(const QRegion& region) {
+    std::vector<QRect> boxes;
+    for (const QRect& r : region)
+        gather(boxes, r);
+    return boxes;
+}
 
 }  // namespace
 
@@ -34,12 +58,13 @@ HRESULT DirectPanelInput::arrow(std::int32_t id, bool up) {
 }
 
 PanelView::PanelView(kestrone::IKestronePanel& panel, PanelInput& input, QWidget* parent)
-    : QWidget(parent), panel_(&panel), input_(input), scene_(std::make_unique<PanelScene>(panel)) {
+    : QWidget(parent),
+      panel_(&panel),
+      input_(input),
+      scene_(std::make_unique<PanelScene>(panel)),
+      pacer_(*this, [this] { flush(); }) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    frame_timer_.setSingleShot(true);
-    frame_timer_.setInterval(kFrameMs);
-    connect(&frame_timer_, &QTimer::timeout, this, &PanelView::flush);
     reset(panel);
 }
 
@@ -56,7 +81,8 @@ void PanelView::reset(kestrone::IKestronePanel& panel) {
     scene_->reset(panel);
     focused_ = -1;
     pending_ = QRegion();
-    frame_timer_.stop();
+    boxes_.clear();
+    pacer_.cancel();
     if (panel_->GetRevision(&painted_revision_) != S_OK) painted_revision_ = 0;
     remember_places();
     set_zoom(zoom_);
@@ -76,15 +102,14 @@ void PanelView::refresh() {
         schedule(rect());
         return;
     }
-    QRegion region;
     for (const std::int32_t id : changed) {
         // An element that moved or hid leaves its old place to repaint as well.
         const QRect place = scene_->element_rect(id);
-        region += scaled(last_rects_[id]);
-        region += scaled(place);
-        last_rects_[id] = place;
+        QRect& last = last_rects_[id];
+        schedule(scaled(last));
+        if (place != last) schedule(scaled(place));
+        last = place;
     }
-    schedule(region);
 }
 
 QRect PanelView::scaled(const QRect& r) const {
@@ -103,15 +128,22 @@ void PanelView::remember_places() {
         last_rects_[id] = scene_->element_rect(id);
 }
 
-void PanelView::schedule(const QRegion& region) {
-    pending_ += region;
-    if (!frame_timer_.isActive()) frame_timer_.start();
+// Called at every tick for the same few elements: the region grows only by a place outside the
+// boxes already due, and then by the box that gathers it.
+void PanelView::schedule(const QRect& place) {
+    pacer_.request();
+    if (place.isEmpty()) return;
+    for (const QRect& box : boxes_)
+        if (box.contains(place)) return;
+    gather(boxes_, place);
+    pending_ += boxes_.back();
 }
 
 void PanelView::flush() {
     if (pending_.isEmpty()) return;
     update(pending_);
     pending_ = QRegion();
+    boxes_.clear();
 }
 
 void PanelView::paintEvent(QPaintEvent* event) {
@@ -121,14 +153,16 @@ void PanelView::paintEvent(QPaintEvent* event) {
     refresh();
     QPainter p(this);
     p.scale(zoom_, zoom_);
-    const QRect area = event->rect();
-    // The panel pixels the event touches, rounded outwards.
-    const QRect panel_area(QPoint(area.left() / zoom_, area.top() / zoom_),
-                           QPoint(area.right() / zoom_, area.bottom() / zoom_));
-    scene_->paint(p, panel_area, focused_);
+    for (const QRect& area : clusters(event->region())) {
+        // The panel pixels the area touches, rounded outwards.
+        const QRect panel_area(QPoint(area.left() / zoom_, area.top() / zoom_),
+                               QPoint(area.right() / zoom_, area.bottom() / zoom_));
+        scene_->paint(p, panel_area, focused_);
+    }
     ++repaint_count_;
     pending_ -= event->region();
-    if (pending_.isEmpty()) frame_timer_.stop();
+    boxes_.clear();
+    if (pending_.isEmpty()) pacer_.cancel();
 }
 
 QImage render_panel(kestrone::IKestronePanel& panel, int zoom, int device_pixel_ratio) {

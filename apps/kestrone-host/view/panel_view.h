@@ -6,12 +6,13 @@
 #include <QImage>
 #include <QRect>
 #include <QRegion>
-#include <QTimer>
 #include <QWidget>
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
+#include "frame_pacer.h"
 #include "kestrone/panel.h"
 
 namespace panelqt {
@@ -80,7 +81,8 @@ class PanelView : public QWidget {
     bool focusNextPrevChild(bool next) override;
 
   private:
-    void schedule(const QRegion& region);
+    // Adds a place to the next repaint.
+    void schedule(const QRect& place);
     void flush();
     void after_input();
     void forward_pointer(kestrone::PointerAction action, QMouseEvent* event);
@@ -102,8 +104,9 @@ class PanelView : public QWidget {
     std::uint64_t painted_revision_ = 0;
     std::int32_t focused_ = -1;
     QRegion pending_;
+    std::vector<QRect> boxes_;                            // added to pending_ since the last paint
     std::unordered_map<std::int32_t, QRect> last_rects_;  // in panel pixels
-    QTimer frame_timer_;
+    FramePacer pacer_;
     int repaint_count_ = 0;
 };
 

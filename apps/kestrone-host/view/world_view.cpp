@@ -16,9 +16,14 @@ namespace {
 const QColor kRim(0xd8, 0xd8, 0xd8), kTrail(0x30, 0x60, 0xe0), kMark(0xe0, 0x30, 0x30);
 // The wheel turns the robot this many degrees a notch.
 constexpr double kDegreesPerNotch = 15;
+// The ground's picture is kept up to this many pixels (a large window's worth).
+constexpr std::int64_t kLargestKeptGround = 4096 * 2160;
 }  // namespace
 
-WorldView::WorldView(WorldDriver& driver, QWidget* parent) : QWidget(parent), driver_(driver) {
+WorldView::WorldView(WorldDriver& driver, QWidget* parent)
+    : QWidget(parent), driver_(driver), pacer_(*this, [this] { repaint_changes(); }) {
+    // It paints all of itself: the dock under it is not painted at each frame.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(false);
 }
 
@@ -78,7 +83,7 @@ Vec WorldView::to_floor(QPointF px) const {
 }
 
 void WorldView::refresh() {
-    if (driver_.world().revision() != painted_revision_) update();
+    if (driver_.world().revision() != painted_revision_) pacer_.request();
 }
 
 QImage WorldView::render_image(std::string* why) const {
@@ -101,12 +106,73 @@ QImage WorldView::render_image(std::string* why) const {
     return image;
 }
 
+bool WorldView::ground_current() const {
+    return ground_arena_ == driver_.world().arena_revision() && ground_size_ == size() &&
+           ground_zoom_ == zoom_ && ground_fit_ == fit_;
+}
+
+const QPixmap& WorldView::ground() {
+    const World& w = driver_.world();
+    const std::vector<Vec>& trail = w.trail();
+    const bool restarted =
+        trail.size() < ground_trail_ || trail.empty() || trail.front() != ground_trail_front_;
+    if (!ground_current() || restarted) {
+        ground_arena_ = w.arena_revision();
+        ground_size_ = size();
+        ground_zoom_ = zoom_;
+        ground_fit_ = fit_;
+        ground_trail_ = 0;
+        ground_ = QPixmap();
+        if (!w.loaded() || std::int64_t{width()} * height() > kLargestKeptGround) return ground_;
+        const qreal ratio = devicePixelRatioF();
+        ground_ = QPixmap(size() * ratio);
+        ground_.setDevicePixelRatio(ratio);
+        ground_.fill(kRim);
+        QPainter p(&ground_);
+        p.setRenderHint(QPainter::Antialiasing);
+        paint_floor(p, screen_frame());
+    }
+    if (ground_.isNull() || trail.empty()) return ground_;
+    // The trail's new stretch, joined to the last point drawn.
+    const Frame f = screen_frame();
+    QPolygonF stretch;
+    for (std::size_t i = ground_trail_ > 0 ? ground_trail_ - 1 : 0; i < trail.size(); ++i)
+        stretch << f.px(trail[i], w.arena().height);
+    if (stretch.size() > 1) {
+        QPainter p(&ground_);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.setPen(QPen(kTrail, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.drawPolyline(stretch);
+    }
+    ground_trail_ = trail.size();
+    ground_trail_front_ = trail.front();
+    return ground_;
+}
+
 void WorldView::paintEvent(QPaintEvent* event) {
     QPainter p(this);
     // Only what is exposed: a floor of kilometres is far larger than its scroll area.
     p.setClipRect(event->rect());
-    p.fillRect(event->rect(), kRim);
-    paint(p, screen_frame());
+    // The floor changes only with the arena and the size, the trail only grows: at each frame
+    // only the body moves, and the trail's stretch from its last point.
+    if (const QPixmap& ground = this->ground(); !ground.isNull()) {
+        const qreal ratio = ground.devicePixelRatio();
+        p.drawPixmap(event->rect(), ground,
+                     QRectF(event->rect().topLeft() * ratio, event->rect().size() * ratio));
+        p.setRenderHint(QPainter::Antialiasing);
+        const Frame f = screen_frame();
+        const World& w = driver_.world();
+        if (!w.trail().empty()) {
+            p.setPen(QPen(kTrail, 1.5, Qt::SolidLine, Qt::RoundCap));
+            p.drawLine(f.px(w.trail().back(), w.arena().height),
+                       f.px(w.pose().centre, w.arena().height));
+        }
+        paint_body(p, f);
+        painted_body_ = body_rect(f);
+    } else {
+        p.fillRect(event->rect(), kRim);
+        paint(p, screen_frame());
+    }
     painted_revision_ = driver_.world().revision();
 }
 
@@ -132,6 +198,12 @@ void WorldView::paint_robot(QPainter& p, const Frame& f) const {
         trail.lineTo(pixel(w.pose().centre));
         p.strokePath(trail, QPen(kTrail, 1.5));
     }
+    paint_body(p, f);
+}
+
+void WorldView::paint_body(QPainter& p, const Frame& f) const {
+    const World& w = driver_.world();
+    const auto pixel = [&](Vec v) { return f.px(v, w.arena().height); };
     const Pose& pose = w.pose();
     paint_body(p, pose, {f.scale, f.origin, w.arena().height});
     const Readings read = w.readings();
@@ -142,6 +214,39 @@ void WorldView::paint_robot(QPainter& p, const Frame& f) const {
         p.setBrush(on ? kMark : QColor(Qt::white));
         p.drawEllipse(pixel(line_sensor_point(pose, left)), dot_r, dot_r);
     }
+}
+
+// The pixels the body, its heading, its sensors and the trail's last stretch cover.
+QRect WorldView::body_rect(const Frame& f) const {
+    const World& w = driver_.world();
+    const auto pixel = [&](Vec v) { return f.px(v, w.arena().height); };
+    const auto around = [](QPointF c, double r) {
+        return QRectF(c - QPointF(r, r), c + QPointF(r, r));
+    };
+    const Pose& pose = w.pose();
+    QRectF box = around(pixel(pose.centre), kBodyRadius * f.scale + std::max(1.5, 3 * f.scale));
+    const double dot_r = std::max(2.0, 8 * f.scale) + 1;
+    for (bool left : {true, false})
+        box |= around(pixel(line_sensor_point(pose, left)), dot_r);
+    if (!w.trail().empty()) box |= around(pixel(w.trail().back()), 1.5);
+    return box.toAlignedRect().adjusted(-2, -2, 2, 2);
+}
+
+// What moved since the last paint: the body where it was and where it is, and the trail's new
+// stretch (drawn onto the ground when painted). All of it when the ground is drawn afresh.
+void WorldView::repaint_changes() {
+    const World& w = driver_.world();
+    const std::vector<Vec>& trail = w.trail();
+    if (ground_.isNull() || !ground_current() || trail.size() < ground_trail_ || trail.empty() ||
+        trail.front() != ground_trail_front_)
+        return update();
+    const Frame f = screen_frame();
+    QRect region = body_rect(f) | painted_body_;
+    for (std::size_t i = ground_trail_ > 0 ? ground_trail_ - 1 : 0; i < trail.size(); ++i) {
+        const QPointF at = f.px(trail[i], w.arena().height);
+        region |= QRectF(at - QPointF(3, 3), at + QPointF(3, 3)).toAlignedRect();
+    }
+    update(region);
 }
 
 bool WorldView::put_down(const Pose& pose) {

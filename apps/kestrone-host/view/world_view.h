@@ -5,11 +5,13 @@
 #pragma once
 
 #include <QImage>
+#include <QPixmap>
 #include <QPointF>
 #include <QWidget>
 #include <cstdint>
 #include <string>
 
+#include "frame_pacer.h"
 #include "world_driver.h"
 
 class QPainter;
@@ -72,8 +74,16 @@ class WorldView : public QWidget {
     Frame zoom_frame() const;
     Frame screen_frame() const;
     void paint(QPainter& p, const Frame& f) const;
+    // The rim, the floor and the trail at the widget's size: the floor drawn again only when
+    // the arena or the size changes, the trail's new stretch added. Null when the widget is too
+    // large to keep a picture of.
+    const QPixmap& ground();
+    bool ground_current() const;
+    QRect body_rect(const Frame& f) const;
+    void repaint_changes();
     void paint_floor(QPainter& p, const Frame& f) const;
-    void paint_robot(QPainter& p, const Frame& f) const;
+    void paint_robot(QPainter& p, const Frame& f) const;  // the trail and the body
+    void paint_body(QPainter& p, const Frame& f) const;
     // The robot put down at `pose`, if the walls allow it.
     bool put_down(const Pose& pose);
 
@@ -85,6 +95,15 @@ class WorldView : public QWidget {
     Vec grip_;    // from the robot's centre to the point it was picked up by
     Vec lifted_;  // where its centre stood when it was picked up
     std::uint64_t painted_revision_ = ~std::uint64_t{0};
+    panelqt::FramePacer pacer_;
+    QPixmap ground_;
+    std::uint64_t ground_arena_ = 0;  // the arena's revision in ground_
+    QSize ground_size_;
+    int ground_zoom_ = 0;
+    bool ground_fit_ = false;
+    std::size_t ground_trail_ = 0;  // the trail's points drawn on it
+    Vec ground_trail_front_;        // the first of them: another is a trail begun anew
+    QRect painted_body_;
 };
 
 }  // namespace world

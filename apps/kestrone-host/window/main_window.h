@@ -73,6 +73,7 @@ struct WindowOptions {
     std::string shot;      // a PNG of the whole window, written then too
     std::string settings;  // a settings file of the window's own; empty: the user's settings
     bool quit_after_play = false;
+    bool scope = false;  // the scope shown from the start
 };
 
 class MainWindow : public QMainWindow {

@@ -106,6 +106,8 @@ ScopeDock::ScopeDock(const sl::SignalLog& log, QWidget* parent)
     // A long live trace draws faster without antialiasing, as one polyline.
     plot_->setNotAntialiasedElements(QCP::aeAll);
     plot_->setPlottingHint(QCP::phFastPolylines, true);
+    // It fills all of itself: what lies under it need not be painted at each replot.
+    plot_->setAttribute(Qt::WA_OpaquePaintEvent);
     column->addWidget(plot_, 1);
     setWidget(body);
     connect(plot_, &QCustomPlot::mousePress, this, [this](QMouseEvent* e) {

@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "main_window.h"
@@ -82,10 +83,16 @@ void MainWindow::restore_layout() {
     const QByteArray geometry = settings_.geometry();
     if (!geometry.isEmpty() && restoreGeometry(geometry)) {
         restoreState(settings_.state());
-        return;
+    } else {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        resize(first_size(screen ? screen->availableGeometry().size() : QSize(1280, 800)));
     }
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    resize(first_size(screen ? screen->availableGeometry().size() : QSize(1280, 800)));
+    if (!options_.scope) return;
+    // In front of the problems, so that the charts have the width under the program.
+    if (auto* problems = findChild<QDockWidget*>("problems")) tabifyDockWidget(problems, scope_);
+    scope_->show();
+    // Its tab comes to the front once the window is shown.
+    QTimer::singleShot(0, scope_, &QDockWidget::raise);
 }
 
 void MainWindow::save_layout() {

@@ -29,12 +29,14 @@ bool World::load_text(std::string_view text, const std::string& name, std::strin
         return false;
     }
     arena_ = std::move(reading.arena);
+    ++arena_revision_;
     reset();
     return true;
 }
 
 void World::unload() {
     arena_.reset();
+    ++arena_revision_;
     trail_.clear();
     ++revision_;
 }

@@ -40,6 +40,8 @@ class World {
     const std::vector<Vec>& trail() const { return trail_; }
     // Grows with every change of pose, arena or trail, so that a view repaints only then.
     std::uint64_t revision() const { return revision_; }
+    // Grows with every load and unload: a view keeps its drawing of the floor until then.
+    std::uint64_t arena_revision() const { return arena_revision_; }
 
   private:
     void restart_trail();
@@ -47,6 +49,7 @@ class World {
     Pose pose_;
     std::vector<Vec> trail_;
     std::uint64_t revision_ = 0;
+    std::uint64_t arena_revision_ = 0;
 };
 
 // The pose as the console gives it: whole millimetres and degrees (0 to 359), to the nearest,
