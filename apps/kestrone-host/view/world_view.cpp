@@ -205,7 +205,7 @@ void WorldView::paint_body(QPainter& p, const Frame& f) const {
     const World& w = driver_.world();
     const auto pixel = [&](Vec v) { return f.px(v, w.arena().height); };
     const Pose& pose = w.pose();
-    paint_body(p, pose, {f.scale, f.origin, w.arena().height});
+    world::paint_body(p, pose, {f.scale, f.origin, w.arena().height});
     const Readings read = w.readings();
     const double dot_r = std::max(2.0, 8 * f.scale);
     for (bool left : {true, false}) {
