@@ -134,6 +134,7 @@ bool MainWindow::make_object(bool ready) {
     }
     if (ready) make_object_ready();
     follow_object();
+    follow_macros();  // the panel may have been followed before the object was ready
     return true;
 }
 
