@@ -2,6 +2,8 @@
 // and its instructions beside the panel; a bad lesson told with its file and nothing of it used.
 #include <QDockWidget>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTableWidget>
 #include <QTextBrowser>
@@ -45,6 +47,19 @@ TEST_F(WindowTest, ALessonBringsItsSettingsArenaProgramAndInstructions) {
         << told_[0];
     EXPECT_EQ(window_->world().arena().width, 1300);
     EXPECT_EQ(dock->windowTitle(), "Drive on");
+}
+
+// File > Examples > Lessons lists the shipped lessons, and choosing one opens it.
+TEST_F(WindowTest, TheExamplesMenuOpensAShippedLesson) {
+    QMenu* lessons = nullptr;
+    for (QMenu* m : window_->menuBar()->findChildren<QMenu*>())
+        if (m->title() == "&Lessons") lessons = m;
+    ASSERT_TRUE(lessons);
+    QStringList names;
+    for (QAction* a : lessons->actions()) names << a->text();
+    EXPECT_EQ(names, QStringList({"light_maze.klesson", "line_track.klesson", "open_floor.klesson"}));
+    lessons->actions()[1]->trigger();
+    EXPECT_EQ(window_->lesson_path(), example("lessons/line_track.klesson"));
 }
 
 }  // namespace

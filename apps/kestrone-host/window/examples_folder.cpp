@@ -15,9 +15,11 @@ QString examples_folder() {
 
 QStringList example_files(const QString& folder, const QString& pattern) {
     if (folder.isEmpty()) return {};
-    const QDir dir(folder);
+    // A pattern may name a subfolder ("lessons/*.klesson"); the filter takes file names only.
+    const qsizetype slash = pattern.lastIndexOf(u'/');
+    const QDir dir(slash < 0 ? folder : folder + u'/' + pattern.left(slash));
     QStringList out;
-    for (const QString& name : dir.entryList({pattern}, QDir::Files, QDir::Name))
+    for (const QString& name : dir.entryList({pattern.mid(slash + 1)}, QDir::Files, QDir::Name))
         out << dir.filePath(name);
     return out;
 }

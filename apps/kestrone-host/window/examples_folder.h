@@ -9,7 +9,8 @@ namespace window {
 
 // The folder, or empty when neither is there.
 QString examples_folder();
-// Its files matching `pattern` ("*.kflow"), sorted by name, as whole paths.
+// Its files matching `pattern` ("*.kflow", or "lessons/*.klesson" in a subfolder), sorted by
+// name, as whole paths.
 QStringList example_files(const QString& folder, const QString& pattern);
 
 }  // namespace window

@@ -108,7 +108,7 @@ void MainWindow::fill_recent_menu() {
     recent_menu_->setEnabled(!recent_menu_->isEmpty());
 }
 
-// The shipped programs and arenas open; the demonstrations play.
+// The shipped programs, arenas and lessons open; the demonstrations play.
 void MainWindow::fill_examples_menu(QMenu* menu) {
     const QString folder = examples_folder();
     const auto add = [&](const QString& title, const QString& pattern, auto then) {
@@ -121,6 +121,8 @@ void MainWindow::fill_examples_menu(QMenu* menu) {
         [this](const QString& p) { open_program(p.toStdString()); });
     add(tr("&Arenas"), QStringLiteral("*.world"),
         [this](const QString& p) { open_arena(p.toStdString()); });
+    add(tr("&Lessons"), QStringLiteral("lessons/*.klesson"),
+        [this](const QString& p) { open_lesson(p.toStdString()); });
     add(tr("&Demonstrations"), QStringLiteral("demo-*.console"), [this](const QString& p) {
         std::string error;
         if (!player_.load(p.toStdString(), &error)) return tell(error);
