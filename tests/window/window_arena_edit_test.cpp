@@ -1,7 +1,9 @@
 // The arena editor driven by the mouse as a user drives it: what is drawn is saved and loads into
 // the world with those items and no others; moves, deletions, undo and redo of an opened arena
 // keep its untouched lines; and the robot stays put while the editor is open.
+#include <QApplication>
 #include <QDoubleSpinBox>
+#include <QMouseEvent>
 #include <QTest>
 #include <fstream>
 #include <sstream>
@@ -93,6 +95,29 @@ TEST_F(ArenaEditTest, WhatIsDrawnWithTheMouseIsWhatTheWorldLoads) {
     EXPECT_EQ(a.start.centre, (Vec{300, 1200}));
     const auto& lines = window_->recorder().lines();
     EXPECT_NE(std::find(lines.begin(), lines.end(), "world load \"" + path + "\""), lines.end());
+}
+
+// The pointer takes an item within six pixels of it and no farther; a new arena does not take
+// the place of edits the user keeps.
+TEST_F(ArenaEditTest, ThePointerReachesSixPixelsAndKeptEditsStayOpen) {
+    ASSERT_TRUE(window_->new_arena(2000, 1500));
+    drag(Tool::Wall, {1600, 300}, {1600, 1200});  // clear of the start
+    editor().set_tool(Tool::Select);
+    const QPointF on = editor().canvas()->to_pixels({1600, 750});
+    for (const double off : {5.5, 6.5}) {
+        const QPointF at = on + QPointF(off, 0);
+        for (const auto& [type, buttons] : {std::pair{QEvent::MouseButtonPress, Qt::LeftButton},
+                                           std::pair{QEvent::MouseButtonRelease, Qt::NoButton}}) {
+            QMouseEvent e(type, at, editor().canvas()->mapToGlobal(at), Qt::LeftButton, buttons, {});
+            QApplication::sendEvent(editor().canvas(), &e);
+        }
+        EXPECT_EQ(editor().canvas()->selected().has_value(), off < 6) << off;
+    }
+    for (const bool discard : {false, true}) {
+        window_->set_confirm_arena_discard([discard] { return discard; });
+        EXPECT_EQ(window_->new_arena(1000, 800), discard);
+        EXPECT_EQ(editor().document().items().size(), discard ? 0u : 1u);
+    }
 }
 
 TEST_F(ArenaEditTest, AnOpenedArenaKeepsItsUntouchedLinesThroughMovesDeletesUndoAndRedo) {
