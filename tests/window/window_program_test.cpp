@@ -1,6 +1,7 @@
 // The program's life in the window: debugged by its keys against a model of the program, the file
 // changed on disk, the project that remembers its program and arena, and the hex built aside.
 #include <QAction>
+#include <QApplication>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
@@ -153,7 +154,14 @@ TEST_F(WindowProgramTest, TheRecentFilesAndTheZoomAreKeptForTheNextStart) {
         model.insert(model.begin(), f);
         if (model.size() > window::WindowSettings::kMostRecent) model.pop_back();
     }
-    window_->set_zoom(7);
+    // The docks' text grows with the zoom, 0.4 of the application's size a step.
+    for (const int zoom : {2, 7}) {
+        window_->set_zoom(zoom);
+        const double scale = 1 + 0.4 * (window_->zoom() - 1);
+        for (const QWidget* w : {static_cast<QWidget*>(window_->problems()),
+                                 static_cast<QWidget*>(window_->variables())})
+            EXPECT_DOUBLE_EQ(w->font().pointSizeF(), QApplication::font().pointSizeF() * scale);
+    }
     EXPECT_EQ(window_->zoom(), 3);
     ASSERT_TRUE(window_->close());
     window::WindowOptions options;
