@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include "main_window.h"
@@ -33,6 +34,10 @@ void BM_WindowBothWheelsAt2ms(benchmark::State& state) {
     for (auto _ : state) {
         window::WindowOptions options;
         options.module = KESTRONE_MODULE;
+        // A layout of its own, fresh each time: a layout saved with the scope open would open it
+        // in the other configurations too.
+        const QTemporaryDir settings;
+        options.settings = settings.filePath("window.conf").toStdString();
         window::MainWindow window(options);
         window.show();
         window.start();

@@ -65,6 +65,17 @@ double value_of(const Trace& t, std::int32_t v) {
     return t.bit == kNonZero ? v != 0 : (v >> t.bit) & 1;
 }
 
+// A lane's name stands level beside it as the text of its one tick (a name run up a lane's short
+// axis would cover its neighbours'); a trace's runs up its axis beside the numbers.
+void name_axis(QCPAxis* y, const char* name, bool lane) {
+    if (!lane) return y->setLabel(name);
+    auto ticker = QSharedPointer<QCPAxisTickerText>::create();
+    ticker->addTick(0.5, name);
+    y->setTicker(ticker);
+    y->setTickLength(0, 0);  // a tick unseen: without ticks no tick text is drawn
+    y->grid()->setVisible(false);
+}
+
 constexpr int kLaneHeight = 22, kTraceHeight = 70;
 constexpr int kFollowMs = 100;  // 10 updates a second: the charts cost little beside the panel
 
@@ -144,10 +155,7 @@ void ScopeDock::rebuild() {
         QCPAxis* y = rect->axis(QCPAxis::atLeft);
         const sl::SignalInfo& info = sl::signal_table()[t.signal];
         y->setRange(lane ? QCPRange(-0.2, 1.2) : QCPRange(info.low, info.high));
-        y->setLabel(t.name);
-        y->setTickLabels(!lane);
-        y->setTicks(!lane);
-        y->grid()->setVisible(!lane);
+        name_axis(y, t.name, lane);
         auto* graph = new QCPGraph(rect->axis(QCPAxis::atBottom), y);
         graph->setLineStyle(QCPGraph::lsStepLeft);
         graph->setAdaptiveSampling(true);
@@ -155,6 +163,9 @@ void ScopeDock::rebuild() {
         height += lane ? kLaneHeight : kTraceHeight;
         QCPAxis* x = rect->axis(QCPAxis::atBottom);
         x->setTickLabels(false);
+        // A lane's time axis is a plain rule: its ticks and grid would be a third of each replot.
+        x->setTicks(!lane);
+        x->grid()->setVisible(!lane);
         connect(x, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this,
                 [this, x](const QCPRange& r) {
                     if (syncing_) return;
@@ -165,7 +176,11 @@ void ScopeDock::rebuild() {
                     syncing_ = false;
                 });
     }
-    if (!strips_.empty()) strips_.back().rect->axis(QCPAxis::atBottom)->setTickLabels(true);
+    if (!strips_.empty()) {
+        QCPAxis* time = strips_.back().rect->axis(QCPAxis::atBottom);
+        time->setTicks(true);
+        time->setTickLabels(true);
+    }
     plot_->setMinimumHeight(height + 40);
     added_to_ = -1;
     follow();
