@@ -103,6 +103,11 @@ const std::vector<std::pair<std::string, std::string>> kSaid = {
      "t:2:8: warning: a time outside 0 to 65535: 'delay' reads -2 as 65534 milliseconds\n"
      "t:4:7: warning: a time outside 0 to 65535: 'delay' reads a value beyond 32 bits as 2 "
      "milliseconds\n"},
+    // Values worked out as the chip would: a shift by 0, a truth of a number other than 1.
+    {"byte b = 300 << 0\nbyte c = (2 || 0) * 300\n",
+     "t:1:10: warning: 'b' is a byte: 300 is outside 0 to 255, so only its low 8 bits are kept: "
+     "44\nt:2:11: warning: 'c' is a byte: 300 is outside 0 to 255, so only its low 8 bits are "
+     "kept: 44\n"},
     // Warnings beside the faults, in order of place; a byte that cannot be declared still warns.
     {"byte LedOn = 300\nBogus()\n",
      "t:1:6: 'LedOn' is the name of a macro and cannot name a variable\n"

@@ -8,6 +8,7 @@
 #include <random>
 #include <set>
 
+#include "kflow_lexer.h"
 #include "window_fixture.h"
 
 namespace window_testing {
@@ -109,6 +110,53 @@ TEST_F(ProgramEditorTest, FaultsTypedAreMarkedAndListedAtTheirPlacesUntilMended)
         EXPECT_EQ(marks(), left);
         EXPECT_EQ(window_->problems()->program_problem_count(), 2);
     }
+}
+
+// A fault at the very first character is marked from it and cleared with it; a click in the
+// margin sets and clears a breakpoint on its own line; the running line is brought into view.
+TEST_F(ProgramEditorTest, TheFirstCharacterTheMarginAndTheRunningLine) {
+    window::ProgramEditor& editor = *window_->editor();
+    editor.setText("zq = 1\n");
+    checked();
+    EXPECT_EQ(marks(), (std::vector<Place>{{1, 1}}));
+    QString tall;
+    for (int i = 0; i < 200; ++i)
+        tall += "LedOn(1)\n";
+    editor.setText(tall);
+    checked();
+    EXPECT_EQ(marks(), std::vector<Place>{});
+    for (const std::set<int>& want : {std::set<int>{4}, std::set<int>{}}) {
+        emit editor.marginClicked(1, 3, Qt::NoModifier);
+        EXPECT_EQ(editor.breakpoints(), want);
+    }
+    // From far below, the view goes up as far as the editor's own scrolling to that line goes.
+    editor.setFirstVisibleLine(150);
+    editor.ensureLineVisible(9);
+    const int model = editor.firstVisibleLine();
+    editor.setFirstVisibleLine(150);
+    editor.show_line(10);
+    EXPECT_EQ(editor.firstVisibleLine(), model);
+}
+
+// Every kind of colour in one line: keyword, plain names and blanks, operators, a macro, a number,
+// a character and a comment.
+TEST(KflowColours, EachSpanHasItsColour) {
+    using window::Colour;
+    std::vector<std::pair<std::size_t, Colour>> spans;
+    for (const window::ColourSpan& s : window::colour_spans("if x=LedOn(0x1F)+'c' # n", {"LedOn"}))
+        spans.emplace_back(s.length, s.colour);
+    EXPECT_EQ(spans, (std::vector<std::pair<std::size_t, Colour>>{
+                         {2, Colour::Keyword},
+                         {2, Colour::Plain},
+                         {1, Colour::Operator},
+                         {5, Colour::Macro},
+                         {1, Colour::Operator},
+                         {4, Colour::Number},
+                         {1, Colour::Operator},
+                         {1, Colour::Operator},
+                         {3, Colour::Character},
+                         {1, Colour::Plain},
+                         {3, Colour::Comment}}));
 }
 
 }  // namespace

@@ -96,7 +96,11 @@ TEST_F(WindowActionsTest, ADamagedProjectFileLeavesTheOpenProjectAsItWas) {
     EXPECT_NE(told_[1].find("could not be saved"), std::string::npos) << told_[1];
     EXPECT_TRUE(window_->session().dirty());
 
-    // The good file opens into a new object with its settings.
+    // Kept when the user will not give the change up; the good file then opens with its settings.
+    window_->set_confirm_discard([] { return false; });
+    EXPECT_FALSE(window_->open_project(good));
+    EXPECT_EQ(setting("iThreshL"), 43);
+    window_->set_confirm_discard([] { return true; });
     EXPECT_TRUE(window_->open_project(good));
     EXPECT_EQ(setting("iThreshL"), 42);
     EXPECT_FALSE(window_->session().dirty());

@@ -106,6 +106,11 @@ TEST_F(WindowProgramTest, AFileChangedOnDiskComesInUnlessTheUserKeepsTheirEdits)
     const std::string other = dir_.path() + "/q.kflow";
     ASSERT_TRUE(window_->save_program_as(other));
     EXPECT_EQ(testing_support::read_file(other), window_->editor()->text().toStdString());
+    // Where no file can be written the save fails and says so.
+    told_.clear();
+    EXPECT_FALSE(window_->save_program_as(dir_.path() + "/missing/q.kflow"));
+    ASSERT_EQ(told_.size(), 1u);
+    EXPECT_NE(told_[0].find("cannot save the program"), std::string::npos) << told_[0];
 }
 
 TEST_F(WindowProgramTest, AProjectReopensToItsProgramAndArenaWrittenRelativeToIt) {
