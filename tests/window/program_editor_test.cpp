@@ -116,9 +116,14 @@ TEST_F(ProgramEditorTest, FaultsTypedAreMarkedAndListedAtTheirPlacesUntilMended)
 // margin sets and clears a breakpoint on its own line; the running line is brought into view.
 TEST_F(ProgramEditorTest, TheFirstCharacterTheMarginAndTheRunningLine) {
     window::ProgramEditor& editor = *window_->editor();
-    editor.setText("zq = 1\n");
+    editor.setText("LedOn(1, 2)\n");
     checked();
     EXPECT_EQ(marks(), (std::vector<Place>{{1, 1}}));
+    // Mended after the mark: the mark's own letters stay, the mark goes.
+    editor.setSelection(0, 7, 0, 10);
+    QTest::keyClick(&editor, Qt::Key_Delete);
+    checked();
+    EXPECT_EQ(marks(), std::vector<Place>{});
     QString tall;
     for (int i = 0; i < 200; ++i)
         tall += "LedOn(1)\n";
