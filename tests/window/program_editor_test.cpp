@@ -147,21 +147,15 @@ TEST_F(ProgramEditorTest, TheFirstCharacterTheMarginAndTheRunningLine) {
 // a character and a comment.
 TEST(KflowColours, EachSpanHasItsColour) {
     using window::Colour;
-    std::vector<std::pair<std::size_t, Colour>> spans;
+    using Spans = std::vector<std::pair<std::size_t, Colour>>;
+    const Spans want = {{2, Colour::Keyword},  {2, Colour::Plain},    {1, Colour::Operator},
+                        {5, Colour::Macro},    {1, Colour::Operator}, {4, Colour::Number},
+                        {1, Colour::Operator}, {1, Colour::Operator}, {3, Colour::Character},
+                        {1, Colour::Plain},    {3, Colour::Comment}};
+    Spans spans;
     for (const window::ColourSpan& s : window::colour_spans("if x=LedOn(0x1F)+'c' # n", {"LedOn"}))
         spans.emplace_back(s.length, s.colour);
-    EXPECT_EQ(spans, (std::vector<std::pair<std::size_t, Colour>>{
-                         {2, Colour::Keyword},
-                         {2, Colour::Plain},
-                         {1, Colour::Operator},
-                         {5, Colour::Macro},
-                         {1, Colour::Operator},
-                         {4, Colour::Number},
-                         {1, Colour::Operator},
-                         {1, Colour::Operator},
-                         {3, Colour::Character},
-                         {1, Colour::Plain},
-                         {3, Colour::Comment}}));
+    EXPECT_EQ(spans, want);
 }
 
 }  // namespace

@@ -107,8 +107,9 @@ TEST_F(ArenaEditTest, ThePointerReachesSixPixelsAndKeptEditsStayOpen) {
     for (const double off : {5.5, 6.5}) {
         const QPointF at = on + QPointF(off, 0);
         for (const auto& [type, buttons] : {std::pair{QEvent::MouseButtonPress, Qt::LeftButton},
-                                           std::pair{QEvent::MouseButtonRelease, Qt::NoButton}}) {
-            QMouseEvent e(type, at, editor().canvas()->mapToGlobal(at), Qt::LeftButton, buttons, {});
+                                            std::pair{QEvent::MouseButtonRelease, Qt::NoButton}}) {
+            QMouseEvent e(type, at, editor().canvas()->mapToGlobal(at), Qt::LeftButton, buttons,
+                          {});
             QApplication::sendEvent(editor().canvas(), &e);
         }
         EXPECT_EQ(editor().canvas()->selected().has_value(), off < 6) << off;

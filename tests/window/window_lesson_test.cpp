@@ -56,8 +56,10 @@ TEST_F(WindowTest, TheExamplesMenuOpensAShippedLesson) {
         if (m->title() == "&Lessons") lessons = m;
     ASSERT_TRUE(lessons);
     QStringList names;
-    for (QAction* a : lessons->actions()) names << a->text();
-    EXPECT_EQ(names, QStringList({"light_maze.klesson", "line_track.klesson", "open_floor.klesson"}));
+    for (QAction* a : lessons->actions())
+        names << a->text();
+    EXPECT_EQ(names,
+              QStringList({"light_maze.klesson", "line_track.klesson", "open_floor.klesson"}));
     lessons->actions()[1]->trigger();
     EXPECT_EQ(window_->lesson_path(), example("lessons/line_track.klesson"));
 }
