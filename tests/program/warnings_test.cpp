@@ -41,6 +41,21 @@ std::string random_name(std::mt19937& rng) {
     return s;
 }
 
+// `name` after `edits` random deletions, insertions or changes of a letter: a near miss.
+std::string edited(std::string name, unsigned edits, std::mt19937& rng) {
+    for (; edits > 0; --edits) {
+        const std::size_t at = name.empty() ? 0 : rng() % name.size();
+        const char letter = "abcAB"[rng() % 5];
+        if (const unsigned kind = rng() % 3; kind == 0 && !name.empty())
+            name.erase(at, 1);
+        else if (kind == 1 || name.empty())
+            name.insert(at, 1, letter);
+        else
+            name[at] = letter;
+    }
+    return name;
+}
+
 TEST(Suggestions, TheNearestIsTheFirstOfTheNearestWithinAThirdOfTheLength) {
     std::mt19937 rng(2903);
     for (int i = 0; i < 600; ++i) {
@@ -49,7 +64,7 @@ TEST(Suggestions, TheNearestIsTheFirstOfTheNearestWithinAThirdOfTheLength) {
         const std::string* expected = nullptr;
         int beaten = static_cast<int>(name.size()) / 3 + 1;  // the distance to come under
         for (std::string& k : known) {
-            k = random_name(rng) + random_name(rng);
+            k = rng() % 2 ? random_name(rng) + random_name(rng) : edited(name, rng() % 4, rng);
             const int d = model_distance(lower(name), lower(k)),
                       limit = static_cast<int>(rng() % 5);
             EXPECT_EQ(kflow::name_distance(name, k, limit),

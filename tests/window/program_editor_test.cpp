@@ -116,9 +116,15 @@ TEST_F(ProgramEditorTest, FaultsTypedAreMarkedAndListedAtTheirPlacesUntilMended)
 // margin sets and clears a breakpoint on its own line; the running line is brought into view.
 TEST_F(ProgramEditorTest, TheFirstCharacterTheMarginAndTheRunningLine) {
     window::ProgramEditor& editor = *window_->editor();
+    // A stray character is marked alone; a name whole.
+    editor.setText("LedOn($1)\n");
+    checked();
+    ASSERT_EQ(editor.marks().size(), 1u);
+    EXPECT_EQ(editor.marks()[0].length, 1);
     editor.setText("LedOn(1, 2)\n");
     checked();
     EXPECT_EQ(marks(), (std::vector<Place>{{1, 1}}));
+    EXPECT_EQ(editor.marks()[0].length, 5);
     // Mended after the mark: the mark's own letters stay, the mark goes.
     editor.setSelection(0, 7, 0, 10);
     QTest::keyClick(&editor, Qt::Key_Delete);
