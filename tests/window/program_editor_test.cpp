@@ -116,11 +116,15 @@ TEST_F(ProgramEditorTest, FaultsTypedAreMarkedAndListedAtTheirPlacesUntilMended)
 // margin sets and clears a breakpoint on its own line; the running line is brought into view.
 TEST_F(ProgramEditorTest, TheFirstCharacterTheMarginAndTheRunningLine) {
     window::ProgramEditor& editor = *window_->editor();
-    // A stray character is marked alone; a name whole.
+    // A stray character is marked alone; a name whole; what is missing at the end of a line, on
+    // its last character.
     editor.setText("LedOn($1)\n");
     checked();
     ASSERT_EQ(editor.marks().size(), 1u);
     EXPECT_EQ(editor.marks()[0].length, 1);
+    editor.setText("LedOn(1\n");
+    checked();
+    EXPECT_EQ(marks(), (std::vector<Place>{{1, 7}}));
     editor.setText("LedOn(1, 2)\n");
     checked();
     EXPECT_EQ(marks(), (std::vector<Place>{{1, 1}}));
