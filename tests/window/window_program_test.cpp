@@ -21,6 +21,15 @@ class WindowProgramTest : public WindowTest {
             if (a->shortcut() == key) return a->trigger();
         ADD_FAILURE() << "no action on " << key.toString().toStdString();
     }
+    // Whether Pause, Continue and Stop are on, by their keys.
+    std::vector<bool> pause_continue_stop() {
+        std::vector<bool> on;
+        for (const QKeySequence& key : {QKeySequence(Qt::Key_F6), QKeySequence(Qt::Key_F8),
+                                        QKeySequence(Qt::SHIFT | Qt::Key_F9)})
+            for (QAction* a : window_->findChildren<QAction*>())
+                if (a->shortcut() == key) on.push_back(a->isEnabled());
+        return on;
+    }
     // The variables dock as name = value, and the names it highlights.
     std::map<std::string, int> shown(std::set<std::string>* highlighted) {
         std::map<std::string, int> out;
@@ -59,6 +68,7 @@ TEST_F(WindowProgramTest, StepsAndBreakpointsStopWhereTheModelSaysWithTheValuesI
     const std::int32_t unclicked = property("chkSwitchLeft", -1, "Value");
     window_->input().click(element("chkSwitchLeft"));
     EXPECT_NE(property("chkSwitchLeft", -1, "Value"), unclicked);
+    EXPECT_EQ(pause_continue_stop(), (std::vector<bool>{false, true, true}));
     std::map<std::string, int> model{{"n", 3}, {"m", 5}};
     int at = first + 1;
     std::mt19937 rng(7);
@@ -85,6 +95,7 @@ TEST_F(WindowProgramTest, StepsAndBreakpointsStopWhereTheModelSaysWithTheValuesI
     }
     press(Qt::SHIFT | Qt::Key_F9);
     EXPECT_FALSE(window_->stage().program().running());
+    EXPECT_EQ(pause_continue_stop(), (std::vector<bool>{false, false, false}));
 }
 
 TEST_F(WindowProgramTest, AFileChangedOnDiskComesInUnlessTheUserKeepsTheirEdits) {
