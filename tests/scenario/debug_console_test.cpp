@@ -58,24 +58,25 @@ TEST(DebugConsole, BreakpointsGoingOnAndAHeldClock) {
     const std::string every = robot.temp().write("every.kflow", kEvery);
     const std::string drive =
         robot.temp().write("drive.kflow", "DriveForwards(200)\ndelay 5000\nDriveStop()\n");
-    const auto run =
-        robot.run("step\nKestroneVersion = 1281\ndebug " + every +
-                  "\nbreak 1\nbreak 9\nbreak 99\nbreak 8\ncontinue\nvars\ncontinue\nbreak clear 8\n"
-                  "continue\nvar a\n"
-                  // Held: the clock moves and the wheels turn, the program stays where it stood.
-                  "debug " +
-                  drive +
-                  "\nStartSimulation\ncontinue 300\nfield iWheelPhase(0)\nadvance 1000\n"
-                  "where\nfield iMotorSpeed(0)\nundebug\nfield bSimulating\nwhere\nstep\n");
-    EXPECT_THAT(run.lines, testing::ElementsAre(
-                               "ok", "fail no program is being debugged: debug FILE first", "ok",
-                               "ok 2&", "ok 2&", "ok 10&",
-                               "fail line 99 comes after the "
-                               "program's last statement",
-                               "ok 8&", "ok 8&", "ok a=2% b=2%", "ok 8&", "ok", "ok 10&", "ok 0%",
-                               "ok 1&", "ok", "ok 2&", testing::Ne("ok 0%"),
-                               testing::StartsWith("ok "), "ok 2&", "ok 200%", "ok", "ok False",
-                               "ok end", "fail no program is being debugged: debug FILE first"))
+    const auto run = robot.run(
+        "step\nKestroneVersion = 1281\ndebug " + every +
+        "\nbreak 1\nbreak 9\nbreak 99\nbreak 8\ncontinue\nvars\ncontinue\nbreak clear 8\n"
+        "continue\nvar a\n"
+        // Held: the clock moves and the wheels turn, the program stays where it stood.
+        "debug " +
+        drive +
+        "\nStartSimulation\ncontinue 5 6\ncontinue 300\nfield iWheelPhase(0)\nadvance 1000\n"
+        "where\nfield iMotorSpeed(0)\nundebug\nfield bSimulating\nwhere\nstep\n");
+    EXPECT_THAT(run.lines,
+                testing::ElementsAre(
+                    "ok", "fail no program is being debugged: debug FILE first", "ok", "ok 2&",
+                    "ok 2&", "ok 10&",
+                    "fail line 99 comes after the "
+                    "program's last statement",
+                    "ok 8&", "ok 8&", "ok a=2% b=2%", "ok 8&", "ok", "ok 10&", "ok 0%", "ok 1&",
+                    "ok", "fail continue takes at most MS: continue [MS]", "ok 2&",
+                    testing::Ne("ok 0%"), testing::StartsWith("ok "), "ok 2&", "ok 200%", "ok",
+                    "ok False", "ok end", "fail no program is being debugged: debug FILE first"))
         << run.text();
 }
 
