@@ -363,6 +363,19 @@ TEST(SignalLog, ABoundedLogHoldsTheNewestMomentsAsTheWholeLogDoes) {
         r.run("SimMacroCall 11 [" + std::to_string(rng() % 256) + "] 0& Empty 0&");
         r.run("advance " + std::to_string(1 + rng() % 30));
     }
+    // Replayed while the latest moment is still open (both motors just set): each moment holds
+    // what `at` gives for it and marks what differs from the moment before.
+    r.run("SimMacroCall 9 [1, 7, 0, 201] 0& Empty 0&");
+    signal_log::Values before{};
+    int moments = 0;
+    whole.replay(0, whole.last_ms(), [&](const signal_log::Moment& m) {
+        EXPECT_EQ(m.values, whole.at(m.at_ms - whole.started_at())) << m.at_ms;
+        for (std::size_t s = 0; s < signal_log::kSignalCount && moments > 0; ++s)
+            EXPECT_EQ(m.changed.test(s), m.values[s] != before[s]) << m.at_ms << " signal " << s;
+        before = m.values;
+        ++moments;
+    });
+    EXPECT_GT(moments, 100);
     for (signal_log::SignalLog* log : {&whole, &by_time, &by_count})
         log->stop();
     EXPECT_GT(by_time.first_ms(), 0);
