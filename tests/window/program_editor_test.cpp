@@ -118,7 +118,7 @@ TEST_F(ProgramEditorTest, TheFirstCharacterTheMarginAndTheRunningLine) {
     window::ProgramEditor& editor = *window_->editor();
     // A stray character is marked alone; a name whole; what is missing at the end of a line, on
     // its last character.
-    editor.setText("LedOn($1)\n");
+    editor.setText("LedOn($(1))\n");
     checked();
     ASSERT_EQ(editor.marks().size(), 1u);
     EXPECT_EQ(editor.marks()[0].length, 1);
