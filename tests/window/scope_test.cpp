@@ -60,6 +60,10 @@ TEST_F(WindowTest, TheScopeFollowsTheLineFollowerAndItsCursorReadsTheLog) {
     elapse(500, 10);
     // Paused, the wheel over any strip zooms every strip's time.
     auto* plot = scope.findChild<QCustomPlot*>();
+    // One time axis with numbers, under the last strip.
+    for (int i = 0; i < plot->axisRectCount(); ++i)
+        EXPECT_EQ(plot->axisRect(i)->axis(QCPAxis::atBottom)->tickLabels(),
+                  i == plot->axisRectCount() - 1);
     window_->show();
     plot->resize(600, 900);
     plot->replot();

@@ -98,6 +98,18 @@ TEST_F(WindowProgramTest, StepsAndBreakpointsStopWhereTheModelSaysWithTheValuesI
     EXPECT_EQ(pause_continue_stop(), (std::vector<bool>{false, false, false}));
 }
 
+// Running, the variables dock takes up the values once a display frame, not at each slice.
+TEST_F(WindowProgramTest, RunningTheVariablesFollowOnceAFrame) {
+    window_->editor()->setText("int n = 0\nforever\n    n = n + 1\n    delay 10\nend\n");
+    press(Qt::Key_F9);
+    elapse(200, 10);
+    std::set<std::string> lit;
+    EXPECT_EQ(shown(&lit).at("n"), 0);
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return shown(&lit).at("n") == window_->stage().program().variable("n"); }, 1000));
+    EXPECT_GT(shown(&lit).at("n"), 10);
+}
+
 TEST_F(WindowProgramTest, AFileChangedOnDiskComesInUnlessTheUserKeepsTheirEdits) {
     const std::string path = dir_.write("p.kflow", "LedOn(1)\n");
     ASSERT_TRUE(window_->open_program(path));
