@@ -98,6 +98,7 @@ TEST_F(ProgramEditorTest, FaultsTypedAreMarkedAndListedAtTheirPlacesUntilMended)
         // A click on the last problem takes the caret to its line.
         QTreeWidgetItem* last = window_->problems()->topLevelItem(2);
         ASSERT_NE(last, nullptr);
+        EXPECT_EQ(last->toolTip(1), last->text(1));  // a message too long for its column
         emit window_->problems()->itemClicked(last, 0);
         EXPECT_EQ(window_->editor()->caret_line(), t.faults[2].first);
         // The unknown name (two letters and a digit) of one fault mended into a known one.
