@@ -39,6 +39,7 @@ TEST(ConsoleWords, AdvanceStepsTheClockAndTickLeavesTheBeat) {
         {"mouse jump 1 2 3", "fail mouse takes down, move or up, not jump"},
         {"arrow updownADC(0) sideways", "fail arrow takes ELEMENT up or ELEMENT down"},
         {"put imageUp(0).Visible x True", "fail put takes ELEMENT.PROPERTY = VALUE"},
+        {"log begin", "fail log takes start FILE or stop"},
     });
 }
 

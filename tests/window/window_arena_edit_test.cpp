@@ -100,7 +100,10 @@ TEST_F(ArenaEditTest, WhatIsDrawnWithTheMouseIsWhatTheWorldLoads) {
 // The pointer takes an item within six pixels of it and no farther; a new arena does not take
 // the place of edits the user keeps.
 TEST_F(ArenaEditTest, ThePointerReachesSixPixelsAndKeptEditsStayOpen) {
-    ASSERT_TRUE(window_->new_arena(2000, 1500));
+    ASSERT_TRUE(window_->edit_arena());  // none open: a new one
+    EXPECT_EQ(world::write_arena(editor().document()).substr(0, 15), "size 2000 1500\n");
+    drag(Tool::Start, {300, 300}, {600, 300});  // turned to face along x: 0 degrees
+    EXPECT_EQ(editor().document().start().degrees, 0);
     drag(Tool::Wall, {1600, 300}, {1600, 1200});  // clear of the start
     editor().set_tool(Tool::Select);
     const QPointF on = editor().canvas()->to_pixels({1600, 750});
