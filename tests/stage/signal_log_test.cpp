@@ -379,6 +379,8 @@ TEST(SignalLog, ABoundedLogHoldsTheNewestMomentsAsTheWholeLogDoes) {
     for (signal_log::SignalLog* log : {&whole, &by_time, &by_count})
         log->stop();
     EXPECT_GT(by_time.first_ms(), 0);
+    // Every moment of the newest 300 ms is kept: the first kept is older.
+    EXPECT_GT(by_time.last_ms() - by_time.first_ms(), 300);
     EXPECT_LE(by_time.last_ms() - by_time.first_ms(), 300 + 30);
     EXPECT_GT(by_count.first_ms(), by_time.first_ms());
     for (const signal_log::SignalLog* log : {&by_time, &by_count})

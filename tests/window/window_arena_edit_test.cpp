@@ -3,6 +3,7 @@
 // keep its untouched lines; and the robot stays put while the editor is open.
 #include <QApplication>
 #include <QDoubleSpinBox>
+#include <QFileInfo>
 #include <QMouseEvent>
 #include <QTest>
 #include <fstream>
@@ -100,6 +101,8 @@ TEST_F(ArenaEditTest, WhatIsDrawnWithTheMouseIsWhatTheWorldLoads) {
 // The pointer takes an item within six pixels of it and no farther; a new arena does not take
 // the place of edits the user keeps.
 TEST_F(ArenaEditTest, ThePointerReachesSixPixelsAndKeptEditsStayOpen) {
+    EXPECT_FALSE(window_->save_arena_as(dir_.path() + "/none.world"));  // nothing to save yet
+    EXPECT_FALSE(QFileInfo::exists(QString::fromStdString(dir_.path() + "/none.world")));
     ASSERT_TRUE(window_->edit_arena());  // none open: a new one
     EXPECT_EQ(world::write_arena(editor().document()).substr(0, 15), "size 2000 1500\n");
     drag(Tool::Start, {300, 300}, {600, 300});  // turned to face along x: 0 degrees
