@@ -1,6 +1,7 @@
 #include "pins.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace signal_log {
 
@@ -20,7 +21,7 @@ constexpr std::array<PinInfo, kPinCount> kPins{{
 }};
 
 std::int64_t duty_of(std::int32_t speed) {
-    return std::min<std::int64_t>(speed < 0 ? -std::int64_t{speed} : speed, 255) * 4;
+    return std::min<std::int64_t>(std::abs(std::int64_t{speed}), 255) * 4;
 }
 
 std::int64_t bit(std::uint8_t reg, int n) {
