@@ -51,6 +51,10 @@ TEST_F(WindowTest, TheScopeFollowsTheLineFollowerAndItsCursorReadsTheLog) {
     ASSERT_TRUE(window_->open_arena(example("line_track.world")));
     ASSERT_TRUE(window_->open_program(example("line_follower.kflow")));
     window::ScopeDock& scope = *window_->scope();
+    // Signals chosen by name show in the table's order, whatever was shown before.
+    scope.set_shown({"tone", "motor_right"});
+    EXPECT_EQ(scope.shown(), (std::vector<std::string>{"motor_right", "tone"}));
+    scope.set_shown({"motor_left", "motor_right", "line_left", "line_right", "led0"});
     scope.show();
     window_->run_program();
     elapse(4000, 10);
