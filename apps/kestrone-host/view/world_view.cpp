@@ -111,12 +111,15 @@ bool WorldView::ground_current() const {
            ground_zoom_ == zoom_ && ground_fit_ == fit_;
 }
 
+bool WorldView::trail_restarted() const {
+    const std::vector<Vec>& trail = driver_.world().trail();
+    return trail.size() < ground_trail_ || trail.empty() || trail.front() != ground_trail_front_;
+}
+
 const QPixmap& WorldView::ground() {
     const World& w = driver_.world();
     const std::vector<Vec>& trail = w.trail();
-    const bool restarted =
-        trail.size() < ground_trail_ || trail.empty() || trail.front() != ground_trail_front_;
-    if (!ground_current() || restarted) {
+    if (!ground_current() || trail_restarted()) {
         ground_arena_ = w.arena_revision();
         ground_size_ = size();
         ground_zoom_ = zoom_;
@@ -237,9 +240,7 @@ QRect WorldView::body_rect(const Frame& f) const {
 void WorldView::repaint_changes() {
     const World& w = driver_.world();
     const std::vector<Vec>& trail = w.trail();
-    if (ground_.isNull() || !ground_current() || trail.size() < ground_trail_ || trail.empty() ||
-        trail.front() != ground_trail_front_)
-        return update();
+    if (ground_.isNull() || !ground_current() || trail_restarted()) return update();
     const Frame f = screen_frame();
     QRect region = body_rect(f) | painted_body_;
     for (std::size_t i = ground_trail_ > 0 ? ground_trail_ - 1 : 0; i < trail.size(); ++i) {

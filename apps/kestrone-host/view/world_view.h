@@ -79,6 +79,8 @@ class WorldView : public QWidget {
     // large to keep a picture of.
     const QPixmap& ground();
     bool ground_current() const;
+    // The world's trail is not the one drawn onto the ground: begun anew, or none.
+    bool trail_restarted() const;
     QRect body_rect(const Frame& f) const;
     void repaint_changes();
     void paint_floor(QPainter& p, const Frame& f) const;
