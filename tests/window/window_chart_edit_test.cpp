@@ -112,6 +112,9 @@ TEST_F(ChartEditTest, EditsOnTheChartGoIntoTheEditorEachOneStepOfItsUndo) {
         took(inserted);
     }
 
+    // A line with nothing to edit opens no form.
+    dock().open_form(0);
+    EXPECT_EQ(dock().form(), nullptr);
     // Its form: a field named after the parameter, a fault under it while it is wrong. Another
     // text closes it; the palette follows that text's variables.
     mouse(QEvent::MouseButtonDblClick, centre_of(inserted.line));
