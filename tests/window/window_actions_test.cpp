@@ -1,5 +1,7 @@
 // The window's own actions: the property dialog around the page, project files with their mark
 // for unsaved changes, and what the user is told when something fails.
+#include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -7,6 +9,7 @@
 #include <QRadioButton>
 #include <QRect>
 #include <QTest>
+#include <QTimer>
 
 #include "properties_dialog.h"
 #include "window_fixture.h"
@@ -114,6 +117,14 @@ TEST_F(WindowActionsTest, UnsavedChangesAreAskedForBeforeNewAndKeptWhenTheUserSa
     // An untitled project has no file to save to: the user is asked for one instead.
     EXPECT_FALSE(window_->save_project());
     EXPECT_TRUE(window_->session().dirty());
+    // The question itself, answered Cancel: the project stays.
+    window_->set_confirm_discard(nullptr);
+    QTimer::singleShot(0, [] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            box->button(QMessageBox::Cancel)->click();
+    });
+    EXPECT_FALSE(window_->new_project());
+    EXPECT_EQ(setting("iThreshF"), 12);
     window_->set_confirm_discard([] { return false; });
     EXPECT_FALSE(window_->new_project());
     EXPECT_EQ(window_->session().panel(), panel);
