@@ -9,6 +9,7 @@
 #include <qcustomplot.h>
 
 #include <QApplication>
+#include <QImage>
 #include <QLabel>
 #include <QTest>
 #include <QWheelEvent>
@@ -87,6 +88,13 @@ TEST_F(WindowTest, TheScopeFollowsTheLineFollowerAndItsCursorReadsTheLog) {
         EXPECT_EQ(readout->text().startsWith(QString::number(pointed, 'f', 0) + " ms:"),
                   button == Qt::RightButton);
     }
+    // The cursor is a red line down the strips at that pixel.
+    plot->replot();
+    const QImage shot = plot->grab().toImage();
+    int red = 0;
+    for (int y = 0; y < shot.height(); ++y)
+        red += shot.pixelColor(static_cast<int>(over.x()), y) == QColor(Qt::red);
+    EXPECT_GT(red, plot->axisRect(0)->height());
     const std::string csv = dir.path() + "/scope.csv";
     ASSERT_TRUE(window_->export_log(csv));
     const auto rows = read_csv(csv);
